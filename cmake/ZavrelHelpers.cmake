@@ -1,0 +1,40 @@
+# Helpers shared by the library folders.
+
+# zavrel_add_shared_library(<target> <export-name> DIRS <dir>... [LINK <libs>...])
+# Builds one shared library from every .cpp below the given folders, with a
+# SONAME derived from the project's major version.
+function(zavrel_add_shared_library target)
+  cmake_parse_arguments(ARG "" "" "DIRS;PUBLIC_LINK;PRIVATE_LINK" ${ARGN})
+  set(sources)
+  foreach(dir IN LISTS ARG_DIRS)
+    file(GLOB dir_sources CONFIGURE_DEPENDS "${dir}/*.cpp")
+    list(APPEND sources ${dir_sources})
+  endforeach()
+  if(NOT sources)
+    set(placeholder "${CMAKE_CURRENT_BINARY_DIR}/${target}_placeholder.cpp")
+    file(WRITE "${placeholder}" "// ${target} has no sources yet.\n")
+    list(APPEND sources "${placeholder}")
+  endif()
+  add_library(${target} SHARED ${sources})
+  set_target_properties(${target} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    EXPORT_NAME ${target})
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/lib>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zavrel>)
+  if(ARG_PUBLIC_LINK)
+    target_link_libraries(${target} PUBLIC ${ARG_PUBLIC_LINK})
+  endif()
+  if(ARG_PRIVATE_LINK)
+    target_link_libraries(${target} PRIVATE ${ARG_PRIVATE_LINK})
+  endif()
+  add_library(Zavrel::${target} ALIAS ${target})
+endfunction()
+
+# zavrel_install_headers(<dest-subdir> <dir>)
+function(zavrel_install_headers dest dir)
+  file(GLOB headers CONFIGURE_DEPENDS "${dir}/*.h")
+  install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zavrel/${dest})
+endfunction()

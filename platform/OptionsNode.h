@@ -1,0 +1,83 @@
+// OptionsNode: a read-only view on one value of an options document.
+#ifndef ZAVREL_PLATFORM_OPTIONSNODE_H
+#define ZAVREL_PLATFORM_OPTIONSNODE_H
+
+#include <json/value.h>
+
+#include "platform/String.h"
+
+namespace Zavrel {
+
+class OptionsNodeIterator;
+
+// A node views a Json::Value owned by an Options document (or by the caller)
+// and carries an error text that failed reads write into. A node without a
+// value stands for a missing member. Views stay valid while the document
+// they point into lives and is not changed.
+class OptionsNode {
+public:
+    OptionsNode();  // no value
+    explicit OptionsNode(const Json::Value* value);
+
+    bool HasValue() const { return m_value != nullptr; }
+    const Json::Value* Value() const { return m_value; }
+
+    // The member named key of an object node. A missing member, or a node
+    // that is not an object, gives a node without a value.
+    OptionsNode operator[](const char* key) const;
+    OptionsNode Child(const char* key) const { return (*this)[key]; }
+
+    // Empty: no value, JSON null, or an object, array or string with no
+    // content. Null: no value or JSON null.
+    bool IsEmpty() const;
+    bool IsNull() const;
+    bool IsObject() const;
+    bool IsArray() const;
+    // Number of elements of an array or members of an object, else 0.
+    unsigned int Size() const;
+
+    // The node's value as text: strings as they are, numbers in decimal,
+    // booleans "true"/"false"; empty for anything else.
+    string GetAsString() const;
+    // The member key as text (as above); empty when absent.
+    string GetAsString(const char* key) const;
+
+    // Converts the node's value. Accepted JSON kinds:
+    //   int:          integer numbers in range, decimal text in range
+    //   unsigned int: non-negative integer numbers in range, decimal text
+    //   bool:         true/false, the numbers 0 and 1, the texts "true",
+    //                 "false", "0" and "1"
+    // On failure sets the error text, leaves out unchanged and returns false.
+    bool AsVal(int& out) const;
+    bool AsVal(unsigned int& out) const;
+    bool AsVal(bool& out) const;
+
+    // Reads the member key into out. out always receives fallback first;
+    // on success it then receives the converted value. A missing or null
+    // member sets the error "cannot find the node element"; a node that is
+    // not an object sets "Incorrect Node type for Object or Array operations".
+    template <typename T>
+    bool GetLeafValue(T& out, const char* key, const T& fallback) const;
+
+    const string& Error() const { return m_error; }
+    void SetError(const char* text) const { m_error = text; }
+
+    // Iteration over the elements of an array or the members of an object.
+    OptionsNodeIterator begin() const;
+    OptionsNodeIterator end() const;
+
+private:
+    const Json::Value* m_value;
+    mutable string m_error;
+};
+
+extern template bool OptionsNode::GetLeafValue<int>(int&, const char*, const int&) const;
+extern template bool OptionsNode::GetLeafValue<unsigned int>(unsigned int&, const char*,
+                                                             const unsigned int&) const;
+extern template bool OptionsNode::GetLeafValue<bool>(bool&, const char*, const bool&) const;
+
+}  // namespace Zavrel
+
+#include "platform/OptionsNodeIterator.h"
+
+#endif
