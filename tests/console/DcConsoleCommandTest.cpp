@@ -501,8 +501,9 @@ TEST_F(DcConsoleCommandTest, YesNoWords)
 
 TEST(DcConsoleCommandUnknownWordTest, EntryForZeroIsTheUnknownWordOfTheFirstCall)
 {
-    // Checked in a child process so that the one-time initialisation is
-    // certainly the first one.
+    // Checked in a freshly started child process so that the one-time
+    // initialisation is certainly the first one.
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
     EXPECT_EXIT(
         {
             static const char replaced[] = "????";
@@ -573,10 +574,10 @@ TEST_F(DcConsoleCommandTest, HexDumpShorterThanOneLineNeverReadsBeforeTheData)
 
 TEST_F(DcConsoleCommandTest, HexDumpShortLineReadsOnlyTheBytesThatExist)
 {
-    // 10 bytes, width 8: the short line of 2 bytes reads 6 bytes back from
-    // its end, bytes 4 and 5.
+    // 10 bytes, width 8: the short line of 2 bytes starts its character
+    // column 8 bytes back from its end, at bytes 2 and 3.
     command.HexDump(LETTERS, 10, 8);
-    EXPECT_EQ(HexOf(0, 8) + "ABCDEFGH\n" + HexOf(8, 10) + std::string(18, ' ') + "EF\n",
+    EXPECT_EQ(HexOf(0, 8) + "ABCDEFGH\n" + HexOf(8, 10) + std::string(18, ' ') + "CD\n",
               console.Output());
 }
 
