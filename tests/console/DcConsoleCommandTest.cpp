@@ -202,9 +202,9 @@ TEST_F(DcConsoleCommandTest, ParseErrorOfEndOfTablePrintsTheSmallTSpelling)
 
 TEST_F(DcConsoleCommandTest, ParseErrorWordsOfEveryCode)
 {
-    const char* expected[] = {"Gen Error\n",           "Wrong Value\n",       "Inconsistent Value\n",
-                              "Resource Failure\n",    "Family is not found\n", "End of table\n",
-                              "Agent Error\n",         "Incomplete\n",        "Partial Family ok\n"};
+    const char* expected[] = {"Gen Error\n",        "Wrong Value\n",         "Inconsistent Value\n",
+                              "Resource Failure\n", "Family is not found\n", "End of table\n",
+                              "Agent Error\n",      "Incomplete\n",          "Partial Family ok\n"};
     for (unsigned int code = 2; code <= 10; ++code) {
         console.Clear();
         command.ParseError(code);
