@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "emulator/ContractMonitor.h"
+#include "emulator/CpuAccount.h"
 #include "emulator/EmulatorTypes.h"
 #include "emulator/FaultPlan.h"
 #include "emulator/InterfaceTable.h"
@@ -67,8 +68,8 @@ public:
                               const unsigned char* destination, unsigned long prefixLength,
                               const unsigned char* nextHop, unsigned long ifIndex);
     unsigned long UpdateInterface(long rowStatus, unsigned long operStatus, unsigned long instance,
-                                  unsigned long ifIndex, const char* ifName,
-                                  unsigned long reserved, long flags, unsigned long extra);
+                                  unsigned long ifIndex, const char* ifName, unsigned long reserved,
+                                  long flags, unsigned long extra);
     unsigned long UpdateAddress(long rowStatus, unsigned long instance, unsigned long addrType,
                                 unsigned long ifIndex, const unsigned char* address,
                                 unsigned long prefixLength);
@@ -94,6 +95,8 @@ public:
 
     // ---- control
     FaultPlan& Faults() { return m_faults; }
+    // CPU time spent inside the stack (off until enabled).
+    CpuAccount& Cpu() { return m_cpu; }
     // Runs until the interface tables are reported ready (default 2: the
     // first run brings them up, the second reports them).
     void SetI3ReadyAfterRuns(unsigned int runs) { m_i3ReadyAfterRuns = runs == 0 ? 1 : runs; }
@@ -116,7 +119,9 @@ public:
     size_t ActiveWalks() const { return m_walks.size(); }
     size_t PendingManagementWork() const { return m_management.size(); }
 
-    const std::map<unsigned long, std::unique_ptr<RtmInstance>>& Instances() const { return m_instances; }
+    const std::map<unsigned long, std::unique_ptr<RtmInstance>>& Instances() const {
+        return m_instances;
+    }
     const RtmInstance* FindInstance(unsigned long id) const;
     const InterfaceTable& Interfaces() const { return m_interfaces; }
     // Brings every RIB up to date (they are otherwise refreshed in runs).
@@ -194,6 +199,13 @@ private:
         bool add = true;
     };
 
+    // Every call into the library goes through here, for the CPU account.
+    template <typename Call>
+    auto CallLibrary(Call&& call) {
+        CpuAccount::Scope scope(m_cpu, false);
+        return call();
+    }
+
     // Accepting requests (Stack.cpp).
     void Accept(Work work);
     void CheckRow(RequestKind kind, const Oid& oid, const std::string& row);
@@ -251,6 +263,7 @@ private:
     uint64_t m_walkRows = 0;
     uint64_t m_channelReads = 0;
 
+    CpuAccount m_cpu;
     ManagementChannel m_channel;
     bool m_channelRegistered = false;
     unsigned int m_channelMask = 0;
