@@ -75,6 +75,7 @@ void Stack::Reset() {
     m_channelRegistered = false;
     m_channelMask = 0;
     m_closeChannel = false;
+    m_channelEnabled = true;
     m_ipsTracing = false;
     m_ipsFilters.clear();
     m_cpu.Enable(false);
@@ -109,7 +110,7 @@ int Stack::Init(const char* components) {
     if (!m_started) {
         m_started = true;
         m_startRun = m_run;
-        if (!m_channel.Open()) {
+        if (m_channelEnabled && !m_channel.Open()) {
             ++nbb_os_failures;
         }
     }

@@ -100,6 +100,9 @@ public:
     // Runs until the interface tables are reported ready (default 2: the
     // first run brings them up, the second reports them).
     void SetI3ReadyAfterRuns(unsigned int runs) { m_i3ReadyAfterRuns = runs == 0 ? 1 : runs; }
+    // Whether smsi_init opens the management channel (default true). A
+    // stack without it registers no descriptor with the application.
+    void SetChannelEnabled(bool enabled) { m_channelEnabled = enabled; }
     // Rows a walk delivers per run (0, the default: the whole table at once).
     void SetWalkRowsPerRun(unsigned int rows) { m_walkRowsPerRun = rows; }
     // A frozen stack accepts requests but does no work; its channel is
@@ -268,6 +271,7 @@ private:
     bool m_channelRegistered = false;
     unsigned int m_channelMask = 0;
     bool m_closeChannel = false;
+    bool m_channelEnabled = true;
 
     bool m_ipsTracing = false;
     std::map<unsigned short, std::string> m_ipsFilters;

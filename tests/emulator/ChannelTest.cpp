@@ -110,5 +110,22 @@ TEST_F(ChannelTest, ClosingUnregistersTheChannelOnTheNextRun) {
     EXPECT_EQ(Strings({"cIsNBaseRescheduled()", "cRescheduleNBase()"}), Side().Calls());
 }
 
+class ChannelSwitchTest : public EmulatorFixture {};
+
+TEST_F(ChannelSwitchTest, AStackWithoutChannelRegistersNoDescriptor) {
+    Stack().SetChannelEnabled(false);
+    ASSERT_EQ(0, Init());
+    Side().RunScheduler();
+    Side().RunScheduler();
+    EXPECT_TRUE(Stack().IsI3Ready());
+    EXPECT_EQ(-1, Stack().ChannelFd());
+    EXPECT_TRUE(Side().Calls("cRegisterWorkWithEventloop").empty());
+    // Management work asks for a run directly.
+    Side().ClearCalls();
+    ASSERT_TRUE(
+        Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
+    EXPECT_EQ(Strings({"cIsNBaseRescheduled()", "cRescheduleNBase()"}), Side().Calls());
+}
+
 }  // namespace
 }  // namespace Zavrel::test
