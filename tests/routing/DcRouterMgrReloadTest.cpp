@@ -207,6 +207,76 @@ TEST_F(RouterMgrReloadTest, ReloadAfterTheVlanWasDeletedDirectlyRecreatesIt) {
     EXPECT_EQ(SourcesOf(5), std::set<std::string>{"a.json"});
 }
 
+bool Enabled(DcRouterMgr* mgr, unsigned short vid, DcRouterMgr::ProtocolType type) {
+    DcRouterBase* router = mgr->GetDcRouterByVID(vid, type);
+    EXPECT_NE(router, nullptr);
+    return router != nullptr && router->IsEnabled();
+}
+
+TEST_F(RouterMgrReloadTest, VlanOptionsReachEveryRouterOfTheVlan) {
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}, "
+         "\"OSPFV2\": {\"enabled\": true}, \"OSPFV3\": {\"enabled\": true}, "
+         "\"RIPV2\": {\"enabled\": true}, \"RIPNG\": {\"enabled\": true}, "
+         "\"IGMP\": {\"enabled\": true}, \"MLD\": {\"enabled\": true}}, {\"vid\": 6}]}",
+         "a.json", VLAN_OPTIONS);
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        EXPECT_TRUE(Enabled(mgr, 5, t)) << type;
+        EXPECT_FALSE(Enabled(mgr, 6, t)) << type;
+    }
+}
+
+TEST_F(RouterMgrReloadTest, RemoteOptionsReachOnlyTheRoutersThatRun) {
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}}]}",
+         "a.json", VLAN_OPTIONS);
+
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": false}, "
+         "\"OSPFV2\": {\"enabled\": true}}]}",
+         "remote.json", REMOTE_OPTIONS);
+
+    // The running BGP router took the remote's options; the OSPFv2 router,
+    // which does not run, never saw them.
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::BGP));
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::OSPFv2));
+}
+
+TEST_F(RouterMgrReloadTest, OtherOptionTypesReachEveryRouterOfAnExistingVlan) {
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
+    stack().ClearCalls();
+
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"OSPFV2\": {\"enabled\": true}, "
+         "\"RTM\": {\"dead_rpm_timer\": 30}}]}",
+         "other.json", static_cast<DclConfigObject::OptionType>(4));
+
+    EXPECT_TRUE(Enabled(mgr, 5, DcRouterMgr::OSPFv2));
+    EXPECT_TRUE(stack().Requests().empty());
+    EXPECT_EQ(SourcesOf(5), (std::set<std::string>{"a.json", "other.json"}));
+}
+
+TEST_F(RouterMgrReloadTest, DroppingAVlanRemovesTheSourceOptionsFromItsRouters) {
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}}]}",
+         "b.json", VLAN_OPTIONS);
+    ASSERT_TRUE(Enabled(mgr, 5, DcRouterMgr::BGP));
+
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 6}]}", "b.json", VLAN_OPTIONS);
+
+    EXPECT_EQ(Vlans(), (Vids{5, 6}));
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::BGP));
+}
+
+TEST_F(RouterMgrReloadTest, DeleteOptionsRemovesTheSourceOptionsFromTheRouters) {
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RIPV2\": {\"enabled\": true}}]}",
+         "remote.json", static_cast<DclConfigObject::OptionType>(7));
+    ASSERT_TRUE(Enabled(mgr, 5, DcRouterMgr::RIPv2));
+
+    mgr->DeleteOptions("remote.json", static_cast<DclConfigObject::OptionType>(7));
+
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::RIPv2));
+    EXPECT_EQ(SourcesOf(5), std::set<std::string>{"a.json"});
+}
+
 TEST_F(RouterMgrReloadTest, DeleteOptionsOfAnUnknownSourceDoesNothing) {
     Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
     stack().ClearCalls();

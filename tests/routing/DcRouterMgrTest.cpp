@@ -8,6 +8,8 @@
 #include "console/DcConsoleCommand.h"
 #include "platform/Ip4Addr.h"
 #include "platform/Options.h"
+#include "protocols/DcMulticastRouter.h"
+#include "protocols/DcProtoInterfaceBase.h"
 #include "routing/DcRouterBase.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
@@ -306,6 +308,119 @@ TEST_F(RouterMgrTest, LeaveNetworkBeforeTheVlanExistsIsSkippedWithTheSameMessage
     EXPECT_EQ(trace.Texts(0),
               Lines{"Connected remote to inet with VLAN 4 before loading VLAN options... "
                     "Skipping\n"});
+}
+
+TEST_F(RouterMgrTest, StatusChangeReachesEveryRouterOfTheVlan) {
+    ASSERT_TRUE(Create(5));
+    ASSERT_TRUE(Create(6));
+
+    mgr->ProcessInterfaceStatusChange(5, 3, 2);
+
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        EXPECT_TRUE(mgr->GetDcRouterByVID(5, t)->IsEnabled(3)) << type;
+        EXPECT_FALSE(mgr->GetDcRouterByVID(6, t)->IsEnabled(3)) << type;
+    }
+    mgr->ProcessInterfaceStatusChange(5, 3, 0);
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        EXPECT_FALSE(mgr->GetDcRouterByVID(5, t)->IsEnabled(3)) << type;
+    }
+}
+
+TEST_F(RouterMgrTest, AddressChangeReachesEveryRouterOfTheVlan) {
+    ASSERT_TRUE(Create(5));
+    ASSERT_TRUE(Create(6));
+    trace.Clear();
+
+    mgr->ProcessIPAddressChange(5, 3, V4("10.0.0.1"));
+
+    EXPECT_EQ(trace.Texts(10), Lines{"Updating IP Address Change to Interface 3\n"});
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        DcProtoInterfaceBase* proto = mgr->GetDcRouterByVID(5, t)->GetInterface();
+        ASSERT_NE(proto, nullptr) << type;
+        ASSERT_EQ(proto->GetAddresses().count(3), 1u) << type;
+        EXPECT_EQ(proto->GetAddresses().at(3), V4("10.0.0.1")) << type;
+        EXPECT_TRUE(mgr->GetDcRouterByVID(6, t)->GetInterface()->GetAddresses().empty());
+    }
+}
+
+// ---- multicast membership
+
+class RouterMgrMulticastTest : public RouterMgrTest {
+protected:
+    // VLAN 5 with its IGMP router enabled or not.
+    void CreateVlanWithIgmp(bool enabled) {
+        Options options;
+        ASSERT_TRUE(options.LoadFromText(string(
+            enabled ? "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"IGMP\": {\"enabled\": true}}]}"
+                    : "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}")));
+        mgr->Reload(options, "vlans.json", DclConfigObject::OPTION_TYPE_VLAN);
+        igmp = dynamic_cast<DcMulticastRouter*>(mgr->GetDcRouterByVID(5, DcRouterMgr::IGMP));
+        ASSERT_NE(igmp, nullptr);
+        ASSERT_EQ(igmp->IsEnabled(), enabled);
+        trace.Clear();
+    }
+
+    DcMulticastRouter* igmp = nullptr;
+};
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkAddsTheInterfaceToTheEnabledIgmpRouter) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, true);
+    EXPECT_TRUE(igmp->IsMulticastInterface(10));
+    EXPECT_TRUE(igmp->IsQuerier(10));
+    EXPECT_TRUE(igmp->IsEnabled(10));
+}
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkOnAKnownInterfaceMakesItANonQuerier) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, true);
+    mgr->JoinNetwork(5, 10, true);
+    EXPECT_TRUE(igmp->IsMulticastInterface(10));
+    EXPECT_FALSE(igmp->IsQuerier(10));
+}
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkLeavesADisabledIgmpRouterAlone) {
+    CreateVlanWithIgmp(false);
+    mgr->JoinNetwork(5, 10, true);
+    EXPECT_FALSE(igmp->IsMulticastInterface(10));
+    EXPECT_FALSE(igmp->IsEnabled(10));
+    EXPECT_TRUE(trace.Texts(0).empty());
+}
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkDoesNotTouchTheMldRouter) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, false);
+    EXPECT_FALSE(mgr->GetDcRouterByVID(5, DcRouterMgr::MLD)->IsEnabled(10));
+    EXPECT_FALSE(igmp->IsQuerier(10));
+}
+
+TEST_F(RouterMgrMulticastTest, LeaveNetworkLeavesTheMulticastInterfaceConfigured) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, true);
+    stack().ClearCalls();
+
+    mgr->LeaveNetwork(5, 10);
+
+    EXPECT_TRUE(igmp->IsMulticastInterface(10));
+    EXPECT_TRUE(igmp->IsQuerier(10));
+    EXPECT_TRUE(igmp->IsEnabled(10));
+    EXPECT_TRUE(stack().Calls().empty());
+    EXPECT_TRUE(trace.Lines().empty());
+}
+
+TEST_F(RouterMgrMulticastTest, LeaveNetworkOfAVlanKnownOnlyFromAStatusChangeIsSkipped) {
+    mgr->ProcessInterfaceStatusChange(4, 1, 2);
+    trace.Clear();
+    mgr->LeaveNetwork(4, 10);
+    mgr->JoinNetwork(4, 10, true);
+    EXPECT_EQ(trace.Texts(0),
+              (Lines{"Connected remote to inet with VLAN 4 before loading VLAN options... "
+                     "Skipping\n",
+                     "Connected remote to inet with VLAN 4 before loading VLAN options... "
+                     "Skipping\n"}));
 }
 
 // ---- IPS tracing controls
