@@ -1,0 +1,347 @@
+#include "cfg/CfgBucket.h"
+
+#include "mib/MibOid.h"
+
+namespace Zavrel {
+
+CfgBucket::CfgBucket() = default;
+
+CfgBucket::~CfgBucket()
+{
+    Entry* entry = m_list.first;
+    while (entry != nullptr) {
+        Entry* next = entry->listLink.next;
+        delete entry->item;
+        delete entry;
+        entry = next;
+    }
+}
+
+size_t CfgBucket::HashOid(const MibOid& oid)
+{
+    // Over what operator== compares: the length and the usable components.
+    const unsigned long length = oid.Length();
+    const unsigned long usable = length < MibOid::MAX_LENGTH ? length : MibOid::MAX_LENGTH;
+    const unsigned long* components = oid.Components();
+    size_t hash = static_cast<size_t>(length) * 0x9e3779b97f4a7c15ULL;
+    for (unsigned long i = 0; i < usable; ++i) {
+        hash ^= static_cast<size_t>(components[i]) + 0x9e3779b97f4a7c15ULL + (hash << 6) +
+                (hash >> 2);
+    }
+    return hash;
+}
+
+// ---- chains
+
+void CfgBucket::ChainInsertBefore(Chain& chain, Link Entry::*link, Entry* entry, Entry* pos)
+{
+    Link& own = entry->*link;
+    if (pos == nullptr) {
+        own.prev = chain.last;
+        own.next = nullptr;
+        if (chain.last != nullptr) {
+            (chain.last->*link).next = entry;
+        } else {
+            chain.first = entry;
+        }
+        chain.last = entry;
+    } else {
+        Link& at = pos->*link;
+        own.prev = at.prev;
+        own.next = pos;
+        if (at.prev != nullptr) {
+            (at.prev->*link).next = entry;
+        } else {
+            chain.first = entry;
+        }
+        at.prev = entry;
+    }
+    ++chain.count;
+}
+
+void CfgBucket::ChainRemove(Chain& chain, Link Entry::*link, Entry* entry)
+{
+    Link& own = entry->*link;
+    if (own.prev != nullptr) {
+        (own.prev->*link).next = own.next;
+    } else {
+        chain.first = own.next;
+    }
+    if (own.next != nullptr) {
+        (own.next->*link).prev = own.prev;
+    } else {
+        chain.last = own.prev;
+    }
+    own.prev = nullptr;
+    own.next = nullptr;
+    --chain.count;
+}
+
+// Puts an entry, already linked in the list before successor (at the tail
+// when successor is null), into its place in one chain. replaced is the
+// entry that the new one replaces (still linked, right after successor in
+// the list) or null.
+void CfgBucket::PlaceInChain(Chain& chain, Link Entry::*link, Entry* entry, Entry* successor,
+                             Entry* replaced)
+{
+    if (successor == nullptr) {
+        ChainInsertBefore(chain, link, entry, nullptr);
+        return;
+    }
+    auto inChain = [&](Entry* other) {
+        if (link == &Entry::oidLink) {
+            return other->oidHash == entry->oidHash;
+        }
+        return other->groupChain == &chain;
+    };
+    if (inChain(successor)) {
+        ChainInsertBefore(chain, link, entry, successor);
+        return;
+    }
+    if (replaced != nullptr && inChain(replaced)) {
+        // Nothing of this chain lies between the new position and the
+        // replaced entry but the successor, which is not in the chain.
+        ChainInsertBefore(chain, link, entry, replaced);
+        return;
+    }
+    // Members of a chain other than the replaced one's: find the place by
+    // order number (only items whose readiness key differs from the one they
+    // replace get here).
+    Entry* after = chain.last;
+    while (after != nullptr && after->order > entry->order) {
+        after = (after->*link).prev;
+    }
+    ChainInsertBefore(chain, link, entry,
+                      after != nullptr ? (after->*link).next : chain.first);
+}
+
+CfgBucket::Chain& CfgBucket::GroupChainFor(Entry* entry)
+{
+    if (entry->hasGroupKey) {
+        return m_groups[entry->groupKey];
+    }
+    return m_ungrouped;
+}
+
+void CfgBucket::LinkChains(Entry* entry, Entry* successor, Entry* replaced)
+{
+    PlaceInChain(m_oid_chains[entry->oidHash], &Entry::oidLink, entry, successor, replaced);
+    Chain& group = GroupChainFor(entry);
+    entry->groupChain = &group;
+    PlaceInChain(group, &Entry::groupLink, entry, successor, replaced);
+}
+
+void CfgBucket::ReleaseChains(Entry* entry)
+{
+    auto oidChain = m_oid_chains.find(entry->oidHash);
+    if (oidChain != m_oid_chains.end()) {
+        ChainRemove(oidChain->second, &Entry::oidLink, entry);
+        if (oidChain->second.count == 0) {
+            m_oid_chains.erase(oidChain);
+        }
+    }
+    if (entry->groupChain != nullptr) {
+        ChainRemove(*entry->groupChain, &Entry::groupLink, entry);
+        if (entry->groupChain->count == 0 && entry->hasGroupKey) {
+            m_groups.erase(entry->groupKey);
+        }
+        entry->groupChain = nullptr;
+    }
+}
+
+// ---- New index
+
+void CfgBucket::IndexNew(Entry* entry)
+{
+    if (entry->indexedNew) {
+        return;
+    }
+    if (m_new.empty() || m_new.rbegin()->first < entry->order) {
+        entry->newPos = m_new.emplace_hint(m_new.end(), entry->order, entry);
+    } else {
+        entry->newPos = m_new.emplace(entry->order, entry).first;
+    }
+    entry->indexedNew = true;
+}
+
+void CfgBucket::UnindexNew(Entry* entry)
+{
+    if (!entry->indexedNew) {
+        return;
+    }
+    m_new.erase(entry->newPos);
+    entry->indexedNew = false;
+}
+
+void CfgBucket::SyncState(Entry* entry)
+{
+    if (entry->item->IsIssued()) {
+        UnindexNew(entry);
+    } else {
+        IndexNew(entry);
+    }
+}
+
+CfgBucket::Entry* CfgBucket::FirstNew()
+{
+    return m_new.empty() ? nullptr : m_new.begin()->second;
+}
+
+CfgBucket::Entry* CfgBucket::NextNew(Entry* entry)
+{
+    if (!entry->indexedNew) {
+        return nullptr;
+    }
+    auto next = std::next(entry->newPos);
+    return next == m_new.end() ? nullptr : next->second;
+}
+
+// ---- order numbers
+
+void CfgBucket::Renumber()
+{
+    uint64_t order = ORDER_BASE;
+    m_new.clear();
+    for (Entry* entry = m_list.first; entry != nullptr; entry = entry->listLink.next) {
+        entry->order = order;
+        order += ORDER_GAP;
+        if (entry->indexedNew) {
+            entry->newPos = m_new.emplace_hint(m_new.end(), entry->order, entry);
+        }
+    }
+}
+
+// ---- items
+
+CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOid& oid,
+                                      size_t hash)
+{
+    Entry* entry = new Entry();
+    entry->item = item;
+    entry->order = order;
+    entry->oid = &oid;
+    entry->oidHash = hash;
+    entry->hasGroupKey = item->GetListReadyKey(entry->groupKey);
+    return entry;
+}
+
+CfgBucket::Entry* CfgBucket::FindFirst(const MibOid& oid, size_t hash)
+{
+    auto chain = m_oid_chains.find(hash);
+    if (chain == m_oid_chains.end()) {
+        return nullptr;
+    }
+    for (Entry* entry = chain->second.first; entry != nullptr; entry = entry->oidLink.next) {
+        if (*entry->oid == oid) {
+            return entry;
+        }
+    }
+    return nullptr;
+}
+
+CfgBucket::Entry* CfgBucket::FindFirstIssued(const MibOid& oid, size_t hash)
+{
+    auto chain = m_oid_chains.find(hash);
+    if (chain == m_oid_chains.end()) {
+        return nullptr;
+    }
+    for (Entry* entry = chain->second.first; entry != nullptr; entry = entry->oidLink.next) {
+        if (entry->item->IsIssued() && *entry->oid == oid) {
+            return entry;
+        }
+    }
+    return nullptr;
+}
+
+void CfgBucket::Append(CfgItem* item, const MibOid& oid, size_t hash)
+{
+    if (m_list.last != nullptr && m_list.last->order > UINT64_MAX - ORDER_GAP) {
+        Renumber();
+    }
+    const uint64_t order = m_list.last != nullptr ? m_list.last->order + ORDER_GAP : ORDER_BASE;
+    Entry* entry = NewEntry(item, order, oid, hash);
+    ChainInsertBefore(m_list, &Entry::listLink, entry, nullptr);
+    LinkChains(entry, nullptr, nullptr);
+    SyncState(entry);
+}
+
+void CfgBucket::ReplaceShifted(Entry* held, CfgItem* item, const MibOid& oid, size_t hash)
+{
+    Entry* predecessor = held->listLink.prev;
+    Entry* entry = nullptr;
+    if (predecessor == nullptr) {
+        // The held item was the first: the new one goes to the tail.
+        if (m_list.last->order > UINT64_MAX - ORDER_GAP) {
+            Renumber();
+        }
+        entry = NewEntry(item, m_list.last->order + ORDER_GAP, oid, hash);
+        ChainInsertBefore(m_list, &Entry::listLink, entry, nullptr);
+        LinkChains(entry, nullptr, held);
+    } else {
+        auto lowBound = [&]() {
+            const Entry* before = predecessor->listLink.prev;
+            return before != nullptr ? before->order : 0;
+        };
+        if (predecessor->order - lowBound() < 2) {
+            Renumber();
+        }
+        const uint64_t low = lowBound();
+        entry = NewEntry(item, low + (predecessor->order - low) / 2, oid, hash);
+        ChainInsertBefore(m_list, &Entry::listLink, entry, predecessor);
+        LinkChains(entry, predecessor, held);
+    }
+    Destroy(held);
+    SyncState(entry);
+}
+
+void CfgBucket::Destroy(Entry* entry)
+{
+    UnindexNew(entry);
+    ReleaseChains(entry);
+    ChainRemove(m_list, &Entry::listLink, entry);
+    delete entry->item;
+    delete entry;
+}
+
+void CfgBucket::ResetAll()
+{
+    m_new.clear();
+    for (Entry* entry = m_list.first; entry != nullptr; entry = entry->listLink.next) {
+        entry->item->SetReasonCode(0);
+        entry->item->SetActionState(CfgItem::ACTION_ITEM_NEW);
+        entry->item->SetRetryCount(0);
+        entry->newPos = m_new.emplace_hint(m_new.end(), entry->order, entry);
+        entry->indexedNew = true;
+    }
+}
+
+uint64_t CfgBucket::FirstNotReadyOrder()
+{
+    uint64_t stop = UINT64_MAX;
+    // Within a readiness group every item answers alike, so the group's
+    // first item stands for all of them.
+    for (auto& group : m_groups) {
+        Entry* first = group.second.first;
+        if (first != nullptr && first->order < stop && !first->item->CfgListReady()) {
+            stop = first->order;
+        }
+    }
+    for (Entry* entry = m_ungrouped.first; entry != nullptr && entry->order < stop;
+         entry = entry->groupLink.next) {
+        if (!entry->item->CfgListReady()) {
+            stop = entry->order;
+            break;
+        }
+    }
+    return stop;
+}
+
+std::vector<CfgItem*> CfgBucket::Items() const
+{
+    std::vector<CfgItem*> items;
+    items.reserve(m_list.count);
+    ForEachItem([&](CfgItem* item) { items.push_back(item); });
+    return items;
+}
+
+}  // namespace Zavrel

@@ -1,0 +1,132 @@
+// CfgBucket: the items of one CfgSched key, in list order, with the indexes
+// that keep the scheduler's operations independent of the bucket's size:
+//  - an OID index: items chained by the hash of their OID, each chain in
+//    list order, so the first item of an OID is found without a scan;
+//  - readiness groups: items chained by their readiness key (see
+//    CfgItem::GetListReadyKey), each chain in list order, so a tick learns
+//    from one item per group where the bucket's first not-ready item is;
+//  - a New index: the items not yet sent, ordered by list position, so a
+//    tick reaches them without walking the items already sent.
+// Every item carries an order number that grows along the list; numbers are
+// spread out so that an item can be linked in between two others, and are
+// renumbered when no room is left.
+#ifndef ZAVREL_CFG_CFGBUCKET_H
+#define ZAVREL_CFG_CFGBUCKET_H
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <unordered_map>
+#include <vector>
+
+#include "cfg/CfgItem.h"
+
+namespace Zavrel {
+
+class MibOid;
+
+class CfgBucket {
+public:
+    struct Entry;
+
+    // A chain of entries in list order, threaded through the entries.
+    struct Chain {
+        Entry* first = nullptr;
+        Entry* last = nullptr;
+        size_t count = 0;
+    };
+    struct Link {
+        Entry* prev = nullptr;
+        Entry* next = nullptr;
+    };
+    struct Entry {
+        CfgItem* item = nullptr;
+        uint64_t order = 0;
+        Link listLink;
+        const MibOid* oid = nullptr;  // the item's stored OID
+        size_t oidHash = 0;
+        Link oidLink;
+        Link groupLink;
+        Chain* groupChain = nullptr;
+        bool hasGroupKey = false;
+        unsigned long groupKey = 0;
+        bool indexedNew = false;
+        std::map<uint64_t, Entry*>::iterator newPos;
+    };
+
+    CfgBucket();
+    ~CfgBucket();  // destroys the items still held
+    CfgBucket(const CfgBucket&) = delete;
+    CfgBucket& operator=(const CfgBucket&) = delete;
+
+    bool Empty() const { return m_list.count == 0; }
+    size_t Size() const { return m_list.count; }
+
+    // The first entry, in list order, whose item has this OID (and is
+    // Issued); null when there is none.
+    // hash is HashOid(oid).
+    Entry* FindFirst(const MibOid& oid, size_t hash);
+    Entry* FindFirstIssued(const MibOid& oid, size_t hash);
+
+    // Links the item at the tail. oid is the item's stored OID (the value
+    // its GetOid() returned), hash its HashOid.
+    void Append(CfgItem* item, const MibOid& oid, size_t hash);
+    // Destroys the held entry's item, unlinks it, and links item just
+    // before the held entry's former predecessor; at the tail when the held
+    // entry was the first of the bucket.
+    void ReplaceShifted(Entry* held, CfgItem* item, const MibOid& oid, size_t hash);
+    // Unlinks the entry and destroys its item.
+    void Destroy(Entry* entry);
+    // Brings the New index in step with the entry's item's action state
+    // after the scheduler (or the item's Send) changed it.
+    void SyncState(Entry* entry);
+    // Every item back to reason 0, New, retry count 0.
+    void ResetAll();
+
+    // List position (order number) of the first item that is not list-ready,
+    // UINT64_MAX when every item is. One item per readiness group is asked;
+    // items without a readiness key are asked one by one.
+    uint64_t FirstNotReadyOrder();
+    // The New entries in list order.
+    Entry* FirstNew();
+    Entry* NextNew(Entry* entry);
+    size_t NewCount() const { return m_new.size(); }
+
+    // The items in list order.
+    std::vector<CfgItem*> Items() const;
+    template <typename F>
+    void ForEachItem(F f) const
+    {
+        for (const Entry* entry = m_list.first; entry != nullptr; entry = entry->listLink.next) {
+            f(entry->item);
+        }
+    }
+
+    static size_t HashOid(const MibOid& oid);
+
+private:
+    static const uint64_t ORDER_BASE = 1ULL << 62;
+    static const uint64_t ORDER_GAP = 1ULL << 24;
+
+    Entry* NewEntry(CfgItem* item, uint64_t order, const MibOid& oid, size_t hash);
+    void LinkChains(Entry* entry, Entry* successor, Entry* replaced);
+    void PlaceInChain(Chain& chain, Link Entry::*link, Entry* entry, Entry* successor,
+                      Entry* replaced);
+    static void ChainInsertBefore(Chain& chain, Link Entry::*link, Entry* entry, Entry* pos);
+    static void ChainRemove(Chain& chain, Link Entry::*link, Entry* entry);
+    Chain& GroupChainFor(Entry* entry);
+    void ReleaseChains(Entry* entry);
+    void IndexNew(Entry* entry);
+    void UnindexNew(Entry* entry);
+    void Renumber();
+
+    Chain m_list;  // every entry, in list order
+    std::unordered_map<size_t, Chain> m_oid_chains;
+    std::map<unsigned long, Chain> m_groups;
+    Chain m_ungrouped;
+    std::map<uint64_t, Entry*> m_new;
+};
+
+}  // namespace Zavrel
+
+#endif
