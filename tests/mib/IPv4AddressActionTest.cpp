@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "mib/IPv4AddressAction.h"
-#include "stackdouble/RecordingStack.h"
-#include "testsupport/TestEnv.h"
+#include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
 namespace {

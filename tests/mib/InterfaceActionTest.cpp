@@ -6,8 +6,8 @@
 #include "mib/InterfaceAction.h"
 #include "mib/MibOid.h"
 #include "mib/Serializer.h"
-#include "stackdouble/RecordingStack.h"
-#include "testsupport/TestEnv.h"
+#include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
 namespace {

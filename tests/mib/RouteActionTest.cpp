@@ -6,8 +6,8 @@
 
 #include "cfg/CfgRoute.h"
 #include "mib/RouteAction.h"
-#include "stackdouble/RecordingStack.h"
-#include "testsupport/TestEnv.h"
+#include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
 namespace {
