@@ -1,5 +1,7 @@
 #include "cfg/CfgBucket.h"
 
+#include <cstring>
+
 #include "mib/MibOid.h"
 
 namespace Zavrel {
@@ -17,18 +19,123 @@ CfgBucket::~CfgBucket()
     }
 }
 
+namespace {
+
+// The finaliser of splitmix64: spreads every input bit over the result.
+uint64_t Mix(uint64_t value)
+{
+    value ^= value >> 30;
+    value *= 0xbf58476d1ce4e5b9ULL;
+    value ^= value >> 27;
+    value *= 0x94d049bb133111ebULL;
+    value ^= value >> 31;
+    return value;
+}
+
+}  // namespace
+
 size_t CfgBucket::HashOid(const MibOid& oid)
 {
     // Over what operator== compares: the length and the usable components.
     const unsigned long length = oid.Length();
     const unsigned long usable = length < MibOid::MAX_LENGTH ? length : MibOid::MAX_LENGTH;
     const unsigned long* components = oid.Components();
-    size_t hash = static_cast<size_t>(length) * 0x9e3779b97f4a7c15ULL;
+    uint64_t hash = Mix(static_cast<uint64_t>(length) + 0x9e3779b97f4a7c15ULL);
     for (unsigned long i = 0; i < usable; ++i) {
-        hash ^= static_cast<size_t>(components[i]) + 0x9e3779b97f4a7c15ULL + (hash << 6) +
-                (hash >> 2);
+        hash = Mix(hash ^ (static_cast<uint64_t>(components[i]) + 0x9e3779b97f4a7c15ULL));
     }
-    return hash;
+    return static_cast<size_t>(hash ^ (hash >> 32));
+}
+
+// ---- OID table
+
+size_t CfgBucket::OidTable::IndexOf(size_t hash) const
+{
+    const size_t mask = m_slots.size() - 1;
+    size_t index = hash & mask;
+    while (m_slots[index].used && m_slots[index].hash != hash) {
+        index = (index + 1) & mask;
+    }
+    return index;
+}
+
+CfgBucket::Chain* CfgBucket::OidTable::Find(size_t hash)
+{
+    if (m_slots.empty()) {
+        return nullptr;
+    }
+    Slot& slot = m_slots[IndexOf(hash)];
+    return slot.used ? &slot.chain : nullptr;
+}
+
+void CfgBucket::OidTable::Grow()
+{
+    std::vector<Slot> old;
+    old.swap(m_slots);
+    m_slots.resize(old.empty() ? 16 : old.size() * 2);
+    for (const Slot& slot : old) {
+        if (slot.used) {
+            m_slots[IndexOf(slot.hash)] = slot;
+        }
+    }
+}
+
+CfgBucket::Chain& CfgBucket::OidTable::FindOrAdd(size_t hash)
+{
+    // At most half full, so that probe runs stay short.
+    if ((m_used + 1) * 2 > m_slots.size()) {
+        Grow();
+    }
+    Slot& slot = m_slots[IndexOf(hash)];
+    if (!slot.used) {
+        slot.used = true;
+        slot.hash = hash;
+        slot.chain = Chain();
+        ++m_used;
+    }
+    return slot.chain;
+}
+
+void CfgBucket::OidTable::Erase(size_t hash)
+{
+    if (m_slots.empty()) {
+        return;
+    }
+    const size_t mask = m_slots.size() - 1;
+    size_t hole = IndexOf(hash);
+    if (!m_slots[hole].used) {
+        return;
+    }
+    // Moves later slots of the probe run back into the hole, so that every
+    // slot stays reachable from its home index.
+    size_t next = hole;
+    for (;;) {
+        next = (next + 1) & mask;
+        if (!m_slots[next].used) {
+            break;
+        }
+        const size_t home = m_slots[next].hash & mask;
+        const bool homeInRun =
+            hole <= next ? (home > hole && home <= next) : (home > hole || home <= next);
+        if (!homeInRun) {
+            m_slots[hole] = m_slots[next];
+            hole = next;
+        }
+    }
+    m_slots[hole] = Slot();
+    --m_used;
+}
+
+bool CfgBucket::SameOid(const Entry* entry, const MibOid& oid)
+{
+    // MibOid's equality, read from the cached length first.
+    if (entry->oidLength != oid.Length()) {
+        return false;
+    }
+    const unsigned long usable =
+        entry->oidLength < MibOid::MAX_LENGTH ? entry->oidLength : MibOid::MAX_LENGTH;
+    return std::memcmp(entry->oidComponents, oid.Components(), usable * sizeof(unsigned long)) ==
+           0;
 }
 
 // ---- chains
@@ -125,7 +232,8 @@ CfgBucket::Chain& CfgBucket::GroupChainFor(Entry* entry)
 
 void CfgBucket::LinkChains(Entry* entry, Entry* successor, Entry* replaced)
 {
-    PlaceInChain(m_oid_chains[entry->oidHash], &Entry::oidLink, entry, successor, replaced);
+    PlaceInChain(m_oid_chains.FindOrAdd(entry->oidHash), &Entry::oidLink, entry, successor,
+                 replaced);
     Chain& group = GroupChainFor(entry);
     entry->groupChain = &group;
     PlaceInChain(group, &Entry::groupLink, entry, successor, replaced);
@@ -133,11 +241,11 @@ void CfgBucket::LinkChains(Entry* entry, Entry* successor, Entry* replaced)
 
 void CfgBucket::ReleaseChains(Entry* entry)
 {
-    auto oidChain = m_oid_chains.find(entry->oidHash);
-    if (oidChain != m_oid_chains.end()) {
-        ChainRemove(oidChain->second, &Entry::oidLink, entry);
-        if (oidChain->second.count == 0) {
-            m_oid_chains.erase(oidChain);
+    Chain* oidChain = m_oid_chains.Find(entry->oidHash);
+    if (oidChain != nullptr) {
+        ChainRemove(*oidChain, &Entry::oidLink, entry);
+        if (oidChain->count == 0) {
+            m_oid_chains.Erase(entry->oidHash);
         }
     }
     if (entry->groupChain != nullptr) {
@@ -219,7 +327,8 @@ CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOi
     Entry* entry = new Entry();
     entry->item = item;
     entry->order = order;
-    entry->oid = &oid;
+    entry->oidComponents = oid.Components();
+    entry->oidLength = oid.Length();
     entry->oidHash = hash;
     entry->hasGroupKey = item->GetListReadyKey(entry->groupKey);
     return entry;
@@ -227,12 +336,12 @@ CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOi
 
 CfgBucket::Entry* CfgBucket::FindFirst(const MibOid& oid, size_t hash)
 {
-    auto chain = m_oid_chains.find(hash);
-    if (chain == m_oid_chains.end()) {
+    Chain* chain = m_oid_chains.Find(hash);
+    if (chain == nullptr) {
         return nullptr;
     }
-    for (Entry* entry = chain->second.first; entry != nullptr; entry = entry->oidLink.next) {
-        if (*entry->oid == oid) {
+    for (Entry* entry = chain->first; entry != nullptr; entry = entry->oidLink.next) {
+        if (SameOid(entry, oid)) {
             return entry;
         }
     }
@@ -241,12 +350,12 @@ CfgBucket::Entry* CfgBucket::FindFirst(const MibOid& oid, size_t hash)
 
 CfgBucket::Entry* CfgBucket::FindFirstIssued(const MibOid& oid, size_t hash)
 {
-    auto chain = m_oid_chains.find(hash);
-    if (chain == m_oid_chains.end()) {
+    Chain* chain = m_oid_chains.Find(hash);
+    if (chain == nullptr) {
         return nullptr;
     }
-    for (Entry* entry = chain->second.first; entry != nullptr; entry = entry->oidLink.next) {
-        if (entry->item->IsIssued() && *entry->oid == oid) {
+    for (Entry* entry = chain->first; entry != nullptr; entry = entry->oidLink.next) {
+        if (SameOid(entry, oid) && entry->item->IsIssued()) {
             return entry;
         }
     }

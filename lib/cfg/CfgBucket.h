@@ -16,7 +16,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <unordered_map>
 #include <vector>
 
 #include "cfg/CfgItem.h"
@@ -40,12 +39,14 @@ public:
         Entry* next = nullptr;
     };
     struct Entry {
+        // What a lookup reads first, together.
         CfgItem* item = nullptr;
-        uint64_t order = 0;
-        Link listLink;
-        const MibOid* oid = nullptr;  // the item's stored OID
+        const unsigned long* oidComponents = nullptr;  // of the item's stored OID
+        unsigned long oidLength = 0;
         size_t oidHash = 0;
         Link oidLink;
+        uint64_t order = 0;
+        Link listLink;
         Link groupLink;
         Chain* groupChain = nullptr;
         bool hasGroupKey = false;
@@ -105,6 +106,31 @@ public:
     static size_t HashOid(const MibOid& oid);
 
 private:
+    // The OID chains, by hash: open addressing with linear probing, so a
+    // lookup reads one slot rather than a bucket and a node.
+    class OidTable {
+    public:
+        Chain* Find(size_t hash);
+        // The chain of the hash, created empty when absent. The reference
+        // lasts until the next FindOrAdd or Erase.
+        Chain& FindOrAdd(size_t hash);
+        void Erase(size_t hash);
+        size_t Size() const { return m_used; }
+
+    private:
+        struct Slot {
+            size_t hash = 0;
+            bool used = false;
+            Chain chain;
+        };
+        size_t IndexOf(size_t hash) const;
+        void Grow();
+
+        std::vector<Slot> m_slots;
+        size_t m_used = 0;
+    };
+
+    static bool SameOid(const Entry* entry, const MibOid& oid);
     static const uint64_t ORDER_BASE = 1ULL << 62;
     static const uint64_t ORDER_GAP = 1ULL << 24;
 
@@ -121,7 +147,7 @@ private:
     void Renumber();
 
     Chain m_list;  // every entry, in list order
-    std::unordered_map<size_t, Chain> m_oid_chains;
+    OidTable m_oid_chains;
     std::map<unsigned long, Chain> m_groups;
     Chain m_ungrouped;
     std::map<uint64_t, Entry*> m_new;
