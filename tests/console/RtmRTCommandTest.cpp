@@ -80,6 +80,7 @@ protected:
         RecordingStack::Instance().Reset();
         DcRtmMgr::GetInstance()->CreateRTMInstance(12, 0, DcRtmMgr::RTMData());
         DcRtmMgr::GetInstance()->CreateRTMInstance(12, 41, DcRtmMgr::RTMData());
+        RecordingStack::Instance().ClearCalls();
         console.SetVlan(12);
     }
 
