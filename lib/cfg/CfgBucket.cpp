@@ -40,10 +40,12 @@ size_t CfgBucket::HashOid(const MibOid& oid)
     const unsigned long length = oid.Length();
     const unsigned long usable = length < MibOid::MAX_LENGTH ? length : MibOid::MAX_LENGTH;
     const unsigned long* components = oid.Components();
-    uint64_t hash = Mix(static_cast<uint64_t>(length) + 0x9e3779b97f4a7c15ULL);
+    uint64_t hash = static_cast<uint64_t>(length) * 0x9e3779b97f4a7c15ULL;
     for (unsigned long i = 0; i < usable; ++i) {
-        hash = Mix(hash ^ (static_cast<uint64_t>(components[i]) + 0x9e3779b97f4a7c15ULL));
+        hash = (hash ^ static_cast<uint64_t>(components[i])) * 0x100000001b3ULL;
+        hash ^= hash >> 29;
     }
+    hash = Mix(hash);
     return static_cast<size_t>(hash ^ (hash >> 32));
 }
 
@@ -53,19 +55,18 @@ size_t CfgBucket::OidTable::IndexOf(size_t hash) const
 {
     const size_t mask = m_slots.size() - 1;
     size_t index = hash & mask;
-    while (m_slots[index].used && m_slots[index].hash != hash) {
+    while (m_slots[index].head != nullptr && m_slots[index].hash != hash) {
         index = (index + 1) & mask;
     }
     return index;
 }
 
-CfgBucket::Chain* CfgBucket::OidTable::Find(size_t hash)
+CfgBucket::Entry* CfgBucket::OidTable::Find(size_t hash) const
 {
     if (m_slots.empty()) {
         return nullptr;
     }
-    Slot& slot = m_slots[IndexOf(hash)];
-    return slot.used ? &slot.chain : nullptr;
+    return m_slots[IndexOf(hash)].head;
 }
 
 void CfgBucket::OidTable::Grow()
@@ -74,44 +75,44 @@ void CfgBucket::OidTable::Grow()
     old.swap(m_slots);
     m_slots.resize(old.empty() ? 16 : old.size() * 2);
     for (const Slot& slot : old) {
-        if (slot.used) {
+        if (slot.head != nullptr) {
             m_slots[IndexOf(slot.hash)] = slot;
         }
     }
 }
 
-CfgBucket::Chain& CfgBucket::OidTable::FindOrAdd(size_t hash)
+void CfgBucket::OidTable::SetHead(size_t hash, Entry* head)
 {
+    if (head == nullptr) {
+        if (!m_slots.empty()) {
+            const size_t index = IndexOf(hash);
+            if (m_slots[index].head != nullptr) {
+                Erase(index);
+            }
+        }
+        return;
+    }
     // At most half full, so that probe runs stay short.
     if ((m_used + 1) * 2 > m_slots.size()) {
         Grow();
     }
     Slot& slot = m_slots[IndexOf(hash)];
-    if (!slot.used) {
-        slot.used = true;
+    if (slot.head == nullptr) {
         slot.hash = hash;
-        slot.chain = Chain();
         ++m_used;
     }
-    return slot.chain;
+    slot.head = head;
 }
 
-void CfgBucket::OidTable::Erase(size_t hash)
+void CfgBucket::OidTable::Erase(size_t hole)
 {
-    if (m_slots.empty()) {
-        return;
-    }
     const size_t mask = m_slots.size() - 1;
-    size_t hole = IndexOf(hash);
-    if (!m_slots[hole].used) {
-        return;
-    }
     // Moves later slots of the probe run back into the hole, so that every
     // slot stays reachable from its home index.
     size_t next = hole;
     for (;;) {
         next = (next + 1) & mask;
-        if (!m_slots[next].used) {
+        if (m_slots[next].head == nullptr) {
             break;
         }
         const size_t home = m_slots[next].hash & mask;
@@ -124,6 +125,22 @@ void CfgBucket::OidTable::Erase(size_t hash)
     }
     m_slots[hole] = Slot();
     --m_used;
+}
+
+CfgBucket::Chain CfgBucket::OidChain(size_t hash) const
+{
+    Chain chain;
+    chain.first = m_oid_chains.Find(hash);
+    chain.last = chain.first != nullptr ? chain.first->oidChainLast : nullptr;
+    return chain;
+}
+
+void CfgBucket::StoreOidChain(size_t hash, const Chain& chain)
+{
+    m_oid_chains.SetHead(hash, chain.first);
+    if (chain.first != nullptr) {
+        chain.first->oidChainLast = chain.last;
+    }
 }
 
 bool CfgBucket::SameOid(const Entry* entry, const MibOid& oid)
@@ -232,8 +249,9 @@ CfgBucket::Chain& CfgBucket::GroupChainFor(Entry* entry)
 
 void CfgBucket::LinkChains(Entry* entry, Entry* successor, Entry* replaced)
 {
-    PlaceInChain(m_oid_chains.FindOrAdd(entry->oidHash), &Entry::oidLink, entry, successor,
-                 replaced);
+    Chain oidChain = OidChain(entry->oidHash);
+    PlaceInChain(oidChain, &Entry::oidLink, entry, successor, replaced);
+    StoreOidChain(entry->oidHash, oidChain);
     Chain& group = GroupChainFor(entry);
     entry->groupChain = &group;
     PlaceInChain(group, &Entry::groupLink, entry, successor, replaced);
@@ -241,12 +259,10 @@ void CfgBucket::LinkChains(Entry* entry, Entry* successor, Entry* replaced)
 
 void CfgBucket::ReleaseChains(Entry* entry)
 {
-    Chain* oidChain = m_oid_chains.Find(entry->oidHash);
-    if (oidChain != nullptr) {
-        ChainRemove(*oidChain, &Entry::oidLink, entry);
-        if (oidChain->count == 0) {
-            m_oid_chains.Erase(entry->oidHash);
-        }
+    Chain oidChain = OidChain(entry->oidHash);
+    if (oidChain.first != nullptr) {
+        ChainRemove(oidChain, &Entry::oidLink, entry);
+        StoreOidChain(entry->oidHash, oidChain);
     }
     if (entry->groupChain != nullptr) {
         ChainRemove(*entry->groupChain, &Entry::groupLink, entry);
@@ -319,6 +335,69 @@ void CfgBucket::Renumber()
     }
 }
 
+void CfgBucket::MakeRoom(Entry* entry)
+{
+    Entry* first = entry;
+    Entry* last = entry;
+    size_t count = 1;
+    for (size_t wanted = 2;; wanted *= 2) {
+        bool grew = true;
+        while (count < wanted && grew) {
+            grew = false;
+            if (first->listLink.prev != nullptr) {
+                first = first->listLink.prev;
+                ++count;
+                grew = true;
+            }
+            if (count < wanted && last->listLink.next != nullptr) {
+                last = last->listLink.next;
+                ++count;
+                grew = true;
+            }
+        }
+        const Entry* before = first->listLink.prev;
+        const Entry* after = last->listLink.next;
+        if (before == nullptr && after == nullptr) {
+            Renumber();
+            return;
+        }
+        const uint64_t low = before != nullptr ? before->order : 0;
+        // Past the tail the window may use one more gap.
+        uint64_t high = 0;
+        if (after != nullptr) {
+            high = after->order;
+        } else if (last->order <= UINT64_MAX - ORDER_GAP) {
+            high = last->order + ORDER_GAP;
+        } else {
+            Renumber();
+            return;
+        }
+        const uint64_t step = (high - low) / (count + 1);
+        if (step >= ORDER_MIN_GAP) {
+            // The New index nodes of the window are taken out while their
+            // keys change, so that a new key never meets an old one.
+            std::vector<std::map<uint64_t, Entry*>::node_type> nodes;
+            uint64_t order = low;
+            for (Entry* moved = first;; moved = moved->listLink.next) {
+                order += step;
+                moved->order = order;
+                if (moved->indexedNew) {
+                    nodes.push_back(m_new.extract(moved->newPos));
+                    nodes.back().key() = order;
+                }
+                if (moved == last) {
+                    break;
+                }
+            }
+            for (auto& node : nodes) {
+                Entry* moved = node.mapped();
+                moved->newPos = m_new.insert(std::move(node)).position;
+            }
+            return;
+        }
+    }
+}
+
 // ---- items
 
 CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOid& oid,
@@ -336,11 +415,7 @@ CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOi
 
 CfgBucket::Entry* CfgBucket::FindFirst(const MibOid& oid, size_t hash)
 {
-    Chain* chain = m_oid_chains.Find(hash);
-    if (chain == nullptr) {
-        return nullptr;
-    }
-    for (Entry* entry = chain->first; entry != nullptr; entry = entry->oidLink.next) {
+    for (Entry* entry = m_oid_chains.Find(hash); entry != nullptr; entry = entry->oidLink.next) {
         if (SameOid(entry, oid)) {
             return entry;
         }
@@ -350,11 +425,7 @@ CfgBucket::Entry* CfgBucket::FindFirst(const MibOid& oid, size_t hash)
 
 CfgBucket::Entry* CfgBucket::FindFirstIssued(const MibOid& oid, size_t hash)
 {
-    Chain* chain = m_oid_chains.Find(hash);
-    if (chain == nullptr) {
-        return nullptr;
-    }
-    for (Entry* entry = chain->first; entry != nullptr; entry = entry->oidLink.next) {
+    for (Entry* entry = m_oid_chains.Find(hash); entry != nullptr; entry = entry->oidLink.next) {
         if (SameOid(entry, oid) && entry->item->IsIssued()) {
             return entry;
         }
@@ -392,7 +463,7 @@ void CfgBucket::ReplaceShifted(Entry* held, CfgItem* item, const MibOid& oid, si
             return before != nullptr ? before->order : 0;
         };
         if (predecessor->order - lowBound() < 2) {
-            Renumber();
+            MakeRoom(predecessor);
         }
         const uint64_t low = lowBound();
         entry = NewEntry(item, low + (predecessor->order - low) / 2, oid, hash);

@@ -38,21 +38,24 @@ public:
         Entry* prev = nullptr;
         Entry* next = nullptr;
     };
-    struct Entry {
-        // What a lookup reads first, together.
+    // Aligned to a cache line, with what a lookup and a state change read
+    // in the first line.
+    struct alignas(64) Entry {
         CfgItem* item = nullptr;
         const unsigned long* oidComponents = nullptr;  // of the item's stored OID
-        unsigned long oidLength = 0;
-        size_t oidHash = 0;
         Link oidLink;
         uint64_t order = 0;
+        std::map<uint64_t, Entry*>::iterator newPos;
+        unsigned long oidLength = 0;
+        bool indexedNew = false;
+        bool hasGroupKey = false;
+        // Second line: what linking and unlinking use.
+        size_t oidHash = 0;
+        Entry* oidChainLast = nullptr;  // kept by the head of an OID chain
         Link listLink;
         Link groupLink;
         Chain* groupChain = nullptr;
-        bool hasGroupKey = false;
         unsigned long groupKey = 0;
-        bool indexedNew = false;
-        std::map<uint64_t, Entry*>::iterator newPos;
     };
 
     CfgBucket();
@@ -93,6 +96,12 @@ public:
     Entry* NextNew(Entry* entry);
     size_t NewCount() const { return m_new.size(); }
 
+    // Spreads the order numbers of a window of entries around the entry
+    // evenly over the room its neighbours leave, widening the window until
+    // the room is ample (the whole bucket at most); at least the entry and
+    // its predecessor move apart. Used when a position runs out of room.
+    void MakeRoom(Entry* entry);
+
     // The items in list order.
     std::vector<CfgItem*> Items() const;
     template <typename F>
@@ -106,33 +115,40 @@ public:
     static size_t HashOid(const MibOid& oid);
 
 private:
-    // The OID chains, by hash: open addressing with linear probing, so a
-    // lookup reads one slot rather than a bucket and a node.
+    // The heads of the OID chains, by hash: open addressing with linear
+    // probing over 16-byte slots, so a lookup reads one small slot and then
+    // the head entry (which keeps the chain's last entry).
     class OidTable {
     public:
-        Chain* Find(size_t hash);
-        // The chain of the hash, created empty when absent. The reference
-        // lasts until the next FindOrAdd or Erase.
-        Chain& FindOrAdd(size_t hash);
-        void Erase(size_t hash);
+        // The head of the hash's chain, null when there is none.
+        Entry* Find(size_t hash) const;
+        // Sets the head of the hash's chain, adding the hash when absent;
+        // a null head removes it.
+        void SetHead(size_t hash, Entry* head);
         size_t Size() const { return m_used; }
 
     private:
         struct Slot {
             size_t hash = 0;
-            bool used = false;
-            Chain chain;
+            Entry* head = nullptr;  // null: the slot is free
         };
         size_t IndexOf(size_t hash) const;
         void Grow();
+        void Erase(size_t index);
 
         std::vector<Slot> m_slots;
         size_t m_used = 0;
     };
 
+    // The OID chain of a hash as a Chain, and back.
+    Chain OidChain(size_t hash) const;
+    void StoreOidChain(size_t hash, const Chain& chain);
+
     static bool SameOid(const Entry* entry, const MibOid& oid);
     static const uint64_t ORDER_BASE = 1ULL << 62;
     static const uint64_t ORDER_GAP = 1ULL << 24;
+    // The smallest spacing MakeRoom leaves between two entries.
+    static const uint64_t ORDER_MIN_GAP = 1ULL << 12;
 
     Entry* NewEntry(CfgItem* item, uint64_t order, const MibOid& oid, size_t hash);
     void LinkChains(Entry* entry, Entry* successor, Entry* replaced);

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "cfg/CfgBucket.h"
 #include "cfg/CfgKey.h"
 #include "cfg/CfgSched.h"
 #include "cfg/FakeCfgItem.h"
@@ -347,11 +348,14 @@ TEST_F(CfgBucketTest, ReplacementsPilingUpBeforeOneItemKeepTheOrderOfTheWalk)
     const CfgKey key(5, 0x3d000003);
     Insert(key, "A", 1, 1, 0);
     Insert(key, "P", 2, 1, 1);
-    for (unsigned long k = 0; k < 150; ++k) {
+    for (unsigned long k = 0; k < 1500; ++k) {
         Insert(key, "h" + std::to_string(k), 100 + k, 1, static_cast<long>(k % 3) - 1);
         Insert(key, "h" + std::to_string(k) + "'", 100 + k, 1, static_cast<long>(k % 3) - 1);
-        ASSERT_EQ(Difference(), "") << k;
+        if (k % 25 == 0) {
+            ASSERT_EQ(Difference(), "") << k;
+        }
     }
+    ASSERT_EQ(Difference(), "");
     world.groupReady[1] = false;
     Tick();
     EXPECT_EQ(Difference(), "");
@@ -360,6 +364,30 @@ TEST_F(CfgBucketTest, ReplacementsPilingUpBeforeOneItemKeepTheOrderOfTheWalk)
         Tick();
         ASSERT_EQ(Difference(), "") << tick;
     }
+}
+
+TEST_F(CfgBucketTest, ReplacementsPilingUpAtTheHeadKeepTheOrderOfTheWalk)
+{
+    // The same with the place right after the first item, and items behind
+    // it, so the room is made towards the head and in the middle.
+    const CfgKey key(5, 0x3d000003);
+    Insert(key, "P", 2, 1, 1);
+    for (unsigned long k = 0; k < 40; ++k) {
+        Insert(key, "t" + std::to_string(k), 5000 + k, 1, 0);
+    }
+    for (unsigned long k = 0; k < 1200; ++k) {
+        // Replacing the item right after P moves the new one before P.
+        std::vector<CfgItem*> items = sched.Items(key);
+        auto* second = static_cast<FakeCfgItem*>(items[1]);
+        Insert(key, "r" + std::to_string(k), second->OidValue(), second->Status(),
+               second->Group());
+        if (k % 25 == 0) {
+            ASSERT_EQ(Difference(), "") << k;
+        }
+    }
+    ASSERT_EQ(Difference(), "");
+    Tick();
+    EXPECT_EQ(Difference(), "");
 }
 
 TEST_F(CfgBucketTest, ReplacementIntoAnotherReadinessGroupKeepsBothGroupsInOrder)
@@ -378,6 +406,107 @@ TEST_F(CfgBucketTest, ReplacementIntoAnotherReadinessGroupKeepsBothGroupsInOrder
     world.groupReady[0] = false;
     Tick();
     EXPECT_EQ(Difference(), "");
+}
+
+// Order numbers packed as tightly as they can be, to make room among.
+class CfgBucketRoomTest : public test::TestEnv {
+protected:
+    void Fill(size_t count, size_t issuedEvery)
+    {
+        m_issued_every = issuedEvery;
+        for (size_t i = 0; i < count; ++i) {
+            auto* item = new FakeCfgItem(world, "i" + std::to_string(i), i, 1, 0);
+            const MibOid& oid = item->GetOid();
+            bucket.Append(item, oid, CfgBucket::HashOid(oid));
+            entries.push_back(bucket.FindFirst(oid, CfgBucket::HashOid(oid)));
+        }
+    }
+    // Packs the order numbers of [from, to) one apart, starting at base,
+    // then rebuilds the New index from them and sends every few items.
+    void Pack(size_t from, size_t to, uint64_t base)
+    {
+        for (size_t i = from; i < to; ++i) {
+            entries[i]->order = base + (i - from);
+        }
+        bucket.ResetAll();
+        for (size_t i = 0; m_issued_every != 0 && i < entries.size(); i += m_issued_every) {
+            entries[i]->item->SetActionState(CfgItem::ACTION_ITEM_ISSUED);
+            bucket.SyncState(entries[i]);
+        }
+    }
+    // Order numbers rise along the list and the New index follows the list.
+    void ExpectConsistent()
+    {
+        for (size_t i = 1; i < entries.size(); ++i) {
+            ASSERT_LT(entries[i - 1]->order, entries[i]->order) << i;
+        }
+        std::vector<CfgBucket::Entry*> expected;
+        for (CfgBucket::Entry* entry : entries) {
+            if (!entry->item->IsIssued()) {
+                expected.push_back(entry);
+            }
+        }
+        std::vector<CfgBucket::Entry*> indexed;
+        for (CfgBucket::Entry* entry = bucket.FirstNew(); entry != nullptr;
+             entry = bucket.NextNew(entry)) {
+            indexed.push_back(entry);
+        }
+        EXPECT_EQ(indexed, expected);
+    }
+
+    FakeWorld world;
+    CfgBucket bucket;
+    std::vector<CfgBucket::Entry*> entries;
+    size_t m_issued_every = 0;
+};
+
+TEST_F(CfgBucketRoomTest, DenseMiddleWidensTheWindowUntilThereIsRoom)
+{
+    Fill(200, 3);
+    Pack(50, 150, 1000000);  // 100 entries one apart, room beyond them
+    bucket.MakeRoom(entries[100]);
+    ExpectConsistent();
+    EXPECT_GE(entries[100]->order - entries[99]->order, 2u);
+    // Entries far from the dense run keep their numbers.
+    EXPECT_EQ(entries[0]->order, entries[1]->order - (entries[2]->order - entries[1]->order));
+}
+
+TEST_F(CfgBucketRoomTest, DenseRunAtTheTailUsesRoomPastTheLastEntry)
+{
+    Fill(64, 2);
+    Pack(0, 64, 1ULL << 40);
+    bucket.MakeRoom(entries[63]);
+    ExpectConsistent();
+    EXPECT_GE(entries[63]->order - entries[62]->order, 2u);
+}
+
+TEST_F(CfgBucketRoomTest, WholeBucketTooDenseIsRenumbered)
+{
+    Fill(30, 4);
+    entries[29]->order = UINT64_MAX - 1;  // no room past the last entry
+    Pack(0, 29, UINT64_MAX - 40);          // nor below the first
+    bucket.MakeRoom(entries[15]);
+    ExpectConsistent();
+    EXPECT_GE(entries[15]->order - entries[14]->order, 2u);
+}
+
+TEST_F(CfgBucketRoomTest, SmallDenseBucketIsRenumberedWhole)
+{
+    Fill(10, 0);
+    Pack(0, 10, 3);
+    bucket.MakeRoom(entries[0]);
+    ExpectConsistent();
+    EXPECT_GE(entries[0]->order, 2u);
+}
+
+TEST_F(CfgBucketRoomTest, DenseRunAtTheTopOfTheNumbersIsRenumbered)
+{
+    Fill(40, 5);
+    Pack(20, 40, UINT64_MAX - 30);  // no gap left past the last entry
+    bucket.MakeRoom(entries[39]);
+    ExpectConsistent();
+    EXPECT_GE(entries[39]->order - entries[38]->order, 2u);
+    EXPECT_LT(entries[39]->order, UINT64_MAX / 2);
 }
 
 }  // namespace
