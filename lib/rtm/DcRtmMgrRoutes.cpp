@@ -126,26 +126,28 @@ void DcRtmMgr::UpdateRouteCallback(unsigned short vlan, int family,
     StaticRouteItem reported(vlan, family, rowStatus, adminStatus, destination, prefixLength,
                              nextHop, ifIndex, static_cast<unsigned long>(metric),
                              static_cast<unsigned long>(routeType), 0);
-    CfgSched* scheduler = Scheduler();
-    if (scheduler == nullptr) {
-        return;
-    }
     const CfgKey key(vlan, CFG_KEY_STATIC_ROUTE);
     const bool destroy = rowStatus == static_cast<int>(ROW_DESTROY);
     // A create or update is retried only on a temporary failure; a destroy
     // is retried on every failure except "no such row", which counts as done.
     if (result != RESULT_DONE && !destroy && result != RESULT_TEMPORARY) {
         TRACE(10, "Unable to set route. No retry!!!\n");
-        scheduler->Update(key, &reported, result, false);
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, false);
+        }
         return;
     }
     if (result != RESULT_DONE && (!destroy || result != RESULT_NO_ROW)) {
         TRACE(10, "Route Not programmed!!! Retrying...\n");
-        scheduler->Update(key, &reported, result, true);
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, true);
+        }
         return;
     }
     TRACE(10, "Route Programmed Successfully\n");
-    scheduler->Remove(key, &reported, result);
+    if (CfgSched* scheduler = Scheduler()) {
+        scheduler->Remove(key, &reported, result);
+    }
 }
 
 void DcRtmMgr::UpdateRedistributionCallback(unsigned short instance, unsigned int source,
@@ -157,21 +159,23 @@ void DcRtmMgr::UpdateRedistributionCallback(unsigned short instance, unsigned in
     RouteRedistributeItem reported(static_cast<long>(rowStatus), static_cast<long>(adminStatus),
                                    static_cast<long>(source), static_cast<long>(destination), 0,
                                    instance, extra);
-    CfgSched* scheduler = Scheduler();
-    if (scheduler == nullptr) {
-        return;
-    }
     const CfgKey key(instance, CFG_KEY_REDISTRIBUTION);
     const bool destroy = rowStatus == ROW_DESTROY;
     if (result == RESULT_DONE || (destroy && result == RESULT_NO_ROW)) {
         TRACE(10, "Redistribution Request Success\n");
-        scheduler->Remove(key, &reported, result);
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Remove(key, &reported, result);
+        }
     } else if (!destroy && result != RESULT_TEMPORARY) {
         TRACE(10, "Unable to set redistribution. No retry!!!\n");
-        scheduler->Update(key, &reported, result, false);
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, false);
+        }
     } else {
         TRACE(10, "Redistribution Request Not success!! Retrying...\n");
-        scheduler->Update(key, &reported, result, true);
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, true);
+        }
     }
 }
 
