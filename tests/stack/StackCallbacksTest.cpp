@@ -261,8 +261,7 @@ TEST_F(StackSerializerTest, RunPendingActionIssuesTheNextRequestOfTheRow) {
     std::vector<unsigned long> oid = RecordingStack::EiOid(5, 100);
     cRunPendingAction(oid.data(), oid.size());
 
-    EXPECT_EQ(stack().Requests(),
-              Lines{"sms_bld_amb_test_i3_ei(1, 2, 5, 100, \"eth0\", 0, 0, 0)"});
+    EXPECT_EQ(stack().Requests(), Lines{"sms_bld_amb_test_i3_ei(1, 2, 5, 100, \"eth0\", 0, 0, 0)"});
 }
 
 TEST_F(StackSerializerTest, RunPendingActionIgnoresANullOidOrAZeroLength) {
