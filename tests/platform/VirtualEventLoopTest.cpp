@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -69,6 +70,13 @@ TEST_F(VirtualEventLoopTest, ClockIsAtTheDueTimeDuringACallbackAndAtTheTargetAft
     loop.Advance(100);
     EXPECT_EQ(37u, seen);
     EXPECT_EQ(107u, loop.NowMs());
+}
+
+TEST_F(VirtualEventLoopTest, AdvanceSaturatesAtTheEndOfTheClock)
+{
+    loop.Advance(10);
+    loop.Advance(UINT64_MAX);
+    EXPECT_EQ(UINT64_MAX, loop.NowMs());
 }
 
 TEST_F(VirtualEventLoopTest, NextDueAndArmedState)
