@@ -324,6 +324,35 @@ TEST_F(RouterMgrConsoleTest, DatabaseWalksTheIpv4RibOfTheVlan) {
     EXPECT_TRUE(stack().PendingWalks().empty());
 }
 
+TEST_F(RouterMgrConsoleTest, DatabaseShowsTheRibRowsOfTheVlan) {
+    CreateVlan(5);
+    console.SetVlan(5);
+    Ip4({"protocol", "database"});
+    ASSERT_EQ(stack().PendingWalks().size(), 1u);
+
+    amb_cipr_rtm_rib row = {};
+    row.instance = 5;
+    row.addr_family = 1;
+    row.dest[0] = 10;
+    row.dest_len = 24;
+    row.next_hop[0] = 192;
+    row.next_hop[1] = 168;
+    row.next_hop[2] = 1;
+    row.next_hop[3] = 1;
+    row.if_index = 3;
+    row.proto = 3;
+    row.age = 7;
+    row.fib_route = 1;
+    stack().Answer(SMS_RC_ROW, &row);
+    stack().Answer(SMS_RC_END_OF_TABLE, nullptr);
+
+    EXPECT_EQ(console.Output(),
+              "\n VLAN              PREFIX          NEXTHOP      IFACE        AGE      PROTO\n"
+              ">   5         10.0.0.0/24      192.168.1.1         lo          7 static    \n");
+    EXPECT_EQ(console.Errors(), "End of table\n");
+    EXPECT_TRUE(stack().PendingWalks().empty());
+}
+
 TEST_F(RouterMgrConsoleTest, DatabaseWithWordsLeftOverDoesNotStart) {
     CreateVlan(5);
     stack().ClearCalls();

@@ -110,9 +110,14 @@ TEST_F(RouterMgrTest, BitcountCountsTheSetBitsOfAMask) {
 
 // ---- start-up
 
+// The application's IP interface object.
+class AppIpInterface : public DcIpInterface {};
+
 TEST_F(RouterMgrTest, InitializeSetsTheConsoleVlanAndStartsTheStack) {
     stack().SetResult("smsi_init", 7);
-    EXPECT_EQ(mgr->Initialize(12, nullptr), 7);
+    AppIpInterface ip;
+    EXPECT_EQ(mgr->Initialize(12, &ip), 7);
+    EXPECT_EQ(DcRouterBase::GetIpInterface(), &ip);
     EXPECT_EQ(DcConsoleCommand::m_default_vlan, 12);
     EXPECT_EQ(stack().Calls(), Lines{"smsi_init(\"ripv2 ripng bgp ospf ospfv3 igmp pim\")"});
     EXPECT_EQ(trace.Texts(10), (Lines{"Initializing Manager\n", "Starting Metaswitch\n"}));
@@ -122,6 +127,7 @@ TEST_F(RouterMgrTest, InitializeSetsTheConsoleVlanAndStartsTheStack) {
 TEST_F(RouterMgrTest, SckInterfaceInitializeIsLogged) {
     mgr->SckInterfaceInitialize(nullptr);
     EXPECT_EQ(trace.Texts(10), Lines{"Initializing SckDescriptor\n"});
+    EXPECT_EQ(DcRouterBase::GetSckInterface(), nullptr);
 }
 
 // ---- VLAN lifecycle
