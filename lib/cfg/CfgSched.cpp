@@ -120,13 +120,21 @@ void CfgSched::Reset()
 // A tick walks the buckets from the resume key on and, within a bucket, its
 // items in list order: it stops at the bucket's first item that is not
 // list-ready, sends the New items that are ready, and leaves Issued items
-// alone. Visiting every Issued item would cost the whole bucket on every
-// tick, so the bucket is asked instead for the position of its first
-// not-list-ready item (found from one item per readiness group, since the
-// items of a group answer alike) and the tick then goes through the New
-// items in list order up to that position. The items examined, the items
-// sent and the place where the bucket stops are those of the item-by-item
-// walk.
+// alone (but an Issued item that is not list-ready still stops the bucket).
+// Visiting every Issued item would cost the whole bucket on every tick, so
+// the bucket is asked instead for the position of its first not-list-ready
+// item and the tick then goes through the New items in list order up to
+// that position. The position is found from one item per readiness group:
+// an item's CfgListReady depends only on its readiness key (for a static
+// route, the RTM instance of its VLAN and family; for a redistribution
+// entry, the RTM instance in the low 16 bits of its instance), so every
+// item of a group answers alike at any moment, and the group's first item
+// in list order is the first place where the walk could stop for it. Items
+// without a key are asked one by one. Sending an item or dropping it does
+// not change any RTM instance's readiness, so the position found before the
+// New items are handled stays right while they are. The items examined, the
+// items sent or dropped, the count and the place where the bucket stops are
+// therefore those of the item-by-item walk.
 bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count)
 {
     const uint64_t stop = bucket.FirstNotReadyOrder();
