@@ -5,13 +5,13 @@
 namespace Zavrel::Emulator {
 
 bool ContractMonitor::RequestStarted(const Oid& oid) {
-    unsigned int& count = m_outstanding[oid];
+    unsigned int& count = m_outstanding[OidCodec::Hash(oid)];
     ++count;
     return count == 1;
 }
 
 void ContractMonitor::RequestFinished(const Oid& oid) {
-    auto found = m_outstanding.find(oid);
+    auto found = m_outstanding.find(OidCodec::Hash(oid));
     if (found == m_outstanding.end()) {
         return;
     }

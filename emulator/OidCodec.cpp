@@ -5,7 +5,12 @@
 namespace Zavrel::Emulator {
 
 Oid OidCodec::Prefix(unsigned long table) {
-    return Oid{1, 3, 6, 1, 4, 1, 47810, 7, table};
+    Oid oid;
+    for (unsigned long component : {1ul, 3ul, 6ul, 1ul, 4ul, 1ul, 47810ul, 7ul}) {
+        oid.push_back(component);
+    }
+    oid.push_back(table);
+    return oid;
 }
 
 void OidCodec::AppendBytes(Oid& oid, const unsigned char* bytes, size_t count) {
@@ -60,6 +65,18 @@ unsigned long OidCodec::Write(const Oid& oid, unsigned long* buffer) {
         }
     }
     return static_cast<unsigned long>(oid.size());
+}
+
+uint64_t OidCodec::Hash(const Oid& oid) {
+    // FNV-1a over whole components (64-bit on every target), with a shift
+    // that folds the high bits back in.
+    uint64_t hash = 0xcbf29ce484222325ull;
+    for (unsigned long component : oid) {
+        hash ^= static_cast<uint64_t>(component);
+        hash *= 0x100000001b3ull;
+        hash ^= hash >> 29;
+    }
+    return hash;
 }
 
 std::string OidCodec::ToString(const Oid& oid) {

@@ -11,12 +11,38 @@
 #ifndef ZAVREL_EMULATOR_OIDCODEC_H
 #define ZAVREL_EMULATOR_OIDCODEC_H
 
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string>
-#include <vector>
 
 namespace Zavrel::Emulator {
 
-using Oid = std::vector<unsigned long>;
+// The OID of a row, held in place (no allocation): at most MAX_LENGTH
+// components, more than the longest row needs (45, an IPv6 route).
+class Oid {
+public:
+    static constexpr size_t MAX_LENGTH = 48;
+
+    void push_back(unsigned long component) {
+        if (m_length < MAX_LENGTH) {
+            m_components[m_length++] = component;
+        }
+    }
+    size_t size() const { return m_length; }
+    unsigned long operator[](size_t index) const { return m_components[index]; }
+    const unsigned long* begin() const { return m_components; }
+    const unsigned long* end() const { return m_components + m_length; }
+
+    friend bool operator==(const Oid& a, const Oid& b) {
+        return a.m_length == b.m_length && std::equal(a.begin(), a.end(), b.begin());
+    }
+    friend bool operator!=(const Oid& a, const Oid& b) { return !(a == b); }
+
+private:
+    unsigned long m_components[MAX_LENGTH] = {};
+    size_t m_length = 0;
+};
 
 class OidCodec {
 public:
@@ -37,6 +63,9 @@ public:
     // Copies the OID into buffer (SMS_MAX_OID_LEN entries at least) and
     // returns its length; a null buffer only returns the length.
     static unsigned long Write(const Oid& oid, unsigned long* buffer);
+    // A 64-bit digest of the OID (FNV-1a over whole components), for tables
+    // that only need to tell OIDs apart.
+    static uint64_t Hash(const Oid& oid);
     // Components joined by ":" ("1:3:6:1...").
     static std::string ToString(const Oid& oid);
 

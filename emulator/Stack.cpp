@@ -71,6 +71,7 @@ void Stack::Reset() {
         m_answers[i].clear();
     }
     m_walkRows = 0;
+    m_oidQueries = 0;
     m_channelReads = 0;
     m_channelRegistered = false;
     m_channelMask = 0;
@@ -78,8 +79,8 @@ void Stack::Reset() {
     m_channelEnabled = true;
     m_ipsTracing = false;
     m_ipsFilters.clear();
-    m_cpu.Enable(false);
-    m_cpu.Clear();
+    m_account.Enable(false);
+    m_account.Clear();
 }
 
 uint64_t Stack::NowMs() const {
@@ -192,6 +193,7 @@ unsigned long Stack::GetRouteOid(unsigned long* oid, unsigned long instance, lon
                                  const unsigned char* nextHop, unsigned long ifIndex) {
     const Oid value =
         OidCodec::Route(instance, family, destination, prefixLength, nextHop, ifIndex);
+    ++m_oidQueries;
     m_monitor.OidGiven(value);
     return OidCodec::Write(value, oid);
 }
@@ -243,6 +245,7 @@ unsigned long Stack::UpdateAddress(long rowStatus, unsigned long instance, unsig
 
 unsigned long Stack::GetEiOid(unsigned long* oid, unsigned long instance, unsigned long ifIndex) {
     const Oid value = OidCodec::Ei(instance, ifIndex);
+    ++m_oidQueries;
     m_monitor.OidGiven(value);
     return OidCodec::Write(value, oid);
 }
@@ -250,6 +253,7 @@ unsigned long Stack::GetEiOid(unsigned long* oid, unsigned long instance, unsign
 unsigned long Stack::GetEaOid(unsigned long* oid, unsigned long instance, unsigned long ifIndex,
                               const unsigned char* address, unsigned long addrType) {
     const Oid value = OidCodec::Ea(instance, ifIndex, address, addrType);
+    ++m_oidQueries;
     m_monitor.OidGiven(value);
     return OidCodec::Write(value, oid);
 }
@@ -277,6 +281,7 @@ unsigned long Stack::UpdateRedistribution(long rowStatus, long adminStatus, long
 unsigned long Stack::GetRedistOid(unsigned long* oid, unsigned long instance, long source,
                                   long destination) {
     const Oid value = OidCodec::Redist(instance, source, destination);
+    ++m_oidQueries;
     m_monitor.OidGiven(value);
     return OidCodec::Write(value, oid);
 }

@@ -24,7 +24,7 @@
 #include <vector>
 
 #include "emulator/ContractMonitor.h"
-#include "emulator/CpuAccount.h"
+#include "emulator/TimeAccount.h"
 #include "emulator/EmulatorTypes.h"
 #include "emulator/FaultPlan.h"
 #include "emulator/InterfaceTable.h"
@@ -95,8 +95,8 @@ public:
 
     // ---- control
     FaultPlan& Faults() { return m_faults; }
-    // CPU time spent inside the stack (off until enabled).
-    CpuAccount& Cpu() { return m_cpu; }
+    // Time spent inside the stack, its callbacks excluded (off until enabled).
+    TimeAccount& Account() { return m_account; }
     // Runs until the interface tables are reported ready (default 2: the
     // first run brings them up, the second reports them).
     void SetI3ReadyAfterRuns(unsigned int runs) { m_i3ReadyAfterRuns = runs == 0 ? 1 : runs; }
@@ -137,6 +137,8 @@ public:
     // Every result given so far with its count, over all row kinds.
     std::map<unsigned long, uint64_t> Answers() const;
     uint64_t WalkRowsDelivered() const { return m_walkRows; }
+    // OIDs the library asked for (sms_*_oid calls).
+    uint64_t OidQueries() const { return m_oidQueries; }
     uint64_t ChannelReads() const { return m_channelReads; }
 
     int ChannelFd() const { return m_channel.Fd(); }
@@ -202,10 +204,10 @@ private:
         bool add = true;
     };
 
-    // Every call into the library goes through here, for the CPU account.
+    // Every call into the library goes through here, for the time account.
     template <typename Call>
     auto CallLibrary(Call&& call) {
-        CpuAccount::Scope scope(m_cpu, false);
+        TimeAccount::Scope scope(m_account, false);
         return call();
     }
 
@@ -264,9 +266,10 @@ private:
     uint64_t m_requests[REQUEST_KIND_COUNT] = {};
     std::map<unsigned long, uint64_t> m_answers[REQUEST_KIND_COUNT];
     uint64_t m_walkRows = 0;
+    uint64_t m_oidQueries = 0;
     uint64_t m_channelReads = 0;
 
-    CpuAccount m_cpu;
+    TimeAccount m_account;
     ManagementChannel m_channel;
     bool m_channelRegistered = false;
     unsigned int m_channelMask = 0;

@@ -13,7 +13,7 @@ namespace {
 template <typename R, typename F>
 R Guarded(R failure, F&& body) {
     try {
-        Zavrel::Emulator::CpuAccount::Scope scope(Instance().Cpu(), true);
+        Zavrel::Emulator::TimeAccount::Scope scope(Instance().Account(), true);
         return body();
     } catch (...) {
         ++nbb_os_failures;

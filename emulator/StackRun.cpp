@@ -87,7 +87,7 @@ void Stack::UpdateChannel() {
 void Stack::OnChannelEvent(int, int, void* context) {
     if (context != nullptr) {
         Stack* stack = static_cast<Stack*>(context);
-        CpuAccount::Scope scope(stack->m_cpu, true);
+        TimeAccount::Scope scope(stack->m_account, true);
         stack->OnChannelReadable();
     }
 }

@@ -31,9 +31,10 @@ TEST_F(StaticRouteTest, TheRouteOidIsStableAndDiffersWithEveryKeyValue) {
     EXPECT_NE(oid, RouteOid(5, "10.0.0.0", 25, "192.168.1.1", 0));
     EXPECT_NE(oid, RouteOid(5, "10.0.0.0", 24, "192.168.1.2", 0));
     EXPECT_NE(oid, RouteOid(5, "10.0.0.0", 24, "192.168.1.1", 3));
-    // Asking for an OID makes no request.
+    // Asking for an OID makes no request; it is only counted.
     EXPECT_TRUE(Side().Calls().empty());
     EXPECT_EQ(0u, Emulator::RequestCount(RequestKind::Route));
+    EXPECT_EQ(7u, Stack().OidQueries());
 }
 
 TEST_F(StaticRouteTest, AnIpv6RouteOidHoldsSixteenBytesPerAddress) {
