@@ -43,15 +43,19 @@ public:
     // Removes the registration of name when it was made with this owner.
     static void Unregister(const char* name, const void* owner);
 
-    // The command registered under exactly this name (case-insensitive), or null.
+    // The command registered under exactly this name (case-insensitive), or
+    // null. The pointer stays valid until the name is registered anew or
+    // unregistered.
     static const ConsoleCommand* Find(const char* name);
-    // Every registered command, ordered by name.
+    // Every registered command, ordered by name (case-insensitive).
     static std::vector<const ConsoleCommand*> All();
 
     int Run(ConsoleSession* session, int argc, char** argv) const;
     const string& Name() const { return m_name; }
     const string& Help() const { return m_help; }
     ConsoleRole Role() const { return m_role; }
+    // The owner given at registration (the context of Register).
+    const void* Owner() const { return m_owner; }
 
     ConsoleCommand(ConsoleRole role, Handler handler, const void* owner, const char* name,
                    const char* help);

@@ -13,9 +13,13 @@ namespace Zavrel {
 
 // Documents are read strictly: the root must be an object or an array,
 // no comments, no trailing content, no duplicate member names, at most
-// MAX_DEPTH levels of nesting and at most MAX_INPUT_BYTES of input. A failed
-// load keeps the previous document and leaves a readable error such as
-// "line 3, column 7: Duplicate key: 'vid'". Nothing here throws.
+// MAX_DEPTH levels of nesting (the root is level 1; so at most MAX_DEPTH - 1
+// nested containers around a scalar) and at most MAX_INPUT_BYTES of input.
+// A failed load keeps the previous document and leaves a readable error
+// such as "line 3, column 7: Duplicate key: 'vid'" (lines and columns from
+// 1, columns in bytes). Errors of a file are prefixed with "<path>: "; a file
+// that cannot be opened gives "cannot open <path>: <system error text>".
+// A successful load clears the error. Nothing here throws.
 class Options {
 public:
     static constexpr unsigned int MAX_DEPTH = 256;

@@ -43,11 +43,19 @@ public:
     string GetAsString(const char* key) const;
 
     // Converts the node's value. Accepted JSON kinds:
-    //   int:          integer numbers in range, decimal text in range
-    //   unsigned int: non-negative integer numbers in range, decimal text
+    //   int:          integer numbers in range; text of decimal digits with
+    //                 an optional leading "-", in range ("12", "-3")
+    //   unsigned int: non-negative integer numbers in range; text of
+    //                 decimal digits only, in range ("12")
     //   bool:         true/false, the numbers 0 and 1, the texts "true",
-    //                 "false", "0" and "1"
-    // On failure sets the error text, leaves out unchanged and returns false.
+    //                 "false", "0" and "1" (exactly, lower case)
+    // Everything else fails: null, arrays, objects, real numbers (even 5.0
+    // or 1e3), booleans for the number types, text with blanks, a "+" sign,
+    // hexadecimal or other characters. On failure sets the error text (for
+    // example "number 4294967296 is out of range for int", "text \"12x\" is
+    // not a decimal number", "cannot convert array to bool"; a node without
+    // a value gives "cannot find the node element"), leaves out unchanged and
+    // returns false.
     bool AsVal(int& out) const;
     bool AsVal(unsigned int& out) const;
     bool AsVal(bool& out) const;
@@ -55,7 +63,8 @@ public:
     // Reads the member key into out. out always receives fallback first;
     // on success it then receives the converted value. A missing or null
     // member sets the error "cannot find the node element"; a node that is
-    // not an object sets "Incorrect Node type for Object or Array operations".
+    // not an object sets "Incorrect Node type for Object or Array operations";
+    // a member that AsVal cannot convert sets AsVal's error on this node.
     template <typename T>
     bool GetLeafValue(T& out, const char* key, const T& fallback) const;
 

@@ -17,14 +17,15 @@ public:
     using Callback = CallbackBuffer2<unsigned int, void*>;
 
     // Takes ownership of callback (which may be null: the timer then only
-    // runs OnExpire of a subclass).
+    // runs OnExpire of a subclass). The name is copied.
     TimerBase(const char* name, Callback* callback, void* context = nullptr);
     virtual ~TimerBase();  // stops the timer
     TimerBase(const TimerBase&) = delete;
     TimerBase& operator=(const TimerBase&) = delete;
 
     // (Re)starts the timer for ms milliseconds on EventLoop::Current().
-    // Starting a running timer re-arms it from now.
+    // Starting a running timer re-arms it from now. A periodic timer with
+    // an interval of 0 repeats every millisecond.
     bool Start(unsigned int ms);
     void Stop();
     bool IsRunning() const { return m_loop != nullptr; }
@@ -39,6 +40,11 @@ public:
 
 protected:
     virtual bool IsPeriodic() const = 0;
+    // Runs when the timer expires, after the timer has been re-armed
+    // (periodic) or made idle (one-shot). The default runs the callback, when
+    // there is one. It is the last thing Expire does, so it may destroy the
+    // timer.
+    virtual void OnExpire(unsigned int interval, void* context);
 
 private:
     string m_name;

@@ -1,19 +1,71 @@
 #!/usr/bin/env bash
-# Builds and runs every test twice: the normal build and the Debug build under
-# AddressSanitizer and UndefinedBehaviorSanitizer. Exits non-zero on any failure.
+# Builds and runs every test three times: the normal build, the Debug build
+# under AddressSanitizer and UndefinedBehaviorSanitizer, and the 32-bit ARM
+# cross build (arm-linux-gnueabihf) with its tests run under qemu-arm.
+# Exits non-zero on any failure.
+#
+#   ZAVREL_ARMHF=off          leaves the armhf build out (on by default)
+#   ZAVREL_TEST_BUDGET=<s>    seconds the whole run may take (default 5400,
+#                             CI's limit); when the time left before the armhf
+#                             stage is short, that stage runs only its
+#                             cheapest tests and says so.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-scripts/deps.sh
+
+armhf=${ZAVREL_ARMHF:-on}
+budget=${ZAVREL_TEST_BUDGET:-5400}
+if [ "$armhf" = "on" ]; then
+  ZAVREL_CROSS=armhf scripts/deps.sh
+else
+  scripts/deps.sh
+fi
 
 jobs=$(nproc)
 status=0
-for preset in default asan; do
+declare -A took
+
+# run_preset <preset> [ctest arguments...]; $targets, when set, limits the build.
+targets=()
+run_preset() {
+  local preset=$1 start=$SECONDS
+  shift
   echo "=== ${preset}: configure and build" >&2
   cmake --preset "$preset" >/dev/null
-  cmake --build --preset "$preset" -j "$jobs"
+  if [ ${#targets[@]} -gt 0 ]; then
+    cmake --build --preset "$preset" -j "$jobs" --target "${targets[@]}"
+  else
+    cmake --build --preset "$preset" -j "$jobs"
+  fi
   echo "=== ${preset}: test" >&2
-  if ! ctest --preset "$preset" -j "$jobs"; then
+  if ! ctest --preset "$preset" -j "$jobs" "$@"; then
     status=1
   fi
+  took[$preset]=$((SECONDS - start))
+  echo "=== ${preset}: ${took[$preset]} s" >&2
+}
+
+run_preset default
+run_preset asan
+
+if [ "$armhf" = "on" ]; then
+  # The armhf stage costs about what the sanitizer stage costs (a -O0 build
+  # of the same tree, tests slower under emulation); give it twice that.
+  left=$((budget - SECONDS))
+  need=$((2 * ${took[asan]} + 60))
+  if [ "$left" -ge "$need" ]; then
+    run_preset armhf
+  else
+    echo "=== armhf: ${left} s left of ${budget} s, full stage needs about ${need} s:" \
+         "running the width and platform tests only" >&2
+    targets=(test_support)
+    compgen -G "tests/platform/*.cpp" >/dev/null && targets+=(test_platform)
+    run_preset armhf -R '^(support|platform)\.'
+  fi
+fi
+
+summary=""
+for preset in default asan armhf; do
+  [ -n "${took[$preset]:-}" ] && summary+=" ${preset} ${took[$preset]} s;"
 done
+echo "=== times:${summary} total ${SECONDS} s" >&2
 exit $status

@@ -24,7 +24,8 @@ namespace Zavrel::test {
 //  - address pointers as address text: by family for sms_update_route and
 //    sms_get_route_oid (1: dotted IPv4 of 4 bytes, otherwise canonical IPv6
 //    of 16 bytes), by address type for sms_act_ipaddr and sms_set_i3_ea_oid
-//    (1: IPv4, 2: IPv6); a null pointer as null;
+//    (1: IPv4, 2: IPv6; any other type is read as IPv4, 4 bytes); a null
+//    pointer as null;
 //  - an entity of sms_cipr_start as
 //    {inst=5 rs=0 as=0 ospf_int=40 ospf_ext=110 ebgp=20 ibgp=200 rip=120 dead=60 af=1};
 //  - a walk callback and its context are not rendered: a walk is recorded
@@ -65,9 +66,13 @@ public:
 
     // ---- scripted answers
     // Result of every later call of the function (default 0 for every call,
-    // except nbb_scheduler: -1).
+    // except nbb_scheduler: -1). Two functions answer from the double's own
+    // state until a result is set for them: the OID builders return the
+    // length of the OID they wrote, nbb_get_ips_tracing returns ipsTracing.
     void SetResult(const std::string& function, long value) { m_results[function] = value; }
     long Result(const std::string& function) const;
+    // Whether SetResult was called for the function since the last Reset.
+    bool HasResult(const std::string& function) const;
     // Results of the next nbb_scheduler() calls, in order; once they are
     // used up the SetResult value (default -1) applies again.
     void QueueSchedulerResults(const std::vector<int>& results);
@@ -84,17 +89,22 @@ public:
 
     // ---- walks
     // The walks requested and not yet answered to their end, oldest first.
+    // Every walk request is kept, whatever result is scripted for it.
     std::deque<Walk>& PendingWalks() { return m_walks; }
     void AddWalk(Walk walk) { m_walks.push_back(walk); }
     // Hands one response to the oldest pending walk: calls its callback with
     // (context, 0, code, row) and returns what the callback returned. The
     // walk is dropped when the callback returns 0 in its low byte or when
-    // code is not SMS_RC_ROW or SMS_RC_PASS_OVER.
+    // code is not SMS_RC_ROW or SMS_RC_PASS_OVER. The walk is off the queue
+    // while its callback runs, so the callback may start new walks (they
+    // queue behind it). With no pending walk nothing is called and the
+    // result is 0.
     unsigned char Answer(unsigned long code, const void* row);
 
     // ---- IPS tracing state (nbb_*)
-    int ipsTracing = 0;
+    int ipsTracing = 0;                   // set by nbb_trips_control(on)
     std::vector<std::string> ipsFilters;  // "<filter or null>/<type>" per nbb_set_ips_filter
+    // (Reset also sets the stack's global nbb_os_failures back to 0.)
 
     // ---- OIDs
     // The double builds deterministic OIDs, so tests can predict them:
@@ -105,7 +115,9 @@ public:
     //   i3 ei:  1.3.6.1.4.1.4874.4 then instance, if_index
     //   i3 ea:  1.3.6.1.4.1.4874.5 then instance, if_index, address type,
     //           the address bytes (4 or 16 by type)
-    // (written here with dots; each number is one component).
+    // (written here with dots; each number is one component). A null address
+    // gives zero bytes. The sms_*_oid functions write these into their buffer
+    // and return the number of components.
     static std::vector<unsigned long> RouteOid(unsigned long instance, long family,
                                                const unsigned char* dest,
                                                unsigned long prefixLength,

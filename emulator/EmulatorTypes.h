@@ -1,0 +1,52 @@
+// Small value types shared by the stack emulator: request kinds, row
+// results, contract breach kinds and the row status values it understands.
+#ifndef ZAVREL_EMULATOR_EMULATORTYPES_H
+#define ZAVREL_EMULATOR_EMULATORTYPES_H
+
+#include <cstddef>
+
+namespace Zavrel::Emulator {
+
+// The kinds of request the stack accepts. The first four are MIB row
+// requests (answered per row); Instance covers sms_cipr_start and
+// sms_cipr_action; Walk the four table walks.
+enum class RequestKind { Route = 0, Redistribution, Interface, Address, Instance, Walk };
+constexpr size_t REQUEST_KIND_COUNT = 6;
+// "route", "redistribution", "interface", "address", "instance", "walk".
+const char* RequestKindName(RequestKind kind);
+// True for the four MIB row kinds.
+bool IsRowKind(RequestKind kind);
+
+// Results the stack gives a row request (passed to cSetRouteState and
+// cSetRedistState; interface and address rows are only counted).
+constexpr unsigned long RESULT_DONE = 1;         // the row is as requested
+constexpr unsigned long RESULT_WRONG_VALUE = 3;  // a value of the request is wrong
+constexpr unsigned long RESULT_TEMPORARY = 5;    // not now: the RTM instance is absent or not ready
+constexpr unsigned long RESULT_NO_ROW = 6;       // no such row (destroy of a route, update of an interface)
+
+// Row status values.
+constexpr long ROW_ACTIVE = 1;
+constexpr long ROW_CREATE_AND_GO = 4;
+constexpr long ROW_DESTROY = 6;
+
+// Breaches of the library's side of the contract, counted by the stack.
+enum class BreachKind {
+    OverlappingRequest = 0,  // a second request on a row while one is outstanding
+    RequestBeforeI3Ready,    // a row request before cI3Ready was called
+    UnknownInstance,         // a route for an RTM instance never started
+    OidMismatch,             // a row request whose OID the library never asked for
+};
+constexpr size_t BREACH_KIND_COUNT = 4;
+const char* BreachKindName(BreachKind kind);
+
+// Tables that can be walked.
+enum class WalkTable { RtmRoute = 0, RtmRib, I3Ei, I3Ea };
+// "rtm_route", "rtm_rib", "i3_ei", "i3_ea".
+const char* WalkTableName(WalkTable table);
+
+// IPv6 marker bit of RTM and protocol instance ids.
+constexpr unsigned long IP6_INSTANCE_BIT = 0x8000;
+
+}  // namespace Zavrel::Emulator
+
+#endif

@@ -1,0 +1,7 @@
+#include "mib/MibAction.h"
+
+namespace Zavrel {
+
+MibAction::~MibAction() = default;
+
+}  // namespace Zavrel

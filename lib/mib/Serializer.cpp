@@ -1,0 +1,216 @@
+#include "mib/Serializer.h"
+
+#include <strings.h>
+
+#include <iterator>
+#include <vector>
+
+#include "platform/ConsoleCommand.h"
+#include "platform/ConsoleSession.h"
+
+namespace Zavrel {
+
+namespace {
+
+// Names used by the traces of Insert and Remove.
+const char INSERT_SIGNATURE[] =
+    "void Zavrel::Serializer::Insert(const Zavrel::MibOid&, Zavrel::MibAction*)";
+const char REMOVE_SIGNATURE[] = "void Zavrel::Serializer::Remove(const Zavrel::MibOid&)";
+
+const char USAGE[] = "Usage: serializer  pending_actions|debug <level>\n";
+const char LEGEND[] = "\nPending Actions (Actions_Count=<No of actions>, MibOid=<oid>)";
+
+}  // namespace
+
+const char* const Serializer::CONSOLE_COMMAND = "serializer";
+const char* const Serializer::CONSOLE_HELP = "Debug traces from serializer type in metaswitch";
+
+Serializer::Serializer() : m_ready(false), m_registered(false)
+{
+    RegisterConsoleCommand();
+}
+
+Serializer::~Serializer()
+{
+    Reset();
+    if (m_registered) {
+        ConsoleCommand::Unregister(CONSOLE_COMMAND, this);
+    }
+}
+
+void Serializer::Insert(const MibOid& oid, MibAction* action)
+{
+    PendingMap::iterator entry = m_pending_actions.find(oid);
+    if (entry == m_pending_actions.end()) {
+        entry = m_pending_actions.emplace(oid, std::make_unique<ActionList>()).first;
+        m_actions_queue.push_back(oid);
+        entry->second->queue_position = std::prev(m_actions_queue.end());
+        if (m_trace_set.Any()) {
+            member_TRACE(m_trace_set, 3, "%s, queued into m_actions_queue, oid=%s\n",
+                         INSERT_SIGNATURE, oid.ToString().c_str());
+            member_TRACE(m_trace_set, 3, "%s, m_actions_queue size=%zu\n", INSERT_SIGNATURE,
+                         m_actions_queue.size());
+            member_TRACE(m_trace_set, 3, "%s, m_pending_actions size=%zu\n", INSERT_SIGNATURE,
+                         m_pending_actions.size());
+        }
+    }
+    if (action == nullptr) {
+        return;
+    }
+    ActionList& list = *entry->second;
+    bool wasEmpty = list.actions.empty();
+    list.actions.push_back(action);
+    member_TRACE(m_trace_set, 3, "%s, added to p_action_list, action=%s\n", INSERT_SIGNATURE,
+                 action->name != nullptr ? action->name : "");
+    member_TRACE(m_trace_set, 3, "%s, p_action_list size=%zu\n", INSERT_SIGNATURE,
+                 list.actions.size());
+    if (wasEmpty) {
+        IssueHead(list, false);
+    }
+}
+
+int Serializer::Send(const MibOid& oid)
+{
+    PendingMap::iterator entry = m_pending_actions.find(oid);
+    if (entry == m_pending_actions.end() || entry->second->actions.empty()) {
+        return 0;
+    }
+    return IssueHead(*entry->second, true);
+}
+
+void Serializer::RunPendingActions()
+{
+    m_ready = true;
+    // Issuing may re-enter the serializer (a request answered at once), so
+    // walk a copy of the queue; an OID forgotten meanwhile is simply skipped.
+    std::vector<MibOid> order(m_actions_queue.begin(), m_actions_queue.end());
+    for (const MibOid& oid : order) {
+        Send(oid);
+    }
+}
+
+int Serializer::RunPendingAction(unsigned long* components, unsigned long count)
+{
+    MibOid oid(components, count);
+    Remove(oid);
+    return Send(oid);
+}
+
+void Serializer::Remove(const MibOid& oid)
+{
+    PendingMap::iterator entry = m_pending_actions.find(oid);
+    if (entry == m_pending_actions.end()) {
+        return;
+    }
+    member_TRACE(m_trace_set, 5, "%s, m_pending_actions size=%zu\n", REMOVE_SIGNATURE,
+                 m_pending_actions.size());
+    ActionList& list = *entry->second;
+    if (!list.actions.empty()) {
+        // An issued head is already destroyed (its slot holds null); a head
+        // that was never issued is ours to destroy.
+        delete list.actions.front();
+        list.actions.pop_front();
+        member_TRACE(m_trace_set, 5, "%s, p_action_list size=%zu\n", REMOVE_SIGNATURE,
+                     list.actions.size());
+        if (!list.actions.empty()) {
+            return;
+        }
+    }
+    // oid may refer to the map's own key: take its text before erasing.
+    string text;
+    if (m_trace_set.Any()) {
+        text = oid.ToString();
+    }
+    m_actions_queue.erase(list.queue_position);
+    m_pending_actions.erase(entry);
+    if (m_trace_set.Any()) {
+        member_TRACE(m_trace_set, 3, "%s, removed from m_actions_queue, oid=%s\n",
+                     REMOVE_SIGNATURE, text.c_str());
+        member_TRACE(m_trace_set, 3, "%s, m_actions_queue size=%zu\n", REMOVE_SIGNATURE,
+                     m_actions_queue.size());
+    }
+}
+
+int Serializer::IssueMibRequest(MibAction* action, bool shared_context)
+{
+    if (action == nullptr || !m_ready) {
+        return 0;
+    }
+    action->IssueReq(shared_context);
+    delete action;
+    return 1;
+}
+
+int Serializer::IssueHead(ActionList& list, bool shared_context)
+{
+    MibAction* action = list.actions.front();
+    if (action == nullptr || !m_ready) {
+        return 0;
+    }
+    // Mark the slot as outstanding before issuing: the stack may complete
+    // the request from inside the call, which pops this slot (and may free
+    // the list).
+    list.actions.front() = nullptr;
+    return IssueMibRequest(action, shared_context);
+}
+
+void Serializer::DestroyWaiting(ActionList& list)
+{
+    for (MibAction* action : list.actions) {
+        delete action;
+    }
+    list.actions.clear();
+}
+
+void Serializer::Reset()
+{
+    PendingMap pending;
+    pending.swap(m_pending_actions);
+    m_actions_queue.clear();
+    for (PendingMap::value_type& entry : pending) {
+        DestroyWaiting(*entry.second);
+    }
+}
+
+size_t Serializer::PendingActionCount(const MibOid& oid) const
+{
+    PendingMap::const_iterator entry = m_pending_actions.find(oid);
+    return entry == m_pending_actions.end() ? 0 : entry->second->actions.size();
+}
+
+string Serializer::GetPendingActionsAsString() const
+{
+    string text(LEGEND);
+    for (const PendingMap::value_type& entry : m_pending_actions) {
+        text.AppendFmt("\n(Actions_Count=%zu, MibOid=%s)", entry.second->actions.size(),
+                       entry.first.ToString().c_str());
+    }
+    return text;
+}
+
+void Serializer::RegisterConsoleCommand()
+{
+    m_registered = ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &Serializer::ConCmdNode, this,
+                                            CONSOLE_COMMAND, CONSOLE_HELP);
+}
+
+int Serializer::ConCmdNode(Serializer* serializer, ConsoleSession* session, int argc, char** argv)
+{
+    if (serializer == nullptr || session == nullptr) {
+        return 1;
+    }
+    if (argc >= 2 && argv[1] != nullptr) {
+        if (strcasecmp(argv[1], "pending_actions") == 0) {
+            session->Write(serializer->GetPendingActionsAsString());
+            return 0;
+        }
+        if (strcasecmp(argv[1], "debug") == 0) {
+            return HandleDebugCommand(session, argc - 2, argv + 2, serializer->m_trace_set,
+                                      "trace_set");
+        }
+    }
+    session->Write(USAGE);
+    return 1;
+}
+
+}  // namespace Zavrel

@@ -1,0 +1,309 @@
+#include "platform/OptionsNode.h"
+
+#include <climits>
+#include <cstring>
+#include <exception>
+
+namespace Zavrel {
+
+namespace {
+
+const char* const NOT_FOUND = "cannot find the node element";
+const char* const WRONG_TYPE = "Incorrect Node type for Object or Array operations";
+
+const char* KindName(const Json::Value& value)
+{
+    switch (value.type()) {
+    case Json::nullValue:
+        return "null";
+    case Json::intValue:
+    case Json::uintValue:
+        return "integer";
+    case Json::realValue:
+        return "real number";
+    case Json::stringValue:
+        return "text";
+    case Json::booleanValue:
+        return "boolean";
+    case Json::arrayValue:
+        return "array";
+    case Json::objectValue:
+        return "object";
+    }
+    return "value";
+}
+
+// Decimal text: an optional minus sign (when allowed) and at least one
+// digit, nothing else. The magnitude is returned apart from the sign.
+bool ParseDecimal(const std::string& text, bool allowMinus, bool& negative,
+                  unsigned long long& magnitude)
+{
+    size_t i = 0;
+    negative = false;
+    if (allowMinus && !text.empty() && text[0] == '-') {
+        negative = true;
+        i = 1;
+    }
+    if (i >= text.size()) {
+        return false;
+    }
+    unsigned long long value = 0;
+    for (; i < text.size(); ++i) {
+        const char c = text[i];
+        if (c < '0' || c > '9') {
+            return false;
+        }
+        const unsigned long long digit = static_cast<unsigned long long>(c - '0');
+        if (value > (ULLONG_MAX - digit) / 10) {
+            value = ULLONG_MAX;  // far out of any range checked below
+            continue;
+        }
+        value = value * 10 + digit;
+    }
+    magnitude = value;
+    return true;
+}
+
+}  // namespace
+
+OptionsNode::OptionsNode() : m_value(nullptr) {}
+
+OptionsNode::OptionsNode(const Json::Value* value) : m_value(value) {}
+
+OptionsNode OptionsNode::operator[](const char* key) const
+{
+    if (m_value == nullptr || key == nullptr || !m_value->isObject()) {
+        return OptionsNode();
+    }
+    return OptionsNode(m_value->find(key, key + std::strlen(key)));
+}
+
+bool OptionsNode::IsEmpty() const
+{
+    if (m_value == nullptr || m_value->isNull()) {
+        return true;
+    }
+    if (m_value->isObject() || m_value->isArray()) {
+        return m_value->empty();
+    }
+    if (m_value->isString()) {
+        const char* begin = nullptr;
+        const char* end = nullptr;
+        return !m_value->getString(&begin, &end) || begin == end;
+    }
+    return false;
+}
+
+bool OptionsNode::IsNull() const
+{
+    return m_value == nullptr || m_value->isNull();
+}
+
+bool OptionsNode::IsObject() const
+{
+    return m_value != nullptr && m_value->isObject();
+}
+
+bool OptionsNode::IsArray() const
+{
+    return m_value != nullptr && m_value->isArray();
+}
+
+unsigned int OptionsNode::Size() const
+{
+    if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
+        return 0;
+    }
+    return m_value->size();
+}
+
+string OptionsNode::GetAsString() const
+{
+    if (m_value == nullptr) {
+        return string();
+    }
+    try {
+        switch (m_value->type()) {
+        case Json::stringValue:
+        case Json::intValue:
+        case Json::uintValue:
+        case Json::realValue:
+        case Json::booleanValue:
+            return string(m_value->asString());
+        default:
+            return string();
+        }
+    } catch (const std::exception&) {
+        return string();
+    }
+}
+
+string OptionsNode::GetAsString(const char* key) const
+{
+    return (*this)[key].GetAsString();
+}
+
+bool OptionsNode::AsVal(int& out) const
+{
+    if (m_value == nullptr) {
+        SetError(NOT_FOUND);
+        return false;
+    }
+    const Json::Value& v = *m_value;
+    string error;
+    try {
+        if (v.type() == Json::intValue || v.type() == Json::uintValue) {
+            if (v.isInt()) {
+                out = v.asInt();
+                return true;
+            }
+            error.Format("number %s is out of range for int", v.asString().c_str());
+        } else if (v.type() == Json::stringValue) {
+            const std::string text = v.asString();
+            bool negative = false;
+            unsigned long long magnitude = 0;
+            if (!ParseDecimal(text, true, negative, magnitude)) {
+                error.Format("text \"%s\" is not a decimal number", text.c_str());
+            } else if (negative ? magnitude > static_cast<unsigned long long>(INT_MAX) + 1
+                                : magnitude > static_cast<unsigned long long>(INT_MAX)) {
+                error.Format("number %s is out of range for int", text.c_str());
+            } else {
+                out = negative ? static_cast<int>(-static_cast<long long>(magnitude))
+                               : static_cast<int>(magnitude);
+                return true;
+            }
+        } else {
+            error.Format("cannot convert %s to int", KindName(v));
+        }
+    } catch (const std::exception&) {
+        error.Format("cannot convert %s to int", KindName(v));
+    }
+    m_error = error;
+    return false;
+}
+
+bool OptionsNode::AsVal(unsigned int& out) const
+{
+    if (m_value == nullptr) {
+        SetError(NOT_FOUND);
+        return false;
+    }
+    const Json::Value& v = *m_value;
+    string error;
+    try {
+        if (v.type() == Json::intValue || v.type() == Json::uintValue) {
+            if (v.isUInt()) {
+                out = v.asUInt();
+                return true;
+            }
+            error.Format("number %s is out of range for unsigned int", v.asString().c_str());
+        } else if (v.type() == Json::stringValue) {
+            const std::string text = v.asString();
+            bool negative = false;
+            unsigned long long magnitude = 0;
+            if (!ParseDecimal(text, false, negative, magnitude)) {
+                error.Format("text \"%s\" is not a decimal number", text.c_str());
+            } else if (magnitude > UINT_MAX) {
+                error.Format("number %s is out of range for unsigned int", text.c_str());
+            } else {
+                out = static_cast<unsigned int>(magnitude);
+                return true;
+            }
+        } else {
+            error.Format("cannot convert %s to unsigned int", KindName(v));
+        }
+    } catch (const std::exception&) {
+        error.Format("cannot convert %s to unsigned int", KindName(v));
+    }
+    m_error = error;
+    return false;
+}
+
+bool OptionsNode::AsVal(bool& out) const
+{
+    if (m_value == nullptr) {
+        SetError(NOT_FOUND);
+        return false;
+    }
+    const Json::Value& v = *m_value;
+    string error;
+    try {
+        switch (v.type()) {
+        case Json::booleanValue:
+            out = v.asBool();
+            return true;
+        case Json::intValue:
+        case Json::uintValue:
+            if (v.isUInt() && v.asUInt() <= 1) {
+                out = v.asUInt() == 1;
+                return true;
+            }
+            error.Format("number %s is not 0 or 1", v.asString().c_str());
+            break;
+        case Json::stringValue: {
+            const std::string text = v.asString();
+            if (text == "true" || text == "1") {
+                out = true;
+                return true;
+            }
+            if (text == "false" || text == "0") {
+                out = false;
+                return true;
+            }
+            error.Format("text \"%s\" is not a boolean", text.c_str());
+            break;
+        }
+        default:
+            error.Format("cannot convert %s to bool", KindName(v));
+            break;
+        }
+    } catch (const std::exception&) {
+        error.Format("cannot convert %s to bool", KindName(v));
+    }
+    m_error = error;
+    return false;
+}
+
+template <typename T>
+bool OptionsNode::GetLeafValue(T& out, const char* key, const T& fallback) const
+{
+    out = fallback;
+    if (m_value == nullptr || !m_value->isObject()) {
+        SetError(WRONG_TYPE);
+        return false;
+    }
+    const OptionsNode member = (*this)[key];
+    if (member.IsNull()) {
+        SetError(NOT_FOUND);
+        return false;
+    }
+    if (!member.AsVal(out)) {
+        // The reason of a failed conversion is kept on this node as well.
+        m_error = member.Error();
+        return false;
+    }
+    return true;
+}
+
+template bool OptionsNode::GetLeafValue<int>(int&, const char*, const int&) const;
+template bool OptionsNode::GetLeafValue<unsigned int>(unsigned int&, const char*,
+                                                      const unsigned int&) const;
+template bool OptionsNode::GetLeafValue<bool>(bool&, const char*, const bool&) const;
+
+OptionsNodeIterator OptionsNode::begin() const
+{
+    if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
+        return OptionsNodeIterator();
+    }
+    return OptionsNodeIterator(m_value->begin(), true);
+}
+
+OptionsNodeIterator OptionsNode::end() const
+{
+    if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
+        return OptionsNodeIterator();
+    }
+    return OptionsNodeIterator(m_value->end(), true);
+}
+
+}  // namespace Zavrel

@@ -1,0 +1,77 @@
+#include "support/stackdouble/CallLine.h"
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
+
+namespace Zavrel::test {
+
+CallLine::CallLine(const char* function) : m_text(function) { m_text += "("; }
+
+CallLine& CallLine::Raw(const std::string& text) {
+    if (!m_first) {
+        m_text += ", ";
+    }
+    m_first = false;
+    m_text += text;
+    return *this;
+}
+
+CallLine& CallLine::Signed(long value) { return Raw(std::to_string(value)); }
+
+CallLine& CallLine::Unsigned(unsigned long value) { return Raw(std::to_string(value)); }
+
+CallLine& CallLine::Text(const char* text) {
+    if (text == nullptr) {
+        return Raw("null");
+    }
+    return Raw(std::string("\"") + text + "\"");
+}
+
+CallLine& CallLine::Ip4(const unsigned char* bytes) {
+    if (bytes == nullptr) {
+        return Raw("null");
+    }
+    char text[INET_ADDRSTRLEN];
+    if (inet_ntop(AF_INET, bytes, text, sizeof text) == nullptr) {
+        return Raw("?");
+    }
+    return Raw(text);
+}
+
+CallLine& CallLine::Ip6(const unsigned char* bytes) {
+    if (bytes == nullptr) {
+        return Raw("null");
+    }
+    char text[INET6_ADDRSTRLEN];
+    if (inet_ntop(AF_INET6, bytes, text, sizeof text) == nullptr) {
+        return Raw("?");
+    }
+    return Raw(text);
+}
+
+CallLine& CallLine::AddressByFamily(const unsigned char* bytes, long family) {
+    return family == 1 ? Ip4(bytes) : Ip6(bytes);
+}
+
+CallLine& CallLine::AddressByType(const unsigned char* bytes, unsigned long addrType) {
+    return addrType == SMS_ADDR_TYPE_IPV6 ? Ip6(bytes) : Ip4(bytes);
+}
+
+CallLine& CallLine::Entity(const amb_cipr_rtm_entity* e) {
+    if (e == nullptr) {
+        return Raw("null");
+    }
+    std::string text = "{inst=" + std::to_string(e->instance_index);
+    text += " rs=" + std::to_string(e->row_status);
+    text += " as=" + std::to_string(e->admin_status);
+    text += " ospf_int=" + std::to_string(e->ospf_int_distance);
+    text += " ospf_ext=" + std::to_string(e->ospf_ext_distance);
+    text += " ebgp=" + std::to_string(e->ebgp_distance);
+    text += " ibgp=" + std::to_string(e->ibgp_distance);
+    text += " rip=" + std::to_string(e->rip_distance);
+    text += " dead=" + std::to_string(e->dead_rpm_timer);
+    text += " af=" + std::to_string(e->addr_family) + "}";
+    return Raw(text);
+}
+
+}  // namespace Zavrel::test
