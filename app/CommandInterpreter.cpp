@@ -45,8 +45,13 @@ const std::vector<CommandInterpreter::Command>& CommandInterpreter::Commands()
         {"stack", &CommandInterpreter::Stack,
          "stack fail <count> route|redist|interface|address result <code>\n"
          "stack delay <runs>\n"
-         "stack status",
-         "inject failures into the routing stack, delay its answers, show its counters"},
+         "stack status\n"
+         "stack tables\n"
+         "stack learn <vlan> rip|ospf|ospf-external|ebgp|ibgp <prefix>/<length> via <gateway> "
+         "[ifindex <n>] [metric <n>]\n"
+         "stack withdraw <vlan> <protocol> <prefix>/<length> via <gateway> [ifindex <n>]",
+         "inject failures into the routing stack, delay its answers, show its counters and "
+         "tables, hand it routes learnt by a routing protocol"},
         {"ip", &CommandInterpreter::Ip4, "ip <word> ...",
          "IPv4 routing commands (ip alone lists the words)"},
         {"ip6", &CommandInterpreter::Ip6, "ip6 <word> ...",

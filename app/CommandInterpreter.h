@@ -87,6 +87,7 @@ private:
     Result Route(const Args& args);
     // CommandInterpreterStack.cpp
     Result Stack(const Args& args);
+    Result StackRoute(const Args& args);
     // CommandInterpreterShow.cpp
     Result Ip4(const Args& args);
     Result Ip6(const Args& args);

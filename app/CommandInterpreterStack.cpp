@@ -16,6 +16,16 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
         m_stack.PrintStatus(m_console);
         return Result::Local();
     }
+    if (Words::Is(verb, "tables")) {
+        if (args.Count() > 2) {
+            return Result::Fail("stack tables: unexpected '" + args[2] + "'");
+        }
+        m_stack.PrintTables(m_console);
+        return Result::Local();
+    }
+    if (Words::Is(verb, "learn") || Words::Is(verb, "withdraw")) {
+        return StackRoute(args);
+    }
     std::string error;
     if (Words::Is(verb, "delay")) {
         unsigned int runs = 0;
@@ -65,6 +75,83 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
         return Result::Local();
     }
     return Result::Fail("stack: unknown sub-command '" + verb + "'; " + UsageOf("stack"));
+}
+
+CommandInterpreter::Result CommandInterpreter::StackRoute(const Args& args)
+{
+    const bool learn = Words::Is(args[1], "learn");
+    const std::string prefix = "stack " + args[1] + ": ";
+    std::string error;
+    unsigned short vlan = 0;
+    if (!ReadVlan(args, 2, vlan, error)) {
+        return Result::Fail(prefix + error);
+    }
+    if (args.Count() < 4) {
+        return Result::Fail(prefix + "missing <protocol>");
+    }
+    StackControl::Protocol protocol;
+    const std::string& name = args[3];
+    if (Words::Is(name, "rip")) {
+        protocol = StackControl::RIP;
+    } else if (Words::Is(name, "ospf")) {
+        protocol = StackControl::OSPF;
+    } else if (Words::Is(name, "ospf-external")) {
+        protocol = StackControl::OSPF_EXTERNAL;
+    } else if (Words::Is(name, "ebgp")) {
+        protocol = StackControl::EBGP;
+    } else if (Words::Is(name, "ibgp")) {
+        protocol = StackControl::IBGP;
+    } else {
+        return Result::Fail(prefix + "bad protocol '" + name +
+                            "' (rip, ospf, ospf-external, ebgp or ibgp)");
+    }
+    if (args.Count() < 5) {
+        return Result::Fail(prefix + "missing <prefix>/<length>");
+    }
+    AppPrefix destination;
+    if (!Words::ParsePrefix(args[4], destination)) {
+        return Result::Fail(prefix + "bad prefix '" + args[4] + "' (<prefix>/<length>)");
+    }
+    if (args.Count() < 7 || !Words::Is(args[5], "via")) {
+        return Result::Fail(prefix + "missing 'via <gateway>'");
+    }
+    Ip4Addr gateway4;
+    Ip6Addr gateway6;
+    if (destination.ipv6 ? !Words::ParseIp6(args[6], gateway6) : !Words::ParseIp4(args[6], gateway4)) {
+        return Result::Fail(prefix + "bad gateway '" + args[6] + "' (an " +
+                            (destination.ipv6 ? "IPv6" : "IPv4") + " address)");
+    }
+    unsigned int ifIndex = 0;
+    unsigned int metric = 1;
+    bool seenIfIndex = false, seenMetric = false;
+    for (size_t i = 7; i < args.Count(); i += 2) {
+        const std::string& word = args[i];
+        const bool isIfIndex = Words::Is(word, "ifindex");
+        const bool isMetric = learn && Words::Is(word, "metric");
+        if (!isIfIndex && !isMetric) {
+            return Result::Fail(prefix + "unexpected '" + word + "'; " + UsageOf("stack"));
+        }
+        bool& seen = isIfIndex ? seenIfIndex : seenMetric;
+        if (seen) {
+            return Result::Fail(prefix + "'" + word + "' given twice");
+        }
+        seen = true;
+        if (!ReadUnsigned(args, i + 1, word.c_str(), isIfIndex ? ifIndex : metric, error)) {
+            return Result::Fail(prefix + error);
+        }
+    }
+    const std::string address =
+        destination.ipv6 ? destination.ip6.ToString().str() : destination.ip4.ToString().str();
+    const std::string gateway = destination.ipv6 ? gateway6.ToString().str() : gateway4.ToString().str();
+    const bool accepted =
+        learn ? m_stack.Learn(vlan, destination.ipv6, protocol, address, destination.length, gateway,
+                              ifIndex, metric)
+              : m_stack.Withdraw(vlan, destination.ipv6, protocol, address, destination.length,
+                                 gateway, ifIndex);
+    if (!accepted) {
+        return Result::Fail(prefix + "the stack refused the route");
+    }
+    return Result::Ok();
 }
 
 }  // namespace Zavrel

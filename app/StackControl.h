@@ -14,6 +14,8 @@ class StackControl {
 public:
     // The kinds of request a failure can be injected into.
     enum RequestKind { ROUTE, REDIST, INTERFACE, ADDRESS };
+    // Routing protocols whose routes can be handed to an RTM instance.
+    enum Protocol { RIP, OSPF, OSPF_EXTERNAL, EBGP, IBGP };
 
     StackControl();
     ~StackControl();
@@ -26,6 +28,18 @@ public:
     void Delay(unsigned int runs);
     // Prints the stack's counters and contract breaches.
     void PrintStatus(DcConsole& console);
+    // Prints every table the stack holds.
+    void PrintTables(DcConsole& console);
+    // Hands the RTM instance of the VLAN (IPv6 when ipv6) a route learnt by
+    // a routing protocol, or withdraws it; the stack takes it on its next
+    // run, woken through its descriptor. False when the stack refuses the
+    // route's values.
+    bool Learn(unsigned short vlan, bool ipv6, Protocol protocol, const std::string& destination,
+               unsigned int prefixLength, const std::string& nextHop, unsigned int ifIndex,
+               unsigned int metric);
+    bool Withdraw(unsigned short vlan, bool ipv6, Protocol protocol,
+                  const std::string& destination, unsigned int prefixLength,
+                  const std::string& nextHop, unsigned int ifIndex);
     // True when the stack has nothing in hand: no request unanswered, no
     // table walk in progress, no delayed answer.
     bool IsIdle();

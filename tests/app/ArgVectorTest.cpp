@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "testsupport/TestEnv.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <unistd.h>
 
-#include "testsupport/TestEnv.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "platform/SocketCallback.h"
-#include "testsupport/TestEnv.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "app/AppTraceSink.h"
-#include "testsupport/TestEnv.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel::test {
 namespace {

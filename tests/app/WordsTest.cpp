@@ -1,6 +1,6 @@
 #include "app/Words.h"
 
-#include "testsupport/TestEnv.h"
+#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel::test {
 namespace {
