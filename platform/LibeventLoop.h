@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <vector>
 
 #include "platform/EventLoop.h"
 
@@ -30,13 +31,17 @@ public:
     bool ChangeFd(int fd, int events) override;
     void UnwatchFd(int fd) override;
 
-    // Runs until Break() or until nothing is left to wait for.
+    // Runs until Break() or until nothing is left to wait for (no armed
+    // timer and no descriptor watched for any event). Returns 0 after
+    // Break(), 1 when nothing was left, -1 on an error of the loop.
     int Run();
     // Runs one pass: waits for the first event (or not at all when
-    // nonBlocking) and handles what is ready.
+    // nonBlocking) and handles what is ready. Returns as libevent's
+    // event_base_loop does: 0, 1 when nothing was pending, -1 on error.
     int RunOnce(bool nonBlocking);
-    // Runs for at most ms milliseconds of real time.
+    // As Run, but returns 0 at the latest after ms milliseconds of real time.
     int RunFor(unsigned int ms);
+    // Makes the running Run/RunFor/RunOnce return after the current callback.
     void Break();
 
     event_base* Base() const { return m_base; }
@@ -46,10 +51,20 @@ private:
     struct FdWatch;
     static void OnTimer(int, short, void* arg);
     static void OnFd(int fd, short what, void* arg);
+    static void OnDeadline(int, short, void* arg);
+    int Loop(const void* limit);
+    bool HasWork() const;
+    // Events are never freed inside their own callback: a disarmed timer or
+    // a dropped watch is retired and freed later, outside of it.
+    void FreeRetired();
 
     event_base* m_base;
     std::map<TimerBase*, std::unique_ptr<TimerEvent>> m_timers;
     std::map<int, std::unique_ptr<FdWatch>> m_fds;
+    std::vector<std::unique_ptr<TimerEvent>> m_retiredTimers;
+    std::vector<std::unique_ptr<FdWatch>> m_retiredFds;
+    int m_callbackDepth = 0;
+    bool m_break = false;
 };
 
 }  // namespace Zavrel

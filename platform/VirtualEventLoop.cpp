@@ -106,7 +106,7 @@ bool VirtualEventLoop::FireNext(uint64_t limit)
 
 size_t VirtualEventLoop::Advance(uint64_t ms)
 {
-    const uint64_t target = m_now + ms;
+    const uint64_t target = ms > UINT64_MAX - m_now ? UINT64_MAX : m_now + ms;
     size_t fired = 0;
     for (;;) {
         DispatchReadyFds();

@@ -6,6 +6,11 @@
 
 namespace Zavrel {
 
+DclIpAddress::DclIpAddress()
+{
+    Init(nullptr, 0);
+}
+
 DclIpAddress::DclIpAddress(const unsigned char* data, unsigned long length_)
 {
     Init(data, length_);

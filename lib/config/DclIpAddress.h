@@ -13,6 +13,8 @@ class DclIpAddress {
 public:
     static const unsigned int MAX_BYTES = 16;
 
+    // No address (length 0).
+    DclIpAddress();
     // Callers pass a length of 0, 4 or 16.
     DclIpAddress(const unsigned char* data, unsigned long length);
     DclIpAddress(const DclIpAddress& other);

@@ -169,6 +169,44 @@ TEST_F(ConfigParserTest, BaseParseKeysReturnsTrue)
     EXPECT_TRUE(parser.ParseKeys(1, options.Root()));
 }
 
+// The leaf reader the walk uses for "vid".
+class LeafValueTest : public test::TestEnv {};
+
+TEST_F(LeafValueTest, ReadingFromAnArrayFailsWithTheNodeTypeErrorAndGivesTheFallback)
+{
+    Json::Value array(Json::arrayValue);
+    array.append(1);
+    OptionsNode node(&array);
+    int value = 3;
+    EXPECT_FALSE(node.GetLeafValue<int>(value, "vid", 17));
+    EXPECT_EQ(17, value);
+    EXPECT_EQ(string("Incorrect Node type for Object or Array operations"), node.Error());
+}
+
+TEST_F(LeafValueTest, NullMemberFailsAsMissingAndGivesTheFallback)
+{
+    Json::Value object(Json::objectValue);
+    object["vid"] = Json::Value();
+    OptionsNode node(&object);
+    unsigned int value = 3;
+    EXPECT_FALSE(node.GetLeafValue<unsigned int>(value, "vid", 9u));
+    EXPECT_EQ(9u, value);
+    EXPECT_EQ(string("cannot find the node element"), node.Error());
+    bool flag = false;
+    EXPECT_FALSE(node.GetLeafValue<bool>(flag, "other", true));
+    EXPECT_TRUE(flag);
+}
+
+TEST_F(LeafValueTest, PresentMemberIsConverted)
+{
+    Json::Value object(Json::objectValue);
+    object["vid"] = 12;
+    OptionsNode node(&object);
+    int value = 0;
+    EXPECT_TRUE(node.GetLeafValue<int>(value, "vid", 5));
+    EXPECT_EQ(12, value);
+}
+
 class GetVlanFromGroupTest : public test::TestEnv {
 protected:
     bool Get(const char* name, unsigned short* vlan)

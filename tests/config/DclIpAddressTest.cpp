@@ -25,6 +25,14 @@ TEST_F(DclIpAddressTest, ConstructionCopiesTheGivenBytesAndZeroesTheRest)
     }
 }
 
+TEST_F(DclIpAddressTest, DefaultValueIsEmpty)
+{
+    DclIpAddress address;
+    EXPECT_EQ(0u, address.Length());
+    EXPECT_TRUE(address == DclIpAddress(nullptr, 0));
+    EXPECT_EQ(string("0.0.0.0"), address.ToString());
+}
+
 TEST_F(DclIpAddressTest, EmptyValuesAreEqualToEachOther)
 {
     DclIpAddress a(nullptr, 0);

@@ -173,8 +173,8 @@ TEST_F(TwoColumnsFormatterTest, SeveralRowsFollowEachOther)
 TEST_F(TwoColumnsFormatterTest, RunWithoutBlankLongerThanTheWidthIsBrokenHardAtTheWidth)
 {
     formatter.PushRow(std::string(50, 'a'), std::string(45, 'b'));
-    EXPECT_EQ(std::string(40, 'a') + SEP + std::string(40, 'b') + "\n" + Pad(std::string(10, 'a'), 40) +
-                  SEP + Pad(std::string(5, 'b'), 40) + "\n",
+    EXPECT_EQ(std::string(40, 'a') + SEP + std::string(40, 'b') + "\n" +
+                  Pad(std::string(10, 'a'), 40) + SEP + Pad(std::string(5, 'b'), 40) + "\n",
               Formatted());
 }
 

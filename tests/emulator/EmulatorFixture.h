@@ -29,6 +29,8 @@ protected:
         Side().Reset();
     }
     void TearDown() override {
+        // Every callback but the request for a run came from inside a run.
+        EXPECT_EQ(std::vector<std::string>(), Side().callsOutsideRun);
         Emulator::Reset();
         TestEnv::TearDown();
     }

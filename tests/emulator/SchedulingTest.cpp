@@ -175,3 +175,38 @@ TEST_F(SchedulingTest, DrivenByATimerOnTheVirtualClockTheStackComesUpAndAnswers)
 
 }  // namespace
 }  // namespace Zavrel::test
+
+namespace Zavrel::test {
+namespace {
+
+class SchedulingReentryTest : public EmulatorFixture {};
+
+TEST_F(SchedulingReentryTest, ARunAskedForFromInsideARunDoesNothing) {
+    StartStack();
+    Interface(4, 5, 100, "eth0");
+    int inner = -2;
+    Side().OnNextCall("cRunPendingAction", [&inner] { inner = nbb_scheduler(); });
+    const uint64_t runs = Stack().Runs();
+    Side().RunScheduler();
+    EXPECT_EQ(0, inner);
+    EXPECT_EQ(runs + 1, Stack().Runs());
+}
+
+TEST_F(SchedulingReentryTest, RequestsTheLibraryIssuesInsideI3ReadyAreAnsweredOnTheNextRun) {
+    ASSERT_EQ(0, Init());
+    Side().OnNextCall("cI3Ready", [] {
+        Interface(4, 5, 100, "eth0");
+        Address(1, 5, 100, "10.0.0.1", 24);
+    });
+    Side().RunScheduler();
+    Side().RunScheduler();
+    EXPECT_TRUE(Side().Calls("cRunPendingAction").empty());
+    EXPECT_EQ(2u, Stack().QueuedRequests());
+    EXPECT_TRUE(Side().rescheduled);
+    Side().RunScheduler();
+    EXPECT_EQ(2u, Side().Calls("cRunPendingAction").size());
+    EXPECT_EQ(0u, Emulator::BreachCount());
+}
+
+}  // namespace
+}  // namespace Zavrel::test

@@ -197,6 +197,23 @@ TEST_F(OptionsTest, NestingUpToTheLimitIsAccepted)
     }
     objects += "true" + std::string(255, '}');
     EXPECT_TRUE(options.LoadFromText(string(objects))) << options.Error().str();
+    std::string emptyObjects;
+    for (int i = 0; i < 255; ++i) {
+        emptyObjects += "{\"a\":";
+    }
+    emptyObjects += "{}" + std::string(255, '}');
+    EXPECT_TRUE(options.LoadFromText(string(emptyObjects))) << options.Error().str();
+}
+
+TEST_F(OptionsTest, NestedObjectsBeyondTheLimitAreRejected)
+{
+    std::string objects;
+    for (int i = 0; i < 256; ++i) {
+        objects += "{\"a\":";
+    }
+    objects += "1" + std::string(256, '}');
+    // The first member name of the 256th object is where it gets too deep.
+    EXPECT_EQ("line 1, column 1277: nesting deeper than 256 levels", LoadError(objects));
 }
 
 TEST_F(OptionsTest, NestingBeyondTheLimitIsRejectedWithItsPosition)

@@ -17,6 +17,8 @@ void LibrarySide::Reset() {
     rescheduled = false;
     rescheduledAnswer = -1;
     rescheduleCount = 0;
+    inRun = false;
+    callsOutsideRun.clear();
     m_rtmConfigs.clear();
     m_unknownRtm.clear();
     defaultRtmConfigResult = 1;
@@ -61,11 +63,18 @@ std::vector<std::string> LibrarySide::Callbacks() const {
 
 void LibrarySide::Record(const std::string& function, const std::string& arguments) {
     m_calls.push_back(function + "(" + arguments + ")");
+    if (!inRun && function != "cRescheduleNBase" && function != "cIsNBaseRescheduled") {
+        callsOutsideRun.push_back(m_calls.back());
+    }
 }
 
 int LibrarySide::RunScheduler() {
     rescheduled = false;
-    return nbb_scheduler();
+    const bool outer = inRun;
+    inRun = true;
+    const int result = nbb_scheduler();
+    inRun = outer;
+    return result;
 }
 
 int LibrarySide::RunUntilIdle(int maxRuns) {

@@ -96,6 +96,11 @@ public:
     // Answer of cIsNBaseRescheduled: -1 (default) follows the flag.
     int rescheduledAnswer = -1;
     size_t rescheduleCount = 0;
+    // True while RunScheduler is inside nbb_scheduler().
+    bool inRun = false;
+    // Calls made outside nbb_scheduler() other than cRescheduleNBase and
+    // cIsNBaseRescheduled, which a stack must not make.
+    std::vector<std::string> callsOutsideRun;
     // Clears the flag, runs nbb_scheduler() once and returns its result.
     int RunScheduler();
     // Runs the scheduler until it is idle (-1) with no early run asked for,

@@ -1,0 +1,22 @@
+// DcRipngRouter: RIPng router.
+#include "routing/DcRipngRouter.h"
+
+#include <new>
+
+#include "protocols/RipngInterface.h"
+
+namespace Zavrel {
+
+DcRipngRouter::DcRipngRouter(unsigned short vid)
+    : DcRouterBase("RIPNG", vid, new (std::nothrow) RipngInterface()) {}
+
+DcRipngRouter::DcRipngRouter(const string& name, unsigned short vid, DcProtoConfigBase* proto)
+    : DcRouterBase(name, vid, proto) {}
+
+DcRipngRouter::~DcRipngRouter() = default;
+
+bool DcRipngRouter::CreateConfigList(DcConfigLists&) { return true; }
+
+void DcRipngRouter::ConsoleCommand(void*, DcConsole*, int, char**) {}
+
+}  // namespace Zavrel

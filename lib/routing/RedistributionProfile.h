@@ -1,0 +1,52 @@
+// RedistributionProfile: which route sources a protocol takes into its own
+// routes. All five sources are on by default; a "REDISTRIBUTION" section of
+// the options switches single sources.
+#ifndef ZAVREL_ROUTING_REDISTRIBUTIONPROFILE_H
+#define ZAVREL_ROUTING_REDISTRIBUTIONPROFILE_H
+
+#include "platform/OptionsNode.h"
+
+namespace Zavrel {
+
+class RedistributionProfile {
+public:
+    // Route protocol codes of the stack's redistribution rows: the IANA
+    // route protocol numbers shifted left by 16.
+    static constexpr unsigned int PROTO_CONNECTED = 0x20000;
+    static constexpr unsigned int PROTO_STATIC = 0x30000;
+    static constexpr unsigned int PROTO_RIP = 0x80000;
+    static constexpr unsigned int PROTO_OSPF = 0xd0000;
+    static constexpr unsigned int PROTO_BGP = 0xe0000;
+    // The sources, in the order of the profile's flags.
+    static constexpr unsigned int SOURCE_COUNT = 5;
+    static const unsigned int SOURCES[SOURCE_COUNT];
+
+    RedistributionProfile();
+    // Note the argument order: static, connected, bgp, ospf, rip.
+    RedistributionProfile(bool staticRoutes, bool connected, bool bgp, bool ospf, bool rip);
+    RedistributionProfile(const RedistributionProfile& other) = default;
+
+    RedistributionProfile& operator=(const RedistributionProfile& other);
+    bool operator==(const RedistributionProfile& other) const;
+    bool operator!=(const RedistributionProfile& other) const { return !(*this == other); }
+
+    // Every source on.
+    void Reset();
+    // Reads the "REDISTRIBUTION" child of node: false (flags unchanged) when
+    // it is missing or empty; otherwise each boolean leaf present among
+    // "static", "connected", "bgp", "rip", "ospf" sets its flag.
+    bool ParseOption(const OptionsNode& node);
+
+    // The flag of a source given by its protocol code; false for other codes.
+    bool Allows(unsigned int sourceProtocol) const;
+
+    bool staticRoutes;
+    bool connected;
+    bool rip;
+    bool ospf;
+    bool bgp;
+};
+
+}  // namespace Zavrel
+
+#endif

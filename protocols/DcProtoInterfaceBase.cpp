@@ -1,0 +1,161 @@
+// DcProtoInterfaceBase: enabled/ready state, interfaces and redistribution of
+// a per-VLAN protocol.
+#include "protocols/DcProtoInterfaceBase.h"
+
+#include <algorithm>
+
+#include "routing/DcRouterBase.h"
+#include "rtm/DcRtmMgr.h"
+
+namespace Zavrel {
+
+DcProtoInterfaceBase::DcProtoInterfaceBase(int afi, unsigned int protocol, bool dualStack)
+    : m_afi(afi == DcRtmMgr::AFI_IPV6 ? DcRtmMgr::AFI_IPV6 : DcRtmMgr::AFI_IPV4),
+      m_protocol(protocol),
+      m_dualStack(dualStack),
+      m_router(nullptr),
+      m_enabled(false) {}
+
+DcProtoInterfaceBase::~DcProtoInterfaceBase() = default;
+
+void DcProtoInterfaceBase::ApplyOptions(const OptionsNode& section, const string& source,
+                                        DclConfigObject::OptionType) {
+    Layer layer;
+    layer.source = source;
+    bool enabled = false;
+    layer.enabled = section.GetLeafValue<bool>(enabled, "enabled", false) ? (enabled ? 1 : 0) : -1;
+    // A section's profile starts from the defaults: sources it leaves out
+    // are redistributed.
+    layer.hasProfile = m_protocol != PROTO_NONE && layer.profile.ParseOption(section);
+
+    // The source's layer becomes the most recent one.
+    m_layers.erase(std::remove_if(m_layers.begin(), m_layers.end(),
+                                  [&source](const Layer& l) { return l.source == source; }),
+                   m_layers.end());
+    m_layers.push_back(layer);
+    Recompute();
+}
+
+void DcProtoInterfaceBase::DeleteOptions(const string& source, DclConfigObject::OptionType) {
+    const size_t before = m_layers.size();
+    m_layers.erase(std::remove_if(m_layers.begin(), m_layers.end(),
+                                  [&source](const Layer& l) { return l.source == source; }),
+                   m_layers.end());
+    if (m_layers.size() != before) {
+        Recompute();
+    }
+}
+
+void DcProtoInterfaceBase::Recompute() {
+    bool enabled = false;
+    RedistributionProfile profile;
+    for (const Layer& layer : m_layers) {
+        if (layer.enabled >= 0) {
+            enabled = layer.enabled != 0;
+        }
+        if (layer.hasProfile) {
+            profile = layer.profile;
+        }
+    }
+    m_enabled = enabled;
+    m_profile = profile;
+}
+
+bool DcProtoInterfaceBase::IsEnabled() const { return m_enabled; }
+
+DcProtoInterfaceBase::ConfigStatus DcProtoInterfaceBase::GetStatus() const {
+    if (!m_enabled) {
+        return CONFIG_DISABLED;
+    }
+    return IsReady() ? CONFIG_READY : CONFIG_ENABLED;
+}
+
+bool DcProtoInterfaceBase::IsReady() const {
+    if (!m_enabled) {
+        return false;
+    }
+    const DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    return rtm != nullptr && rtm->IsRtmReady(GetRtmInstance());
+}
+
+bool DcProtoInterfaceBase::IsReady(unsigned int ifIndex) const {
+    return IsReady() && GetInterfaceStatus(ifIndex) == IF_UP;
+}
+
+void DcProtoInterfaceBase::InterfaceStatusChange(unsigned int ifIndex, unsigned int status) {
+    IfStatus state = IF_UP;
+    if (status == IF_REMOVED) {
+        state = IF_REMOVED;
+        m_interfaces.erase(ifIndex);
+        m_addresses.erase(ifIndex);
+    } else {
+        state = status == IF_DOWN ? IF_DOWN : IF_UP;
+        m_interfaces[ifIndex] = state;
+    }
+    if (m_router != nullptr) {
+        m_router->SetInterfaceStatus(ifIndex, state);
+    }
+}
+
+void DcProtoInterfaceBase::AddressChange(unsigned int ifIndex, const Ip4Addr& address) {
+    m_addresses[ifIndex] = address;
+}
+
+unsigned short DcProtoInterfaceBase::GetVlan() const {
+    return m_router != nullptr ? m_router->GetVlan() : 0;
+}
+
+unsigned short DcProtoInterfaceBase::GetRtmInstance() const {
+    return m_afi == DcRtmMgr::AFI_IPV6
+               ? static_cast<unsigned short>(GetVlan() | DcRtmMgr::IP6_INSTANCE_BIT)
+               : GetVlan();
+}
+
+DcProtoInterfaceBase::IfStatus DcProtoInterfaceBase::GetInterfaceStatus(
+    unsigned int ifIndex) const {
+    auto it = m_interfaces.find(ifIndex);
+    return it == m_interfaces.end() ? IF_REMOVED : it->second;
+}
+
+const char* DcProtoInterfaceBase::StatusName(ConfigStatus status) {
+    switch (status) {
+        case CONFIG_DISABLED:
+            return "Disabled";
+        case CONFIG_ENABLED:
+            return "Enabled";
+        case CONFIG_READY:
+            return "Ready";
+    }
+    return "Unknown";
+}
+
+const char* DcProtoInterfaceBase::IfStatusName(IfStatus status) {
+    switch (status) {
+        case IF_REMOVED:
+            return "Removed";
+        case IF_DOWN:
+            return "Down";
+        case IF_UP:
+            return "Up";
+    }
+    return "Unknown";
+}
+
+const char* DcProtoInterfaceBase::ProtocolName(unsigned int protocol) {
+    switch (protocol) {
+        case RedistributionProfile::PROTO_STATIC:
+            return "static";
+        case RedistributionProfile::PROTO_CONNECTED:
+            return "connected";
+        case RedistributionProfile::PROTO_RIP:
+            return "rip";
+        case RedistributionProfile::PROTO_OSPF:
+            return "ospf";
+        case RedistributionProfile::PROTO_BGP:
+            return "bgp";
+        default:
+            return "unknown";
+    }
+}
+
+}  // namespace Zavrel
