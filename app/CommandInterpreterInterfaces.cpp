@@ -7,9 +7,13 @@ namespace Zavrel {
 
 namespace {
 
-// Oper status values sent with interface rows and status changes.
+// Oper status values of interface rows.
 constexpr unsigned int OPER_UP = 1;
 constexpr unsigned int OPER_DOWN = 2;
+// Interface states the routers follow: forgotten, down, up.
+constexpr unsigned short ROUTER_IF_REMOVED = 0;
+constexpr unsigned short ROUTER_IF_DOWN = 1;
+constexpr unsigned short ROUTER_IF_UP = 2;
 
 // Router status changes go only to VLANs the router manager has created: a
 // change for any other VLAN would leave an empty record behind in it.
@@ -68,18 +72,19 @@ CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
     }
     const char* name = args[4].c_str();
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
+    unsigned short routerStatus;
     if (remove) {
         interfaces->RemoveInterface(vlan, ifIndex, name);
+        routerStatus = ROUTER_IF_REMOVED;
     } else if (up) {
         interfaces->SetInterfaceUp(vlan, ifIndex, name);
-        if (VlanExists(manager, vlan)) {
-            manager->ProcessInterfaceStatusChange(vlan, ifIndex, OPER_UP);
-        }
+        routerStatus = ROUTER_IF_UP;
     } else {
         interfaces->SetInterfaceDown(vlan, ifIndex, name);
-        if (VlanExists(manager, vlan)) {
-            manager->ProcessInterfaceStatusChange(vlan, ifIndex, OPER_DOWN);
-        }
+        routerStatus = ROUTER_IF_DOWN;
+    }
+    if (VlanExists(manager, vlan)) {
+        manager->ProcessInterfaceStatusChange(vlan, ifIndex, routerStatus);
     }
     return Result::Ok();
 }
@@ -140,6 +145,11 @@ CommandInterpreter::Result CommandInterpreter::InterfaceAdd(const Args& args)
     }
     interfaces->AddInterface(vlan, ifIndex, args[4].c_str(),
                              static_cast<DcInterfaceMgr::IntfType>(type), flags, extra, oper);
+    DcRouterMgr* manager = DcRouterMgr::GetInstance();
+    if (VlanExists(manager, vlan)) {
+        manager->ProcessInterfaceStatusChange(vlan, ifIndex,
+                                              oper == OPER_UP ? ROUTER_IF_UP : ROUTER_IF_DOWN);
+    }
     return Result::Ok();
 }
 
