@@ -13,6 +13,10 @@
 # before each line it writes to standard error, so the order is the order in
 # which they were made), followed by a last line "[exit <status>]".
 #
+# Output that depends on real time (scheduler run counts, ages) can be masked
+# with lines "# sed: <sed -E expression>" in the script, applied in order to
+# the captured output before the comparison.
+#
 # With ZAVREL_UPDATE_GOLDEN=1 in the environment the expected file is
 # (re)written from the actual output instead of compared.
 set -uo pipefail
@@ -58,6 +62,11 @@ trap 'rm -f "$actual"' EXIT
   "$app" "$@" --script "$name" <"$stdin_file" 2>&1
   echo "[exit $?]"
 ) >"$actual"
+
+while IFS= read -r expression; do
+  expression="${expression#\# sed: }"
+  sed -E -i -e "$expression" "$actual"
+done < <(grep '^# sed: ' "$script" || true)
 
 if [ "${ZAVREL_UPDATE_GOLDEN:-0}" = "1" ]; then
   cp "$actual" "$expected"
