@@ -38,5 +38,7 @@ set(ENV{PKG_CONFIG_PATH} "")
 set(ENV{PKG_CONFIG_LIBDIR}
   "${ZAVREL_ARMHF_EXTRA}/usr/lib/${ZAVREL_ARMHF_TRIPLET}/pkgconfig:/usr/lib/${ZAVREL_ARMHF_TRIPLET}/pkgconfig:/usr/share/pkgconfig")
 
-# qemu loads the armhf dynamic loader and libraries from the cross tree first.
-set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm -L /usr/${ZAVREL_ARMHF_TRIPLET})
+# Programs run under qemu-arm, which loads the armhf dynamic loader and
+# libraries from the cross tree first; the script also lets a program start
+# itself again (death tests).
+set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/qemu-armhf.sh)

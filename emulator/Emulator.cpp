@@ -7,7 +7,9 @@ Stack& Instance() {
     return *stack;
 }
 
-void Reset() { Instance().Reset(); }
+void Reset() {
+    Instance().Reset();
+}
 
 void FailNext(RequestKind kind, unsigned int count, unsigned long result) {
     Instance().Faults().FailNext(kind, count, result);
@@ -21,23 +23,37 @@ void SetFailureRate(RequestKind kind, double rate, unsigned long result, uint64_
     Instance().Faults().SetFailureRate(kind, rate, result, seed);
 }
 
-void ClearFaults() { Instance().Faults().Clear(); }
+void ClearFaults() {
+    Instance().Faults().Clear();
+}
 
-void Freeze(bool frozen) { Instance().Freeze(frozen); }
+void Freeze(bool frozen) {
+    Instance().Freeze(frozen);
+}
 
-uint64_t RequestCount(RequestKind kind) { return Instance().RequestCount(kind); }
+uint64_t RequestCount(RequestKind kind) {
+    return Instance().RequestCount(kind);
+}
 
-uint64_t AnswerCount(unsigned long result) { return Instance().AnswerCount(result); }
+uint64_t AnswerCount(unsigned long result) {
+    return Instance().AnswerCount(result);
+}
 
 uint64_t AnswerCount(RequestKind kind, unsigned long result) {
     return Instance().AnswerCount(kind, result);
 }
 
-size_t BreachCount() { return Instance().Monitor().Count(); }
+size_t BreachCount() {
+    return Instance().Monitor().Count();
+}
 
-size_t BreachCount(BreachKind kind) { return Instance().Monitor().Count(kind); }
+size_t BreachCount(BreachKind kind) {
+    return Instance().Monitor().Count(kind);
+}
 
-std::vector<std::string> Breaches() { return Instance().Monitor().Texts(); }
+std::vector<std::string> Breaches() {
+    return Instance().Monitor().Texts();
+}
 
 namespace {
 
@@ -62,8 +78,8 @@ bool MakeProtocolRoute(RouteSource source, const std::string& destination,
 }  // namespace
 
 bool AddProtocolRoute(unsigned long instance, RouteSource source, const std::string& destination,
-                      unsigned long prefixLength, const std::string& nextHop,
-                      unsigned long ifIndex, unsigned long metric) {
+                      unsigned long prefixLength, const std::string& nextHop, unsigned long ifIndex,
+                      unsigned long metric) {
     ProtocolRoute route;
     if (!MakeProtocolRoute(source, destination, prefixLength, nextHop, ifIndex, metric, route)) {
         return false;
@@ -87,12 +103,13 @@ std::string DumpTables() {
     Stack& stack = Instance();
     stack.RefreshRibs();
     return "RTM instances:\n" + stack.DumpInstances() + "Static routes:\n" +
-           stack.DumpStaticRoutes() + "Redistribution:\n" + stack.DumpRedistribution() +
-           "RIB:\n" + stack.DumpRib() + "Interfaces:\n" + stack.DumpInterfaces() +
-           "Addresses:\n" + stack.DumpAddresses();
+           stack.DumpStaticRoutes() + "Redistribution:\n" + stack.DumpRedistribution() + "RIB:\n" +
+           stack.DumpRib() + "Interfaces:\n" + stack.DumpInterfaces() + "Addresses:\n" +
+           stack.DumpAddresses();
 }
 
-std::string StatusText() { return Instance().StatusText(); }
+std::string StatusText() {
+    return Instance().StatusText();
+}
 
 }  // namespace Zavrel::Emulator
-

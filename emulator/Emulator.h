@@ -45,8 +45,8 @@ std::vector<std::string> Breaches();
 // routing protocol had learnt them. False when an address does not parse or
 // the source is Connected or Static.
 bool AddProtocolRoute(unsigned long instance, RouteSource source, const std::string& destination,
-                      unsigned long prefixLength, const std::string& nextHop,
-                      unsigned long ifIndex, unsigned long metric);
+                      unsigned long prefixLength, const std::string& nextHop, unsigned long ifIndex,
+                      unsigned long metric);
 bool WithdrawProtocolRoute(unsigned long instance, RouteSource source,
                            const std::string& destination, unsigned long prefixLength,
                            const std::string& nextHop, unsigned long ifIndex);

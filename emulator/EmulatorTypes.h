@@ -22,7 +22,8 @@ bool IsRowKind(RequestKind kind);
 constexpr unsigned long RESULT_DONE = 1;         // the row is as requested
 constexpr unsigned long RESULT_WRONG_VALUE = 3;  // a value of the request is wrong
 constexpr unsigned long RESULT_TEMPORARY = 5;    // not now: the RTM instance is absent or not ready
-constexpr unsigned long RESULT_NO_ROW = 6;       // no such row (destroy of a route, update of an interface)
+constexpr unsigned long RESULT_NO_ROW =
+    6;  // no such row (destroy of a route, update of an interface)
 
 // Row status values.
 constexpr long ROW_ACTIVE = 1;

@@ -64,9 +64,13 @@ FaultDecision FaultPlan::Decide(RequestKind kind) {
     return decision;
 }
 
-unsigned int FaultPlan::PendingFailures(RequestKind kind) const { return Of(kind).failNext; }
+unsigned int FaultPlan::PendingFailures(RequestKind kind) const {
+    return Of(kind).failNext;
+}
 
-unsigned int FaultPlan::AnswerDelay(RequestKind kind) const { return Of(kind).delay; }
+unsigned int FaultPlan::AnswerDelay(RequestKind kind) const {
+    return Of(kind).delay;
+}
 
 bool FaultPlan::IsEmpty() const {
     for (const PerKind& faults : m_kinds) {
@@ -88,11 +92,12 @@ std::string FaultPlan::Describe() const {
             continue;
         }
         char line[160];
-        std::snprintf(line, sizeof(line), "%s: fail next %u with %lu, answer after %u runs, "
+        std::snprintf(line, sizeof(line),
+                      "%s: fail next %u with %lu, answer after %u runs, "
                       "fail %u per million with %lu\n",
                       RequestKindName(static_cast<RequestKind>(i)), faults.failNext,
-                      faults.failResult, faults.delay, static_cast<unsigned int>(faults.ratePerMillion),
-                      faults.rateResult);
+                      faults.failResult, faults.delay,
+                      static_cast<unsigned int>(faults.ratePerMillion), faults.rateResult);
         text += line;
     }
     return text;

@@ -14,9 +14,9 @@
 namespace Zavrel::Emulator {
 
 struct FaultDecision {
-    bool fail = false;          // answer with result instead of doing the request
+    bool fail = false;  // answer with result instead of doing the request
     unsigned long result = 0;
-    unsigned int runs = 1;      // the request is answered this many runs after it came
+    unsigned int runs = 1;  // the request is answered this many runs after it came
 };
 
 class FaultPlan {

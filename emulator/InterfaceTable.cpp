@@ -45,8 +45,8 @@ unsigned long InterfaceTable::ApplyInterface(long rowStatus, unsigned long operS
 
 unsigned long InterfaceTable::ApplyAddress(long rowStatus, unsigned long instance,
                                            unsigned long addrType, unsigned long ifIndex,
-                                           const unsigned char* address,
-                                           unsigned long prefixLength, uint64_t nowMs) {
+                                           const unsigned char* address, unsigned long prefixLength,
+                                           uint64_t nowMs) {
     if (rowStatus != ROW_ACTIVE && rowStatus != ROW_CREATE_AND_GO && rowStatus != ROW_DESTROY) {
         return RESULT_WRONG_VALUE;
     }

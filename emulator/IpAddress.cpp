@@ -6,7 +6,8 @@
 
 namespace Zavrel::Emulator {
 
-IpAddress::IpAddress(int family, const unsigned char* bytes) : m_family(family == IPV4 ? IPV4 : IPV6) {
+IpAddress::IpAddress(int family, const unsigned char* bytes)
+    : m_family(family == IPV4 ? IPV4 : IPV6) {
     if (bytes != nullptr) {
         std::memcpy(m_bytes, bytes, Size());
     }

@@ -5,7 +5,9 @@
 
 namespace Zavrel::Emulator {
 
-ManagementChannel::~ManagementChannel() { Close(); }
+ManagementChannel::~ManagementChannel() {
+    Close();
+}
 
 bool ManagementChannel::Open() {
     if (m_fd >= 0) {

@@ -4,26 +4,38 @@ namespace Zavrel::Emulator {
 
 unsigned long ProtocolCode(RouteSource source) {
     switch (source) {
-        case RouteSource::Connected: return 2;
-        case RouteSource::Static: return 3;
-        case RouteSource::Rip: return 8;
+        case RouteSource::Connected:
+            return 2;
+        case RouteSource::Static:
+            return 3;
+        case RouteSource::Rip:
+            return 8;
         case RouteSource::OspfInternal:
-        case RouteSource::OspfExternal: return 13;
+        case RouteSource::OspfExternal:
+            return 13;
         case RouteSource::Ebgp:
-        case RouteSource::Ibgp: return 14;
+        case RouteSource::Ibgp:
+            return 14;
     }
     return 1;
 }
 
 const char* RouteSourceName(RouteSource source) {
     switch (source) {
-        case RouteSource::Connected: return "connected";
-        case RouteSource::Static: return "static";
-        case RouteSource::Rip: return "rip";
-        case RouteSource::OspfInternal: return "ospf-internal";
-        case RouteSource::OspfExternal: return "ospf-external";
-        case RouteSource::Ebgp: return "ebgp";
-        case RouteSource::Ibgp: return "ibgp";
+        case RouteSource::Connected:
+            return "connected";
+        case RouteSource::Static:
+            return "static";
+        case RouteSource::Rip:
+            return "rip";
+        case RouteSource::OspfInternal:
+            return "ospf-internal";
+        case RouteSource::OspfExternal:
+            return "ospf-external";
+        case RouteSource::Ebgp:
+            return "ebgp";
+        case RouteSource::Ibgp:
+            return "ibgp";
     }
     return "other";
 }

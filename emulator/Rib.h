@@ -51,7 +51,10 @@ public:
     // best one.
     void SetDestination(const IpAddress& destination, unsigned long prefixLength,
                         std::vector<RibEntry> candidates);
-    void Clear() { m_entries.clear(); m_fibCount = 0; }
+    void Clear() {
+        m_entries.clear();
+        m_fibCount = 0;
+    }
 
     const std::map<Key, RibEntry>& Entries() const { return m_entries; }
     size_t Size() const { return m_entries.size(); }

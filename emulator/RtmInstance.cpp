@@ -6,9 +6,12 @@ namespace Zavrel::Emulator {
 
 const char* RtmStateName(RtmState state) {
     switch (state) {
-        case RtmState::Starting: return "starting";
-        case RtmState::Ready: return "ready";
-        case RtmState::Unknown: return "unknown to the library";
+        case RtmState::Starting:
+            return "starting";
+        case RtmState::Ready:
+            return "ready";
+        case RtmState::Unknown:
+            return "unknown to the library";
     }
     return "?";
 }
@@ -27,13 +30,20 @@ void RtmInstance::ApplySettings(const amb_cipr_rtm_entity& entity) {
 
 unsigned long RtmInstance::Distance(RouteSource source) const {
     switch (source) {
-        case RouteSource::Connected: return 0;
-        case RouteSource::Static: return 1;
-        case RouteSource::Rip: return m_settings.rip_distance;
-        case RouteSource::OspfInternal: return m_settings.ospf_int_distance;
-        case RouteSource::OspfExternal: return m_settings.ospf_ext_distance;
-        case RouteSource::Ebgp: return m_settings.ebgp_distance;
-        case RouteSource::Ibgp: return m_settings.ibgp_distance;
+        case RouteSource::Connected:
+            return 0;
+        case RouteSource::Static:
+            return 1;
+        case RouteSource::Rip:
+            return m_settings.rip_distance;
+        case RouteSource::OspfInternal:
+            return m_settings.ospf_int_distance;
+        case RouteSource::OspfExternal:
+            return m_settings.ospf_ext_distance;
+        case RouteSource::Ebgp:
+            return m_settings.ebgp_distance;
+        case RouteSource::Ibgp:
+            return m_settings.ibgp_distance;
     }
     return 255;
 }
@@ -155,7 +165,8 @@ void RtmInstance::Recompute(const IpAddress& destination, unsigned long prefixLe
         Resolve(entry, route.ifIndex, connected);
         candidates.push_back(entry);
     }
-    for (auto it = m_protocol.lower_bound(ProtocolKey(destination, prefixLength, 0, IpAddress(), 0));
+    for (auto it =
+             m_protocol.lower_bound(ProtocolKey(destination, prefixLength, 0, IpAddress(), 0));
          it != m_protocol.end() && std::get<0>(it->first) == destination &&
          std::get<1>(it->first) == prefixLength;
          ++it) {

@@ -9,8 +9,8 @@
 
 namespace Zavrel::Emulator {
 
-const char* const Stack::KNOWN_COMPONENTS[] = {"ripv2", "ripng", "bgp",  "ospf",
-                                               "ospfv3", "igmp", "pim", nullptr};
+const char* const Stack::KNOWN_COMPONENTS[] = {"ripv2",  "ripng", "bgp", "ospf",
+                                               "ospfv3", "igmp",  "pim", nullptr};
 
 namespace {
 
@@ -75,11 +75,16 @@ void Stack::Reset() {
     m_channelRegistered = false;
     m_channelMask = 0;
     m_closeChannel = false;
+    m_channelEnabled = true;
     m_ipsTracing = false;
     m_ipsFilters.clear();
+    m_cpu.Enable(false);
+    m_cpu.Clear();
 }
 
-uint64_t Stack::NowMs() const { return EventLoop::Current().NowMs(); }
+uint64_t Stack::NowMs() const {
+    return EventLoop::Current().NowMs();
+}
 
 int Stack::Init(const char* components) {
     if (components == nullptr) {
@@ -105,7 +110,7 @@ int Stack::Init(const char* components) {
     if (!m_started) {
         m_started = true;
         m_startRun = m_run;
-        if (!m_channel.Open()) {
+        if (m_channelEnabled && !m_channel.Open()) {
             ++nbb_os_failures;
         }
     }
@@ -117,8 +122,8 @@ void Stack::AskForRun() {
     if (m_frozen) {
         return;
     }
-    if (cIsNBaseRescheduled() == 0) {
-        cRescheduleNBase();
+    if (CallLibrary([] { return cIsNBaseRescheduled(); }) == 0) {
+        CallLibrary([] { cRescheduleNBase(); });
     }
 }
 
@@ -150,9 +155,8 @@ void Stack::Accept(Work work) {
 
 unsigned long Stack::UpdateRoute(long rowStatus, long adminStatus, long family,
                                  const unsigned char* destination, unsigned long prefixLength,
-                                 const unsigned char* nextHop, long pathType,
-                                 unsigned long ifIndex, unsigned long instance,
-                                 unsigned long metric) {
+                                 const unsigned char* nextHop, long pathType, unsigned long ifIndex,
+                                 unsigned long instance, unsigned long metric) {
     Work work;
     work.kind = RequestKind::Route;
     work.rowStatus = rowStatus;
@@ -171,8 +175,8 @@ unsigned long Stack::UpdateRoute(long rowStatus, long adminStatus, long family,
     work.ifIndex = ifIndex;
     work.instance = instance;
     work.metric = metric;
-    work.oid = OidCodec::Route(instance, family, work.destination, prefixLength, work.nextHop,
-                               ifIndex);
+    work.oid =
+        OidCodec::Route(instance, family, work.destination, prefixLength, work.nextHop, ifIndex);
     const std::string row =
         RouteText(instance, family, work.destination, prefixLength, work.nextHop, ifIndex);
     CheckRow(RequestKind::Route, work.oid, row);
@@ -186,7 +190,8 @@ unsigned long Stack::UpdateRoute(long rowStatus, long adminStatus, long family,
 unsigned long Stack::GetRouteOid(unsigned long* oid, unsigned long instance, long family,
                                  const unsigned char* destination, unsigned long prefixLength,
                                  const unsigned char* nextHop, unsigned long ifIndex) {
-    const Oid value = OidCodec::Route(instance, family, destination, prefixLength, nextHop, ifIndex);
+    const Oid value =
+        OidCodec::Route(instance, family, destination, prefixLength, nextHop, ifIndex);
     m_monitor.OidGiven(value);
     return OidCodec::Write(value, oid);
 }
@@ -230,8 +235,8 @@ unsigned long Stack::UpdateAddress(long rowStatus, unsigned long instance, unsig
     const IpAddress value(addrType == SMS_ADDR_TYPE_IPV4 ? IpAddress::IPV4 : IpAddress::IPV6,
                           work.destination);
     CheckRow(RequestKind::Address, work.oid,
-             "instance " + std::to_string(instance) + " ifIndex " + std::to_string(ifIndex) +
-                 " " + value.ToString());
+             "instance " + std::to_string(instance) + " ifIndex " + std::to_string(ifIndex) + " " +
+                 value.ToString());
     Accept(std::move(work));
     return 0;
 }

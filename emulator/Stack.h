@@ -24,6 +24,7 @@
 #include <vector>
 
 #include "emulator/ContractMonitor.h"
+#include "emulator/CpuAccount.h"
 #include "emulator/EmulatorTypes.h"
 #include "emulator/FaultPlan.h"
 #include "emulator/InterfaceTable.h"
@@ -67,8 +68,8 @@ public:
                               const unsigned char* destination, unsigned long prefixLength,
                               const unsigned char* nextHop, unsigned long ifIndex);
     unsigned long UpdateInterface(long rowStatus, unsigned long operStatus, unsigned long instance,
-                                  unsigned long ifIndex, const char* ifName,
-                                  unsigned long reserved, long flags, unsigned long extra);
+                                  unsigned long ifIndex, const char* ifName, unsigned long reserved,
+                                  long flags, unsigned long extra);
     unsigned long UpdateAddress(long rowStatus, unsigned long instance, unsigned long addrType,
                                 unsigned long ifIndex, const unsigned char* address,
                                 unsigned long prefixLength);
@@ -94,9 +95,14 @@ public:
 
     // ---- control
     FaultPlan& Faults() { return m_faults; }
+    // CPU time spent inside the stack (off until enabled).
+    CpuAccount& Cpu() { return m_cpu; }
     // Runs until the interface tables are reported ready (default 2: the
     // first run brings them up, the second reports them).
     void SetI3ReadyAfterRuns(unsigned int runs) { m_i3ReadyAfterRuns = runs == 0 ? 1 : runs; }
+    // Whether smsi_init opens the management channel (default true). A
+    // stack without it registers no descriptor with the application.
+    void SetChannelEnabled(bool enabled) { m_channelEnabled = enabled; }
     // Rows a walk delivers per run (0, the default: the whole table at once).
     void SetWalkRowsPerRun(unsigned int rows) { m_walkRowsPerRun = rows; }
     // A frozen stack accepts requests but does no work; its channel is
@@ -116,7 +122,9 @@ public:
     size_t ActiveWalks() const { return m_walks.size(); }
     size_t PendingManagementWork() const { return m_management.size(); }
 
-    const std::map<unsigned long, std::unique_ptr<RtmInstance>>& Instances() const { return m_instances; }
+    const std::map<unsigned long, std::unique_ptr<RtmInstance>>& Instances() const {
+        return m_instances;
+    }
     const RtmInstance* FindInstance(unsigned long id) const;
     const InterfaceTable& Interfaces() const { return m_interfaces; }
     // Brings every RIB up to date (they are otherwise refreshed in runs).
@@ -194,6 +202,13 @@ private:
         bool add = true;
     };
 
+    // Every call into the library goes through here, for the CPU account.
+    template <typename Call>
+    auto CallLibrary(Call&& call) {
+        CpuAccount::Scope scope(m_cpu, false);
+        return call();
+    }
+
     // Accepting requests (Stack.cpp).
     void Accept(Work work);
     void CheckRow(RequestKind kind, const Oid& oid, const std::string& row);
@@ -251,10 +266,12 @@ private:
     uint64_t m_walkRows = 0;
     uint64_t m_channelReads = 0;
 
+    CpuAccount m_cpu;
     ManagementChannel m_channel;
     bool m_channelRegistered = false;
     unsigned int m_channelMask = 0;
     bool m_closeChannel = false;
+    bool m_channelEnabled = true;
 
     bool m_ipsTracing = false;
     std::map<unsigned short, std::string> m_ipsFilters;

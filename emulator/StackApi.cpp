@@ -1,9 +1,9 @@
 // The stack's C API (stackapi/stackapi.h), served by the process-wide Stack.
 // Nothing throws across it: a failure inside is counted in nbb_os_failures
 // and the call returns its failure value.
+#include "stackapi/stackapi.h"
 #include "emulator/Emulator.h"
 #include "emulator/Stack.h"
-#include "stackapi/stackapi.h"
 
 using Zavrel::Emulator::Instance;
 using Zavrel::Emulator::WalkTable;
@@ -13,6 +13,7 @@ namespace {
 template <typename R, typename F>
 R Guarded(R failure, F&& body) {
     try {
+        Zavrel::Emulator::CpuAccount::Scope scope(Instance().Cpu(), true);
         return body();
     } catch (...) {
         ++nbb_os_failures;
@@ -34,7 +35,9 @@ int nbb_scheduler(void) {
     return Guarded(0, [&] { return Instance().Run(); });
 }
 
-int nbb_get_ips_tracing(void) { return Instance().IpsTracing(); }
+int nbb_get_ips_tracing(void) {
+    return Instance().IpsTracing();
+}
 
 void nbb_set_ips_filter(char* filter, unsigned short filter_type) {
     Guarded(0, [&] {
@@ -43,7 +46,9 @@ void nbb_set_ips_filter(char* filter, unsigned short filter_type) {
     });
 }
 
-void nbb_trips_control(int on) { Instance().TripsControl(on); }
+void nbb_trips_control(int on) {
+    Instance().TripsControl(on);
+}
 
 unsigned long sms_update_route(int, long row_status, long admin_status, long family,
                                const unsigned char* dest, unsigned long prefix_len,
@@ -64,10 +69,9 @@ unsigned long sms_get_route_oid(unsigned long* oid, unsigned long instance, long
     });
 }
 
-unsigned long sms_act_interface(long row_status, unsigned long oper_status,
-                                unsigned long instance, unsigned long if_index,
-                                const char* if_name, unsigned long reserved, long flags,
-                                unsigned long extra) {
+unsigned long sms_act_interface(long row_status, unsigned long oper_status, unsigned long instance,
+                                unsigned long if_index, const char* if_name, unsigned long reserved,
+                                long flags, unsigned long extra) {
     return Guarded(1ul, [&] {
         return Instance().UpdateInterface(row_status, oper_status, instance, if_index, if_name,
                                           reserved, flags, extra);
@@ -96,11 +100,10 @@ unsigned long sms_set_i3_ei_oid(unsigned long* oid, unsigned long instance,
     return Guarded(0ul, [&] { return Instance().GetEiOid(oid, instance, if_index); });
 }
 
-unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance,
-                                unsigned long if_index, const unsigned char* address,
-                                unsigned long addr_type) {
-    return Guarded(0ul,
-                   [&] { return Instance().GetEaOid(oid, instance, if_index, address, addr_type); });
+unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance, unsigned long if_index,
+                                const unsigned char* address, unsigned long addr_type) {
+    return Guarded(
+        0ul, [&] { return Instance().GetEaOid(oid, instance, if_index, address, addr_type); });
 }
 
 unsigned long sms_act_cipr_redist(long row_status, long admin_status, long source, long dest,
@@ -139,21 +142,20 @@ unsigned long sms_get_next_rtm_route(unsigned long instance, sms_walk_callback c
 
 unsigned long sms_get_next_rtm_rib(unsigned long instance, sms_walk_callback callback,
                                    void* context) {
-    return Guarded(1ul, [&] {
-        return Instance().StartWalk(WalkTable::RtmRib, instance, callback, context);
-    });
+    return Guarded(
+        1ul, [&] { return Instance().StartWalk(WalkTable::RtmRib, instance, callback, context); });
 }
 
 unsigned long sms_get_next_i3_ei(unsigned long instance, sms_walk_callback callback,
                                  void* context) {
-    return Guarded(1ul,
-                   [&] { return Instance().StartWalk(WalkTable::I3Ei, instance, callback, context); });
+    return Guarded(
+        1ul, [&] { return Instance().StartWalk(WalkTable::I3Ei, instance, callback, context); });
 }
 
 unsigned long sms_get_next_i3_ea(unsigned long instance, sms_walk_callback callback,
                                  void* context) {
-    return Guarded(1ul,
-                   [&] { return Instance().StartWalk(WalkTable::I3Ea, instance, callback, context); });
+    return Guarded(
+        1ul, [&] { return Instance().StartWalk(WalkTable::I3Ea, instance, callback, context); });
 }
 
 }  // extern "C"

@@ -52,11 +52,12 @@ void Stack::StartupStep() {
         RegisterSocketHandler(m_channel.Fd(), &Stack::OnChannelEvent, this);
         m_channelRegistered = true;
         m_channelMask = SMS_SOCK_READ;
-        cRegisterWorkWithEventloop(m_channel.Fd(), CHANNEL_ARG, SMS_SOCK_READ);
+        CallLibrary(
+            [this] { cRegisterWorkWithEventloop(m_channel.Fd(), CHANNEL_ARG, SMS_SOCK_READ); });
     }
     if (!m_monitor.IsI3Ready() && m_run - m_startRun >= m_i3ReadyAfterRuns) {
         m_monitor.SetI3Ready();
-        cI3Ready();
+        CallLibrary([] { return cI3Ready(); });
     }
 }
 
@@ -68,7 +69,7 @@ void Stack::UpdateChannel() {
             m_channelRegistered = false;
             m_channelMask = 0;
             UnregisterSocketHandler(fd);
-            cUnregisterWorkWithEventloop(fd, CHANNEL_ARG);
+            CallLibrary([fd] { cUnregisterWorkWithEventloop(fd, CHANNEL_ARG); });
         }
         m_channel.Close();
         return;
@@ -79,13 +80,15 @@ void Stack::UpdateChannel() {
     const unsigned int wanted = m_frozen ? 0u : static_cast<unsigned int>(SMS_SOCK_READ);
     if (wanted != m_channelMask) {
         m_channelMask = wanted;
-        cChangeMask(m_channel.Fd(), wanted);
+        CallLibrary([this, wanted] { cChangeMask(m_channel.Fd(), wanted); });
     }
 }
 
 void Stack::OnChannelEvent(int, int, void* context) {
     if (context != nullptr) {
-        static_cast<Stack*>(context)->OnChannelReadable();
+        Stack* stack = static_cast<Stack*>(context);
+        CpuAccount::Scope scope(stack->m_cpu, true);
+        stack->OnChannelReadable();
     }
 }
 
@@ -124,11 +127,21 @@ void Stack::ProcessDue() {
 
 void Stack::Process(Work& work) {
     switch (work.kind) {
-        case RequestKind::Route: ProcessRoute(work); break;
-        case RequestKind::Redistribution: ProcessRedistribution(work); break;
-        case RequestKind::Interface: ProcessInterface(work); break;
-        case RequestKind::Address: ProcessAddress(work); break;
-        case RequestKind::Instance: ProcessInstance(work); break;
+        case RequestKind::Route:
+            ProcessRoute(work);
+            break;
+        case RequestKind::Redistribution:
+            ProcessRedistribution(work);
+            break;
+        case RequestKind::Interface:
+            ProcessInterface(work);
+            break;
+        case RequestKind::Address:
+            ProcessAddress(work);
+            break;
+        case RequestKind::Instance:
+            ProcessInstance(work);
+            break;
         case RequestKind::Walk: {
             Walk walk;
             walk.id = ++m_walkIds;
@@ -149,7 +162,7 @@ void Stack::FinishRow(const Work& work, unsigned long result) {
     m_monitor.RequestFinished(work.oid);
     unsigned long oid[SMS_MAX_OID_LEN];
     const unsigned long length = OidCodec::Write(work.oid, oid);
-    cRunPendingAction(oid, length);
+    CallLibrary([&] { cRunPendingAction(oid, length); });
 }
 
 void Stack::ProcessRoute(Work& work) {
@@ -160,8 +173,8 @@ void Stack::ProcessRoute(Work& work) {
         const bool knownRowStatus = work.rowStatus == ROW_ACTIVE ||
                                     work.rowStatus == ROW_CREATE_AND_GO ||
                                     work.rowStatus == ROW_DESTROY;
-        const bool knownAdmin = work.rowStatus == ROW_DESTROY || work.adminStatus == 1 ||
-                                work.adminStatus == 2;
+        const bool knownAdmin =
+            work.rowStatus == ROW_DESTROY || work.adminStatus == 1 || work.adminStatus == 2;
         RtmInstance* instance = Instance(work.instance);
         if (work.nullAddress || work.prefixLength > (ipv4 ? 32u : 128u) || !knownRowStatus ||
             !knownAdmin || ipv4 == ipv6Instance) {
@@ -170,17 +183,19 @@ void Stack::ProcessRoute(Work& work) {
             result = RESULT_TEMPORARY;
         } else {
             const int family = ipv4 ? IpAddress::IPV4 : IpAddress::IPV6;
-            result = instance->ApplyStaticRoute(
-                work.rowStatus, work.adminStatus, IpAddress(family, work.destination),
-                work.prefixLength, IpAddress(family, work.nextHop), work.ifIndex, work.metric,
-                work.pathType, NowMs());
+            result = instance->ApplyStaticRoute(work.rowStatus, work.adminStatus,
+                                                IpAddress(family, work.destination),
+                                                work.prefixLength, IpAddress(family, work.nextHop),
+                                                work.ifIndex, work.metric, work.pathType, NowMs());
         }
     }
-    cSetRouteState(work.instance, static_cast<int>(work.family), work.destination,
-                   static_cast<unsigned int>(work.prefixLength), work.nextHop,
-                   static_cast<unsigned int>(work.ifIndex), static_cast<int>(work.metric),
-                   static_cast<int>(work.pathType), static_cast<int>(work.rowStatus),
-                   static_cast<int>(work.adminStatus), 0, static_cast<unsigned int>(result));
+    CallLibrary([&] {
+        cSetRouteState(work.instance, static_cast<int>(work.family), work.destination,
+                       static_cast<unsigned int>(work.prefixLength), work.nextHop,
+                       static_cast<unsigned int>(work.ifIndex), static_cast<int>(work.metric),
+                       static_cast<int>(work.pathType), static_cast<int>(work.rowStatus),
+                       static_cast<int>(work.adminStatus), 0, static_cast<unsigned int>(result));
+    });
     FinishRow(work, result);
 }
 
@@ -190,8 +205,8 @@ void Stack::ProcessRedistribution(Work& work) {
         const bool knownRowStatus = work.rowStatus == ROW_ACTIVE ||
                                     work.rowStatus == ROW_CREATE_AND_GO ||
                                     work.rowStatus == ROW_DESTROY;
-        const bool knownAdmin = work.rowStatus == ROW_DESTROY || work.adminStatus == 1 ||
-                                work.adminStatus == 2;
+        const bool knownAdmin =
+            work.rowStatus == ROW_DESTROY || work.adminStatus == 1 || work.adminStatus == 2;
         RtmInstance* instance = Instance(work.instance);
         if (!knownRowStatus || !knownAdmin) {
             result = RESULT_WRONG_VALUE;
@@ -202,11 +217,13 @@ void Stack::ProcessRedistribution(Work& work) {
                                                    work.redistDestination, work.reserved);
         }
     }
-    cSetRedistState(static_cast<unsigned long>(work.rowStatus),
-                    static_cast<unsigned long>(work.adminStatus),
-                    static_cast<unsigned long>(work.source),
-                    static_cast<unsigned long>(work.redistDestination), 0, work.instance,
-                    work.reserved, result);
+    CallLibrary([&] {
+        cSetRedistState(static_cast<unsigned long>(work.rowStatus),
+                        static_cast<unsigned long>(work.adminStatus),
+                        static_cast<unsigned long>(work.source),
+                        static_cast<unsigned long>(work.redistDestination), 0, work.instance,
+                        work.reserved, result);
+    });
     FinishRow(work, result);
 }
 
@@ -226,10 +243,9 @@ void Stack::ProcessInterface(Work& work) {
 void Stack::ProcessAddress(Work& work) {
     unsigned long result = work.fault.result;
     if (!work.fault.fail) {
-        result = m_interfaces.ApplyAddress(work.rowStatus, work.instance, work.addrType,
-                                           work.ifIndex,
-                                           work.nullAddress ? nullptr : work.destination,
-                                           work.prefixLength, NowMs());
+        result = m_interfaces.ApplyAddress(
+            work.rowStatus, work.instance, work.addrType, work.ifIndex,
+            work.nullAddress ? nullptr : work.destination, work.prefixLength, NowMs());
         if (result == RESULT_DONE) {
             MarkInterfacesChanged(work.instance);
         }
@@ -244,18 +260,19 @@ void Stack::ProcessInstance(Work& work) {
     }
     auto found = m_instances.find(work.instance);
     if (found == m_instances.end()) {
-        found = m_instances
-                    .emplace(work.instance, std::make_unique<RtmInstance>(work.instance, work.entity))
-                    .first;
+        found =
+            m_instances
+                .emplace(work.instance, std::make_unique<RtmInstance>(work.instance, work.entity))
+                .first;
     } else {
         found->second->SetRequested(work.entity);
     }
     RtmInstance* instance = found->second.get();
     amb_cipr_rtm_entity answer = {};
-    if (cGetRtmConfig(work.instance, &answer) == 1) {
+    if (CallLibrary([&] { return cGetRtmConfig(work.instance, &answer); }) == 1) {
         instance->ApplySettings(answer);
         instance->SetState(RtmState::Ready);
-        cSetRtmReady(work.instance);
+        CallLibrary([&] { cSetRtmReady(work.instance); });
     } else if (!instance->IsReady()) {
         instance->SetState(RtmState::Unknown);
     }

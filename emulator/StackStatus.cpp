@@ -22,7 +22,9 @@ std::string Line(const char* format, ...) {
     return buffer;
 }
 
-const char* AdminText(long adminStatus) { return adminStatus == 1 ? "up" : "down"; }
+const char* AdminText(long adminStatus) {
+    return adminStatus == 1 ? "up" : "down";
+}
 
 }  // namespace
 
@@ -31,14 +33,15 @@ std::string Stack::DumpInstances() const {
     for (const auto& entry : m_instances) {
         const RtmInstance& instance = *entry.second;
         const amb_cipr_rtm_entity& settings = instance.Settings();
-        text += Line("instance %lu %s %s dead %lu ospf-int %lu ospf-ext %lu rip %lu ebgp %lu "
-                     "ibgp %lu static %zu redistribution %zu rib %zu fib %zu\n",
-                     instance.Id(), instance.Family() == IpAddress::IPV4 ? "IPv4" : "IPv6",
-                     RtmStateName(instance.State()), settings.dead_rpm_timer,
-                     settings.ospf_int_distance, settings.ospf_ext_distance,
-                     settings.rip_distance, settings.ebgp_distance, settings.ibgp_distance,
-                     instance.StaticRoutes().size(), instance.Redistributions().size(),
-                     instance.GetRib().Size(), instance.GetRib().FibCount());
+        text += Line(
+            "instance %lu %s %s dead %lu ospf-int %lu ospf-ext %lu rip %lu ebgp %lu "
+            "ibgp %lu static %zu redistribution %zu rib %zu fib %zu\n",
+            instance.Id(), instance.Family() == IpAddress::IPV4 ? "IPv4" : "IPv6",
+            RtmStateName(instance.State()), settings.dead_rpm_timer, settings.ospf_int_distance,
+            settings.ospf_ext_distance, settings.rip_distance, settings.ebgp_distance,
+            settings.ibgp_distance, instance.StaticRoutes().size(),
+            instance.Redistributions().size(), instance.GetRib().Size(),
+            instance.GetRib().FibCount());
     }
     return text;
 }
@@ -78,8 +81,8 @@ std::string Stack::DumpRib() const {
             text += Line("%c %lu %s/%lu via %s ifIndex %lu %s distance %lu metric %lu age %lu%s\n",
                          row.fib ? '>' : ' ', entry.first, row.destination.ToString().c_str(),
                          row.prefixLength, row.nextHop.ToString().c_str(), row.ifIndex,
-                         RouteSourceName(row.source), row.distance, row.metric,
-                         AgeOf(row.sinceMs), row.unresolved ? " unresolved" : "");
+                         RouteSourceName(row.source), row.distance, row.metric, AgeOf(row.sinceMs),
+                         row.unresolved ? " unresolved" : "");
         }
     }
     return text;
@@ -100,8 +103,8 @@ std::string Stack::DumpAddresses() const {
     std::string text;
     for (const auto& entry : m_interfaces.Addresses()) {
         const AddressRow& row = entry.second;
-        text += Line("%lu %lu %s/%lu\n", row.instance, row.ifIndex,
-                     row.address.ToString().c_str(), row.prefixLength);
+        text += Line("%lu %lu %s/%lu\n", row.instance, row.ifIndex, row.address.ToString().c_str(),
+                     row.prefixLength);
     }
     return text;
 }
@@ -133,15 +136,16 @@ std::string Stack::StatusText() const {
         fib += entry.second->GetRib().FibCount();
     }
     text += Line("RTM instances: %zu (%zu ready)\n", m_instances.size(), ready);
-    text += Line("Static routes: %zu, redistribution rows: %zu, RIB entries: %zu, FIB entries: %zu\n",
-                 statics, redist, rib, fib);
+    text +=
+        Line("Static routes: %zu, redistribution rows: %zu, RIB entries: %zu, FIB entries: %zu\n",
+             statics, redist, rib, fib);
     text += Line("Interfaces: %zu, addresses: %zu\n", m_interfaces.Interfaces().size(),
                  m_interfaces.Addresses().size());
     std::string requests;
     for (size_t i = 0; i < REQUEST_KIND_COUNT; ++i) {
-        requests += Line("%s%s %llu", i == 0 ? "" : ", ",
-                         RequestKindName(static_cast<RequestKind>(i)),
-                         static_cast<unsigned long long>(m_requests[i]));
+        requests +=
+            Line("%s%s %llu", i == 0 ? "" : ", ", RequestKindName(static_cast<RequestKind>(i)),
+                 static_cast<unsigned long long>(m_requests[i]));
     }
     text += "Requests: " + requests + "\n";
     std::string answers;

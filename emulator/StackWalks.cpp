@@ -66,7 +66,8 @@ bool Stack::Deliver(Walk& walk, unsigned int limit) {
                     amb_cipr_rtm_route row;
                     FillRoute(*entry, walk.instance, row);
                     found = true;
-                    answer = walk.callback(walk.context, walk.id, SMS_RC_ROW, &row);
+                    answer = CallLibrary(
+                        [&] { return walk.callback(walk.context, walk.id, SMS_RC_ROW, &row); });
                 }
                 break;
             }
@@ -77,13 +78,15 @@ bool Stack::Deliver(Walk& walk, unsigned int limit) {
                     FillRoute(*entry, walk.instance, route);
                     amb_cipr_rtm_rib row;
                     std::memset(&row, 0, sizeof(row));
-                    static_assert(offsetof(amb_cipr_rtm_rib, fib_route) == sizeof(amb_cipr_rtm_route),
-                                  "a RIB row begins with a route row");
+                    static_assert(
+                        offsetof(amb_cipr_rtm_rib, fib_route) == sizeof(amb_cipr_rtm_route),
+                        "a RIB row begins with a route row");
                     std::memcpy(&row, &route, sizeof(route));
                     row.fib_route = entry->fib ? 1 : 0;
                     row.unresolved = entry->unresolved ? 1 : 0;
                     found = true;
-                    answer = walk.callback(walk.context, walk.id, SMS_RC_ROW, &row);
+                    answer = CallLibrary(
+                        [&] { return walk.callback(walk.context, walk.id, SMS_RC_ROW, &row); });
                 }
                 break;
             }
@@ -105,15 +108,17 @@ bool Stack::Deliver(Walk& walk, unsigned int limit) {
                     row.flags = source.flags;
                     row.extra = source.extra;
                     found = true;
-                    answer = walk.callback(walk.context, walk.id, SMS_RC_ROW, &row);
+                    answer = CallLibrary(
+                        [&] { return walk.callback(walk.context, walk.id, SMS_RC_ROW, &row); });
                 }
                 break;
             }
             case WalkTable::I3Ea: {
                 const auto& rows = m_interfaces.Addresses();
-                auto it = walk.hasKey ? rows.upper_bound(walk.eaKey)
-                                      : rows.lower_bound(InterfaceTable::EaKey(walk.instance, 0, 0,
-                                                                               IpAddress()));
+                auto it =
+                    walk.hasKey
+                        ? rows.upper_bound(walk.eaKey)
+                        : rows.lower_bound(InterfaceTable::EaKey(walk.instance, 0, 0, IpAddress()));
                 if (it != rows.end()) {
                     walk.eaKey = it->first;
                     walk.hasKey = true;
@@ -126,13 +131,15 @@ bool Stack::Deliver(Walk& walk, unsigned int limit) {
                     source.address.CopyTo(row.address);
                     row.prefix_len = source.prefixLength;
                     found = true;
-                    answer = walk.callback(walk.context, walk.id, SMS_RC_ROW, &row);
+                    answer = CallLibrary(
+                        [&] { return walk.callback(walk.context, walk.id, SMS_RC_ROW, &row); });
                 }
                 break;
             }
         }
         if (!found) {
-            walk.callback(walk.context, walk.id, SMS_RC_END_OF_TABLE, nullptr);
+            CallLibrary(
+                [&] { return walk.callback(walk.context, walk.id, SMS_RC_END_OF_TABLE, nullptr); });
             return true;
         }
         ++m_walkRows;

@@ -37,11 +37,10 @@ bool DcMulticastRouter::AddInterface(unsigned int ifIndex, bool querier) {
 }
 
 bool DcMulticastRouter::ConfigureInterface(unsigned int ifIndex, bool querier) {
-    auto it = m_querier.find(ifIndex);
-    if (it == m_querier.end()) {
+    if (!IsMulticastInterface(ifIndex) && !IsEnabled(ifIndex)) {
         return false;
     }
-    it->second = querier;
+    m_querier[ifIndex] = querier;
     return true;
 }
 

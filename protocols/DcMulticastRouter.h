@@ -38,8 +38,9 @@ public:
     // becomes one of the router's interfaces (up). An interface added again
     // takes the new role.
     bool AddInterface(unsigned int ifIndex, bool querier);
-    // Changes the querier role of a multicast interface; false when the
-    // interface is not one.
+    // Sets the querier role of one of the router's interfaces, starting
+    // multicast on it when it does not run there yet; false for an interface
+    // the router does not know.
     bool ConfigureInterface(unsigned int ifIndex, bool querier);
     // Stops multicast on the interface with its groups; false when unknown.
     bool RemoveInterface(unsigned int ifIndex);

@@ -122,7 +122,7 @@ if ! apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null; 
   mapfile -t pins < <(armhf_pins | grep . || true)
   [ ${#pins[@]} -gt 0 ] || exit 1
   echo "Aligning host and armhf library versions: ${pins[*]}" >&2
-  apt-get install -y -qq --no-install-recommends --allow-downgrades \
+  apt-get install -y -qq --no-install-recommends --no-remove --allow-downgrades \
     "${missing[@]}" "${pins[@]}" >/dev/null
 fi
 [ $need_unpack -eq 1 ] && unpack_armhf

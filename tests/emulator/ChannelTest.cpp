@@ -50,7 +50,8 @@ TEST_F(ChannelTest, TheChannelIsQuietWithoutManagementWork) {
 }
 
 TEST_F(ChannelTest, PostedWorkMakesTheChannelReadableAndReadingItAsksForARun) {
-    ASSERT_TRUE(Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
+    ASSERT_TRUE(
+        Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
     // Posting alone does not call the library.
     EXPECT_TRUE(Side().Calls().empty());
     EXPECT_EQ(1u, loop.DispatchReadyFds());
@@ -63,7 +64,8 @@ TEST_F(ChannelTest, PostedWorkMakesTheChannelReadableAndReadingItAsksForARun) {
 }
 
 TEST_F(ChannelTest, ARunAcceptsPostedWorkEvenWhenTheChannelWasNotRead) {
-    ASSERT_TRUE(Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
+    ASSERT_TRUE(
+        Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
     Side().RunScheduler();
     EXPECT_EQ(1u, Stack().FindInstance(5)->ProtocolRoutes().size());
     EXPECT_EQ(0u, loop.DispatchReadyFds());
@@ -76,9 +78,9 @@ TEST_F(ChannelTest, FreezingMasksTheChannelAndThawingRestoresItsMask) {
     Side().ClearCalls();
     Emulator::Freeze(false);
     Side().RunScheduler();
-    EXPECT_EQ(Strings({"cIsNBaseRescheduled()", "cRescheduleNBase()",
-                       "cChangeMask(" + Fd() + ", 1)"}),
-              Side().Calls());
+    EXPECT_EQ(
+        Strings({"cIsNBaseRescheduled()", "cRescheduleNBase()", "cChangeMask(" + Fd() + ", 1)"}),
+        Side().Calls());
 }
 
 TEST_F(ChannelTest, AFrozenStackAcceptsRequestsButAnswersOnlyOnceThawed) {
@@ -103,7 +105,25 @@ TEST_F(ChannelTest, ClosingUnregistersTheChannelOnTheNextRun) {
     EXPECT_EQ(-1, Stack().ChannelFd());
     // Management work still reaches the stack, on a run it asks for itself.
     Side().ClearCalls();
-    ASSERT_TRUE(Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
+    ASSERT_TRUE(
+        Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
+    EXPECT_EQ(Strings({"cIsNBaseRescheduled()", "cRescheduleNBase()"}), Side().Calls());
+}
+
+class ChannelSwitchTest : public EmulatorFixture {};
+
+TEST_F(ChannelSwitchTest, AStackWithoutChannelRegistersNoDescriptor) {
+    Stack().SetChannelEnabled(false);
+    ASSERT_EQ(0, Init());
+    Side().RunScheduler();
+    Side().RunScheduler();
+    EXPECT_TRUE(Stack().IsI3Ready());
+    EXPECT_EQ(-1, Stack().ChannelFd());
+    EXPECT_TRUE(Side().Calls("cRegisterWorkWithEventloop").empty());
+    // Management work asks for a run directly.
+    Side().ClearCalls();
+    ASSERT_TRUE(
+        Emulator::AddProtocolRoute(5, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.1", 0, 1));
     EXPECT_EQ(Strings({"cIsNBaseRescheduled()", "cRescheduleNBase()"}), Side().Calls());
 }
 

@@ -53,7 +53,8 @@ TEST(OidCodecTest, WriteCopiesTheComponentsAndReturnsTheLength) {
 
 TEST(OidCodecTest, NullAddressesCountAsZero) {
     const unsigned char zero[16] = {};
-    EXPECT_EQ(OidCodec::Route(5, 1, zero, 0, zero, 0), OidCodec::Route(5, 1, nullptr, 0, nullptr, 0));
+    EXPECT_EQ(OidCodec::Route(5, 1, zero, 0, zero, 0),
+              OidCodec::Route(5, 1, nullptr, 0, nullptr, 0));
 }
 
 RibEntry Candidate(RouteSource source, unsigned long distance, unsigned long metric,

@@ -43,9 +43,10 @@ TEST_F(ContractTest, ASecondRequestOnARowWhileOneIsOutstandingIsABreach) {
     EXPECT_EQ(Strings({"overlapping request: route instance 5 192.168.0.0/16 via 10.0.0.254 "
                        "ifIndex 0 while another request on the row is outstanding"}),
               Emulator::Breaches());
-    EXPECT_TRUE(trace.Contains(1, "Stack emulator: contract breach: overlapping request: route "
-                                  "instance 5 192.168.0.0/16 via 10.0.0.254 ifIndex 0 while "
-                                  "another request on the row is outstanding\n"));
+    EXPECT_TRUE(trace.Contains(1,
+                               "Stack emulator: contract breach: overlapping request: route "
+                               "instance 5 192.168.0.0/16 via 10.0.0.254 ifIndex 0 while "
+                               "another request on the row is outstanding\n"));
     // Both are still answered.
     Side().RunScheduler();
     EXPECT_EQ(2u, Side().Calls("cRunPendingAction").size());

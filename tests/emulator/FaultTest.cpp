@@ -142,9 +142,10 @@ TEST_F(FaultTest, ClearingTheFaultsRestoresNormalAnswers) {
 TEST_F(FaultTest, TheFaultsAreDescribedPerKind) {
     Emulator::FailNext(RequestKind::Route, 2, 5);
     Emulator::SetAnswerDelay(RequestKind::Address, 3);
-    EXPECT_EQ("route: fail next 2 with 5, answer after 1 runs, fail 0 per million with 0\n"
-              "address: fail next 0 with 0, answer after 3 runs, fail 0 per million with 0\n",
-              Stack().Faults().Describe());
+    EXPECT_EQ(
+        "route: fail next 2 with 5, answer after 1 runs, fail 0 per million with 0\n"
+        "address: fail next 0 with 0, answer after 3 runs, fail 0 per million with 0\n",
+        Stack().Faults().Describe());
 }
 
 }  // namespace

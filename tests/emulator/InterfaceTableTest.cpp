@@ -130,11 +130,11 @@ TEST_F(InterfaceTableTest, AnAddressDestroyRemovesTheRowAndIsDoneWhenItIsAbsent)
 }
 
 TEST_F(InterfaceTableTest, AddressRowsWithWrongValuesAreRefused) {
-    Address(1, 5, 100, "10.0.0.1", 33);         // prefix beyond IPv4
+    Address(1, 5, 100, "10.0.0.1", 33);           // prefix beyond IPv4
     Address(1, 0x8005, 100, "2001:db8::1", 129);  // prefix beyond IPv6
-    Address(1, 5, 100, "2001:db8::2", 64);      // IPv6 row in the IPv4 instance
-    Address(1, 0x8005, 100, "10.0.0.2", 24);    // IPv4 row in the IPv6 instance
-    Address(3, 5, 100, "10.0.0.3", 24);         // row status
+    Address(1, 5, 100, "2001:db8::2", 64);        // IPv6 row in the IPv4 instance
+    Address(1, 0x8005, 100, "10.0.0.2", 24);      // IPv4 row in the IPv6 instance
+    Address(3, 5, 100, "10.0.0.3", 24);           // row status
     EaOid(5, 100, "10.0.0.4");
     sms_act_ipaddr(1, 5, 3, 100, Addr("10.0.0.4").data(), 24);  // address type
     sms_act_ipaddr(1, 5, 1, 100, nullptr, 24);                  // no address

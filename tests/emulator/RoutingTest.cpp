@@ -50,10 +50,10 @@ TEST_F(RoutingTest, AStaticRouteResolvedOverAConnectedPrefixIsInstalledOnItsInte
     Network(5, 100, "eth0", "10.0.0.1", 24);
     Route(1, 1, 5, "192.168.0.0", 16, "10.0.0.254", 0, 3);
     Side().RunScheduler();
-    EXPECT_EQ(Strings({"1 5 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 0 metric 0",
-                       "1 5 192.168.0.0/16 via 10.0.0.254 if 100 type 4 proto 3 age 0 metric 3",
-                       "7"}),
-              Routes());
+    EXPECT_EQ(
+        Strings({"1 5 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 0 metric 0",
+                 "1 5 192.168.0.0/16 via 10.0.0.254 if 100 type 4 proto 3 age 0 metric 3", "7"}),
+        Routes());
 }
 
 TEST_F(RoutingTest, AStaticRouteWhoseNextHopLiesInNoConnectedPrefixStaysUnresolved) {
@@ -100,9 +100,10 @@ TEST_F(RoutingTest, AGivenIfIndexLimitsResolutionToThatInterface) {
     EXPECT_EQ(2u, Routes().size());  // the connected prefix and the end
     const Strings rib = Rib();
     ASSERT_EQ(3u, rib.size());
-    EXPECT_EQ("1 5 192.168.0.0/16 via 10.0.0.254 if 101 type 4 proto 3 age 0 metric 1 fib 0 "
-              "unresolved 1",
-              rib[1]);
+    EXPECT_EQ(
+        "1 5 192.168.0.0/16 via 10.0.0.254 if 101 type 4 proto 3 age 0 metric 1 fib 0 "
+        "unresolved 1",
+        rib[1]);
 }
 
 TEST_F(RoutingTest, ARouteWithoutNextHopGoesOutOfItsUpInterface) {
@@ -111,8 +112,7 @@ TEST_F(RoutingTest, ARouteWithoutNextHopGoesOutOfItsUpInterface) {
     Route(1, 1, 5, "192.169.0.0", 16, "0.0.0.0", 0);
     Side().RunScheduler();
     EXPECT_EQ(Strings({"1 5 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 0 metric 0",
-                       "1 5 192.168.0.0/16 via 0.0.0.0 if 100 type 4 proto 3 age 0 metric 1",
-                       "7"}),
+                       "1 5 192.168.0.0/16 via 0.0.0.0 if 100 type 4 proto 3 age 0 metric 1", "7"}),
               Routes());
 }
 
@@ -125,9 +125,10 @@ TEST_F(RoutingTest, AConnectedPrefixBeatsAStaticRouteToTheSameDestination) {
     ASSERT_EQ(4u, rib.size());
     EXPECT_EQ("1 5 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 0 metric 0 fib 1 unresolved 0",
               rib[0]);
-    EXPECT_EQ("1 5 10.0.0.0/24 via 10.0.1.254 if 101 type 4 proto 3 age 0 metric 1 fib 0 "
-              "unresolved 0",
-              rib[1]);
+    EXPECT_EQ(
+        "1 5 10.0.0.0/24 via 10.0.1.254 if 101 type 4 proto 3 age 0 metric 1 fib 0 "
+        "unresolved 0",
+        rib[1]);
 }
 
 TEST_F(RoutingTest, TheLowerMetricWinsAmongStaticRoutesAndTheOtherTakesOverWhenItGoes) {
@@ -170,10 +171,10 @@ TEST_F(RoutingTest, AgesCountSecondsOnTheLoopsClock) {
     Route(1, 1, 5, "192.168.0.0", 16, "10.0.0.254");
     Side().RunScheduler();
     loop.Advance(2500);
-    EXPECT_EQ(Strings({"1 5 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 6 metric 0",
-                       "1 5 192.168.0.0/16 via 10.0.0.254 if 100 type 4 proto 3 age 2 metric 1",
-                       "7"}),
-              Routes());
+    EXPECT_EQ(
+        Strings({"1 5 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 6 metric 0",
+                 "1 5 192.168.0.0/16 via 10.0.0.254 if 100 type 4 proto 3 age 2 metric 1", "7"}),
+        Routes());
 }
 
 TEST_F(RoutingTest, TheConnectedAgeStartsWhenTheInterfaceComesUp) {
@@ -207,13 +208,13 @@ TEST_F(RoutingTest, ProtocolRoutesTakeTheirDistanceFromTheInstanceSettings) {
     Network(6, 100, "eth0", "10.0.0.1", 24);
     ASSERT_TRUE(Emulator::AddProtocolRoute(6, RouteSource::OspfInternal, "192.168.0.0", 16,
                                            "10.0.0.253", 0, 10));
-    ASSERT_TRUE(Emulator::AddProtocolRoute(6, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.254",
-                                           0, 2));
+    ASSERT_TRUE(
+        Emulator::AddProtocolRoute(6, RouteSource::Rip, "192.168.0.0", 16, "10.0.0.254", 0, 2));
     Side().RunScheduler();
-    EXPECT_EQ(Strings({"1 6 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 0 metric 0",
-                       "1 6 192.168.0.0/16 via 10.0.0.254 if 100 type 4 proto 8 age 0 metric 2",
-                       "7"}),
-              Routes(6));
+    EXPECT_EQ(
+        Strings({"1 6 10.0.0.0/24 via 0.0.0.0 if 100 type 3 proto 2 age 0 metric 0",
+                 "1 6 192.168.0.0/16 via 10.0.0.254 if 100 type 4 proto 8 age 0 metric 2", "7"}),
+        Routes(6));
     // A static route (distance 1) beats both.
     Route(1, 1, 6, "192.168.0.0", 16, "10.0.0.252", 0, 50);
     Side().RunScheduler();
@@ -223,19 +224,21 @@ TEST_F(RoutingTest, ProtocolRoutesTakeTheirDistanceFromTheInstanceSettings) {
 
 TEST_F(RoutingTest, AWithdrawnProtocolRouteLeavesTheRib) {
     Network(5, 100, "eth0", "10.0.0.1", 24);
-    ASSERT_TRUE(Emulator::AddProtocolRoute(5, RouteSource::Ebgp, "192.168.0.0", 16, "10.0.0.254",
-                                           0, 0));
+    ASSERT_TRUE(
+        Emulator::AddProtocolRoute(5, RouteSource::Ebgp, "192.168.0.0", 16, "10.0.0.254", 0, 0));
     Side().RunScheduler();
     EXPECT_EQ(3u, Routes().size());
-    ASSERT_TRUE(Emulator::WithdrawProtocolRoute(5, RouteSource::Ebgp, "192.168.0.0", 16,
-                                                "10.0.0.254", 0));
+    ASSERT_TRUE(
+        Emulator::WithdrawProtocolRoute(5, RouteSource::Ebgp, "192.168.0.0", 16, "10.0.0.254", 0));
     Side().RunScheduler();
     EXPECT_EQ(2u, Routes().size());
 }
 
 TEST_F(RoutingTest, ProtocolRoutesAreRefusedForConnectedOrStaticOrBadAddresses) {
-    EXPECT_FALSE(Emulator::AddProtocolRoute(5, RouteSource::Static, "10.0.0.0", 8, "1.1.1.1", 0, 0));
-    EXPECT_FALSE(Emulator::AddProtocolRoute(5, RouteSource::Connected, "10.0.0.0", 8, "1.1.1.1", 0, 0));
+    EXPECT_FALSE(
+        Emulator::AddProtocolRoute(5, RouteSource::Static, "10.0.0.0", 8, "1.1.1.1", 0, 0));
+    EXPECT_FALSE(
+        Emulator::AddProtocolRoute(5, RouteSource::Connected, "10.0.0.0", 8, "1.1.1.1", 0, 0));
     EXPECT_FALSE(Emulator::AddProtocolRoute(5, RouteSource::Rip, "10.0.0", 8, "1.1.1.1", 0, 0));
     EXPECT_FALSE(Emulator::AddProtocolRoute(5, RouteSource::Rip, "10.0.0.0", 33, "1.1.1.1", 0, 0));
     EXPECT_FALSE(Emulator::AddProtocolRoute(5, RouteSource::Rip, "10.0.0.0", 8, "::1", 0, 0));
@@ -250,9 +253,10 @@ TEST_F(RoutingTest, RibsOfDifferentInstancesAreSeparate) {
     Side().RunScheduler();
     const Strings rib = Rib(6);
     ASSERT_EQ(3u, rib.size());
-    EXPECT_EQ("1 6 192.168.0.0/16 via 10.0.0.254 if 0 type 4 proto 3 age 0 metric 1 fib 0 "
-              "unresolved 1",
-              rib[1]);
+    EXPECT_EQ(
+        "1 6 192.168.0.0/16 via 10.0.0.254 if 0 type 4 proto 3 age 0 metric 1 fib 0 "
+        "unresolved 1",
+        rib[1]);
 }
 
 }  // namespace

@@ -38,8 +38,8 @@ TEST_F(StaticRouteTest, TheRouteOidIsStableAndDiffersWithEveryKeyValue) {
 
 TEST_F(StaticRouteTest, AnIpv6RouteOidHoldsSixteenBytesPerAddress) {
     unsigned long oid[SMS_MAX_OID_LEN];
-    const unsigned long length = sms_get_route_oid(oid, 0x8005, 2, Addr("2001:db8::").data(), 32,
-                                                   Addr("fe80::1").data(), 7);
+    const unsigned long length =
+        sms_get_route_oid(oid, 0x8005, 2, Addr("2001:db8::").data(), 32, Addr("fe80::1").data(), 7);
     EXPECT_EQ(9u + 3u + 16u + 16u + 1u, length);
     EXPECT_LE(length, static_cast<unsigned long>(SMS_MAX_OID_LEN));
 }

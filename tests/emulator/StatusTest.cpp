@@ -21,18 +21,20 @@ TEST_F(StatusTest, TheStatusTextSumsUpTablesCountersAndTheChannel) {
     Route(1, 1, 5, "10.0.0.0", 33, "10.0.0.254");
     Side().RunScheduler();
     const std::string fd = std::to_string(Stack().ChannelFd());
-    EXPECT_EQ("Stack emulator: running (components: ripv2 ripng bgp ospf ospfv3 igmp pim)\n"
-              "Interface tables: ready\n"
-              "Runs: 5, queued requests: 0, walks in progress: 0\n"
-              "RTM instances: 1 (1 ready)\n"
-              "Static routes: 2, redistribution rows: 0, RIB entries: 3, FIB entries: 3\n"
-              "Interfaces: 1, addresses: 1\n"
-              "Requests: route 3, redistribution 0, interface 1, address 1, instance 1, walk 0\n"
-              "Answers: result 1: 4, result 3: 1\n"
-              "Contract breaches: 0\n"
-              "Faults: none\n"
-              "Management channel: descriptor " + fd + ", mask 1\n",
-              Emulator::StatusText());
+    EXPECT_EQ(
+        "Stack emulator: running (components: ripv2 ripng bgp ospf ospfv3 igmp pim)\n"
+        "Interface tables: ready\n"
+        "Runs: 5, queued requests: 0, walks in progress: 0\n"
+        "RTM instances: 1 (1 ready)\n"
+        "Static routes: 2, redistribution rows: 0, RIB entries: 3, FIB entries: 3\n"
+        "Interfaces: 1, addresses: 1\n"
+        "Requests: route 3, redistribution 0, interface 1, address 1, instance 1, walk 0\n"
+        "Answers: result 1: 4, result 3: 1\n"
+        "Contract breaches: 0\n"
+        "Faults: none\n"
+        "Management channel: descriptor " +
+            fd + ", mask 1\n",
+        Emulator::StatusText());
 }
 
 TEST_F(StatusTest, AFrozenStackWithFaultsSaysSo) {
@@ -54,22 +56,23 @@ TEST_F(StatusTest, TheTableDumpShowsEveryTableUnderItsHeading) {
     Redist(1, 1, 0x30000, 0x80000, 5);
     Side().RunScheduler();
     loop.Advance(3000);
-    EXPECT_EQ("RTM instances:\n"
-              "instance 5 IPv4 ready dead 60 ospf-int 40 ospf-ext 110 rip 120 ebgp 200 ibgp 20 "
-              "static 1 redistribution 1 rib 2 fib 1\n"
-              "Static routes:\n"
-              "5 192.168.0.0/16 via 172.16.0.1 ifIndex 0 admin up metric 4\n"
-              "Redistribution:\n"
-              "5 source 0x30000 destination 0x80000 admin up\n"
-              "RIB:\n"
-              "> 5 10.0.0.0/24 via 0.0.0.0 ifIndex 100 connected distance 0 metric 0 age 3\n"
-              "  5 192.168.0.0/16 via 172.16.0.1 ifIndex 0 static distance 1 metric 4 age 3 "
-              "unresolved\n"
-              "Interfaces:\n"
-              "5 100 eth0 up mtu 1500 flags 0x18 extra 0\n"
-              "Addresses:\n"
-              "5 100 10.0.0.1/24\n",
-              Emulator::DumpTables());
+    EXPECT_EQ(
+        "RTM instances:\n"
+        "instance 5 IPv4 ready dead 60 ospf-int 40 ospf-ext 110 rip 120 ebgp 200 ibgp 20 "
+        "static 1 redistribution 1 rib 2 fib 1\n"
+        "Static routes:\n"
+        "5 192.168.0.0/16 via 172.16.0.1 ifIndex 0 admin up metric 4\n"
+        "Redistribution:\n"
+        "5 source 0x30000 destination 0x80000 admin up\n"
+        "RIB:\n"
+        "> 5 10.0.0.0/24 via 0.0.0.0 ifIndex 100 connected distance 0 metric 0 age 3\n"
+        "  5 192.168.0.0/16 via 172.16.0.1 ifIndex 0 static distance 1 metric 4 age 3 "
+        "unresolved\n"
+        "Interfaces:\n"
+        "5 100 eth0 up mtu 1500 flags 0x18 extra 0\n"
+        "Addresses:\n"
+        "5 100 10.0.0.1/24\n",
+        Emulator::DumpTables());
 }
 
 TEST_F(StatusTest, AClosedChannelIsReported) {

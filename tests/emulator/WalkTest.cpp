@@ -88,7 +88,8 @@ TEST_F(WalkTest, AWalkStartedFromInsideACallbackIsAnsweredOnTheNextRun) {
     LibrarySide::WalkProbe addresses("i3_ea");
     LibrarySide::WalkProbe interfaces("i3_ei");
     interfaces.hook = [&](unsigned long code, const void* row) -> unsigned char {
-        const bool left = code == SMS_RC_ROW && static_cast<const amb_stubs_i3_ei*>(row)->instance > 5;
+        const bool left =
+            code == SMS_RC_ROW && static_cast<const amb_stubs_i3_ei*>(row)->instance > 5;
         if (code == SMS_RC_END_OF_TABLE || left) {
             sms_get_next_i3_ea(5, &LibrarySide::WalkCallback, &addresses);
             return 0;

@@ -63,6 +63,25 @@ TEST_F(DcMulticastRouterTest, ConfigureInterfaceChangesTheRoleOfAKnownInterfaceO
     EXPECT_TRUE(igmp.IsQuerier(100));
 }
 
+TEST_F(DcMulticastRouterTest, ConfigureInterfaceStartsMulticastOnAnInterfaceKnownFromItsStatus) {
+    DcMulticastRouter igmp(4, 0);
+    igmp.ProcessInterfaceStatusChange(100, 2);
+    EXPECT_TRUE(igmp.IsEnabled(100));
+    EXPECT_FALSE(igmp.IsMulticastInterface(100));
+    EXPECT_TRUE(igmp.ConfigureInterface(100, false));
+    EXPECT_TRUE(igmp.IsMulticastInterface(100));
+    EXPECT_FALSE(igmp.IsQuerier(100));
+}
+
+TEST_F(DcMulticastRouterTest, MulticastInterfaceStaysWhenItsStatusIsForgotten) {
+    DcMulticastRouter igmp(4, 0);
+    igmp.AddInterface(100, true);
+    igmp.ProcessInterfaceStatusChange(100, 0);
+    EXPECT_FALSE(igmp.IsEnabled(100));
+    EXPECT_TRUE(igmp.IsMulticastInterface(100));
+    EXPECT_TRUE(igmp.ConfigureInterface(100, false));
+}
+
 TEST_F(DcMulticastRouterTest, GroupsNeedAMulticastAddressOfTheFamilyAndAMulticastInterface) {
     DcMulticastRouter igmp(4, 0);
     EXPECT_FALSE(igmp.AddGroup(100, "239.1.1.1")) << "not a multicast interface";

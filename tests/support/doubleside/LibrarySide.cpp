@@ -238,9 +238,10 @@ std::string LibrarySide::RibRowText(const amb_cipr_rtm_rib& row) {
 
 std::string LibrarySide::EiRowText(const amb_stubs_i3_ei& row) {
     std::ostringstream text;
-    text << row.instance << " " << row.if_index << " " << std::string(row.if_name, strnlen(row.if_name, sizeof(row.if_name)))
-         << " oper " << row.oper_status << " mtu " << row.mtu << " flags " << row.flags
-         << " extra " << row.extra;
+    text << row.instance << " " << row.if_index << " "
+         << std::string(row.if_name, strnlen(row.if_name, sizeof(row.if_name))) << " oper "
+         << row.oper_status << " mtu " << row.mtu << " flags " << row.flags << " extra "
+         << row.extra;
     return text.str();
 }
 
@@ -260,7 +261,9 @@ using Zavrel::test::LibrarySide;
 
 namespace {
 
-LibrarySide& Side() { return LibrarySide::Instance(); }
+LibrarySide& Side() {
+    return LibrarySide::Instance();
+}
 
 std::string Join(std::initializer_list<std::string> parts) {
     std::string text;
@@ -332,15 +335,14 @@ unsigned long cGetIp4Instance(unsigned long instance) {
 }
 
 void cSetRouteState(unsigned long instance, int family, const unsigned char* dest,
-                    unsigned int prefix_len, const unsigned char* next_hop,
-                    unsigned int if_index, int metric, int route_type, int row_status,
-                    int admin_status, unsigned long spare, unsigned int result) {
+                    unsigned int prefix_len, const unsigned char* next_hop, unsigned int if_index,
+                    int metric, int route_type, int row_status, int admin_status,
+                    unsigned long spare, unsigned int result) {
     const std::string destination = LibrarySide::AddressText(family, dest);
     const std::string nextHop = LibrarySide::AddressText(family, next_hop);
-    Side().Record("cSetRouteState",
-                  Join({S(instance), S(family), destination, S(prefix_len), nextHop, S(if_index),
-                        S(metric), S(route_type), S(row_status), S(admin_status), S(spare),
-                        S(result)}));
+    Side().Record("cSetRouteState", Join({S(instance), S(family), destination, S(prefix_len),
+                                          nextHop, S(if_index), S(metric), S(route_type),
+                                          S(row_status), S(admin_status), S(spare), S(result)}));
     Side().routeStates.push_back({instance, family, destination, prefix_len, nextHop, if_index,
                                   metric, route_type, row_status, admin_status, spare, result});
     Side().RunHooks("cSetRouteState");

@@ -131,8 +131,8 @@ public:
 
     // ---- what the stack reported
     std::vector<RouteState> routeStates;
-    std::vector<std::vector<unsigned long>> redistStates;  // a0..a7
-    std::vector<std::vector<unsigned long>> completedOids;   // cRunPendingAction
+    std::vector<std::vector<unsigned long>> redistStates;   // a0..a7
+    std::vector<std::vector<unsigned long>> completedOids;  // cRunPendingAction
     // fd -> (arg, mask) of the descriptors registered and not unregistered.
     std::map<int, std::pair<int, unsigned int>> registered;
 

@@ -1,0 +1,389 @@
+// CfgSched costs with one VLAN's static routes held in one bucket:
+//  - Insert (a new route, and a route replacing a held one), Update and
+//    Remove, per operation, with 1,000 and with 100,000 routes held;
+//  - one timer tick with 100,000 (or 1,000) sent routes waiting for the
+//    stack and 31 new routes behind them;
+//  - the memory one queued route takes: its item in the scheduler, its
+//    entry in the serializer and its action, counted by this program's own
+//    operator new.
+// Operations are timed in batches; the state is restored between batches
+// outside the timed part, so every batch sees the same number held. For the
+// operation costs the serializer is ready, as in a running system: sent
+// routes have their request outstanding in it, and the requests of a batch
+// are completed after the batch (as the stack would), so the serializer too
+// stays the same size. The memory figure runs first, while the serializer
+// is not ready yet and holds every action queued.
+#include <malloc.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "cfg/CfgKey.h"
+#include "cfg/CfgSched.h"
+#include "cfg/StaticRouteItem.h"
+#include "mib/MibOid.h"
+#include "mib/Serializer.h"
+#include "routing/DcRouterMgr.h"
+#include "rtm/DcRtmMgr.h"
+#include "support/stackdouble/RecordingStack.h"
+
+// ---- allocation counting
+
+namespace {
+std::atomic<long long> g_live_bytes{0};
+std::atomic<long long> g_allocations{0};
+
+void* CountedAlloc(size_t size)
+{
+    void* p = std::malloc(size == 0 ? 1 : size);
+    if (p != nullptr) {
+        g_live_bytes += static_cast<long long>(malloc_usable_size(p));
+        ++g_allocations;
+    }
+    return p;
+}
+
+void CountedFree(void* p)
+{
+    if (p != nullptr) {
+        g_live_bytes -= static_cast<long long>(malloc_usable_size(p));
+        std::free(p);
+    }
+}
+}  // namespace
+
+void* operator new(size_t size)
+{
+    void* p = CountedAlloc(size);
+    if (p == nullptr) {
+        throw std::bad_alloc();
+    }
+    return p;
+}
+void* operator new[](size_t size) { return operator new(size); }
+void* operator new(size_t size, const std::nothrow_t&) noexcept { return CountedAlloc(size); }
+void* operator new[](size_t size, const std::nothrow_t&) noexcept { return CountedAlloc(size); }
+void operator delete(void* p) noexcept { CountedFree(p); }
+void operator delete[](void* p) noexcept { CountedFree(p); }
+void operator delete(void* p, size_t) noexcept { CountedFree(p); }
+void operator delete[](void* p, size_t) noexcept { CountedFree(p); }
+void operator delete(void* p, const std::nothrow_t&) noexcept { CountedFree(p); }
+void operator delete[](void* p, const std::nothrow_t&) noexcept { CountedFree(p); }
+
+namespace Zavrel {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+const unsigned short kVlan = 10;
+const CfgKey kKey(kVlan, 0x3d000003);
+const int kBatch = 256;
+
+// The route with this number: 10.a.b.c/32 via 192.168.0.1.
+StaticRouteItem* Route(uint32_t n, long rowStatus = 1)
+{
+    const unsigned char destination[4] = {10, static_cast<unsigned char>(n >> 16),
+                                          static_cast<unsigned char>(n >> 8),
+                                          static_cast<unsigned char>(n)};
+    const unsigned char nextHop[4] = {192, 168, 0, 1};
+    return new StaticRouteItem(kVlan, 1, rowStatus, 1, destination, 32, nextHop, 3, 1, 0x30000,
+                               0);
+}
+
+Serializer& TheSerializer() { return DcRouterMgr::GetInstance()->GetSerializer(); }
+
+// Drops what the stack double recorded.
+void Forget() { test::RecordingStack::Instance().ClearCalls(); }
+
+// Ticks until the scheduler has sent every New item.
+void SendAll(CfgSched& sched, size_t expected)
+{
+    for (size_t tick = 0; tick < expected / 31 + 2; ++tick) {
+        sched.OnTimeout(100, nullptr);
+        if (tick % 64 == 0) {
+            Forget();
+        }
+    }
+    Forget();
+}
+
+// The stack reports the requests on these routes' rows done: the
+// serializer drops each outstanding request and issues the next one.
+void Complete(const std::vector<uint32_t>& numbers)
+{
+    for (uint32_t n : numbers) {
+        StaticRouteItem* probe = Route(n);
+        MibOid& oid = probe->GetOid();
+        TheSerializer().RunPendingAction(const_cast<unsigned long*>(oid.Components()),
+                                         oid.Length());
+        delete probe;
+    }
+    Forget();
+}
+
+std::vector<uint32_t> Spread(uint32_t cursor, size_t held)
+{
+    std::vector<uint32_t> numbers;
+    for (int i = 0; i < kBatch; ++i) {
+        numbers.push_back((cursor + static_cast<uint32_t>(i) * 7919u) %
+                          static_cast<uint32_t>(held));
+    }
+    return numbers;
+}
+
+// A scheduler holding `held` sent routes, numbered 0..held-1.
+struct Fixture {
+    explicit Fixture(size_t held) : held(held)
+    {
+        if (!TheSerializer().IsReady()) {
+            TheSerializer().RunPendingActions();
+        }
+        DcRtmMgr::GetInstance()->SetRtmReady(kVlan);
+        for (uint32_t n = 0; n < held; ++n) {
+            sched.Insert(kKey, Route(n));
+            if (n % 4096 == 0) {
+                test::RecordingStack::Instance().ClearCalls();
+            }
+        }
+        SendAll(sched, held);
+    }
+    size_t held;
+    CfgSched sched;
+};
+
+// A probe item standing for the stack's report on route n.
+void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason)
+{
+    StaticRouteItem* probe = Route(n);
+    if (remove) {
+        sched.Remove(kKey, probe, reason);
+    } else {
+        sched.Update(kKey, probe, reason, true);
+    }
+    delete probe;
+}
+
+void Finish(benchmark::State& state, double seconds, long long ops)
+{
+    state.counters["ns_per_op"] = benchmark::Counter(seconds * 1e9 / static_cast<double>(ops));
+}
+
+// Inserts new routes (appended at the tail).
+void BM_InsertNew(benchmark::State& state)
+{
+    Fixture f(static_cast<size_t>(state.range(0)));
+    uint32_t next = static_cast<uint32_t>(f.held);
+    double seconds = 0;
+    long long ops = 0;
+    for (auto _ : state) {
+        std::vector<StaticRouteItem*> items;
+        for (int i = 0; i < kBatch; ++i) {
+            items.push_back(Route(next + static_cast<uint32_t>(i)));
+        }
+        const auto start = Clock::now();
+        for (StaticRouteItem* item : items) {
+            f.sched.Insert(kKey, item);
+        }
+        const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+        state.SetIterationTime(elapsed);
+        seconds += elapsed;
+        ops += kBatch;
+        // Back to the held count: send, confirm and complete the new routes.
+        SendAll(f.sched, kBatch);
+        std::vector<uint32_t> numbers;
+        for (int i = 0; i < kBatch; ++i) {
+            numbers.push_back(next + static_cast<uint32_t>(i));
+            Report(f.sched, numbers.back(), true, 1);
+        }
+        Complete(numbers);
+    }
+    Finish(state, seconds, ops);
+}
+
+// Inserts routes equal to held ones: each replaces its held route and moves
+// one place up.
+void BM_InsertReplace(benchmark::State& state)
+{
+    Fixture f(static_cast<size_t>(state.range(0)));
+    uint32_t cursor = 0;
+    double seconds = 0;
+    long long ops = 0;
+    for (auto _ : state) {
+        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
+        std::vector<StaticRouteItem*> items;
+        for (uint32_t n : numbers) {
+            items.push_back(Route(n));
+        }
+        const auto start = Clock::now();
+        for (StaticRouteItem* item : items) {
+            f.sched.Insert(kKey, item);
+        }
+        const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+        state.SetIterationTime(elapsed);
+        seconds += elapsed;
+        ops += kBatch;
+        cursor += 1;
+        SendAll(f.sched, kBatch);
+        Complete(numbers);
+    }
+    Finish(state, seconds, ops);
+}
+
+// Reports failures worth a retry: the sent route goes back to New.
+void BM_Update(benchmark::State& state)
+{
+    Fixture f(static_cast<size_t>(state.range(0)));
+    uint32_t cursor = 0;
+    double seconds = 0;
+    long long ops = 0;
+    for (auto _ : state) {
+        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
+        std::vector<StaticRouteItem*> probes;
+        for (uint32_t n : numbers) {
+            probes.push_back(Route(n));
+        }
+        const auto start = Clock::now();
+        for (StaticRouteItem* probe : probes) {
+            f.sched.Update(kKey, probe, 1, true);
+        }
+        const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+        state.SetIterationTime(elapsed);
+        seconds += elapsed;
+        ops += kBatch;
+        cursor += 1;
+        for (StaticRouteItem* probe : probes) {
+            delete probe;
+        }
+        SendAll(f.sched, kBatch);
+        Complete(numbers);
+    }
+    Finish(state, seconds, ops);
+}
+
+// Confirms sent routes: each is destroyed.
+void BM_Remove(benchmark::State& state)
+{
+    Fixture f(static_cast<size_t>(state.range(0)));
+    uint32_t cursor = 0;
+    double seconds = 0;
+    long long ops = 0;
+    for (auto _ : state) {
+        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
+        std::vector<StaticRouteItem*> probes;
+        for (uint32_t n : numbers) {
+            probes.push_back(Route(n));
+        }
+        const auto start = Clock::now();
+        for (StaticRouteItem* probe : probes) {
+            f.sched.Remove(kKey, probe, 1);
+        }
+        const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+        state.SetIterationTime(elapsed);
+        seconds += elapsed;
+        ops += kBatch;
+        cursor += 1;
+        for (StaticRouteItem* probe : probes) {
+            delete probe;
+        }
+        // Put the confirmed routes back, sent.
+        for (uint32_t n : numbers) {
+            f.sched.Insert(kKey, Route(n));
+        }
+        SendAll(f.sched, kBatch);
+        Complete(numbers);
+    }
+    Finish(state, seconds, ops);
+}
+
+// One tick with every held route sent and waiting, and 31 New behind them.
+void BM_TickWith31NewBehindSent(benchmark::State& state)
+{
+    Fixture f(static_cast<size_t>(state.range(0)));
+    const uint32_t first = static_cast<uint32_t>(f.held);
+    for (uint32_t i = 0; i < 31; ++i) {
+        f.sched.Insert(kKey, Route(first + i));
+    }
+    double seconds = 0;
+    long long ops = 0;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        f.sched.OnTimeout(100, nullptr);
+        const double elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+        state.SetIterationTime(elapsed);
+        seconds += elapsed;
+        ops += 1;
+        // The 31 fail with a reason that does not count: New again.
+        std::vector<uint32_t> numbers;
+        for (uint32_t i = 0; i < 31; ++i) {
+            numbers.push_back(first + i);
+            Report(f.sched, first + i, false, 1);
+        }
+        Complete(numbers);
+    }
+    Finish(state, seconds, ops);
+}
+
+// Bytes held per queued route: the item in the scheduler, then its entry in
+// the (not yet ready) serializer and its action after the ticks sent it.
+void BM_MemoryPerQueuedRoute(benchmark::State& state)
+{
+    const size_t routes = static_cast<size_t>(state.range(0));
+    DcRtmMgr::GetInstance()->SetRtmReady(kVlan);
+    Forget();
+    if (TheSerializer().IsReady()) {
+        state.SkipWithError("the serializer is ready: actions would not stay queued");
+        return;
+    }
+    double itemBytes = 0;
+    double totalBytes = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        {
+            CfgSched sched;
+            const long long before = g_live_bytes.load();
+            for (uint32_t n = 0; n < routes; ++n) {
+                sched.Insert(kKey, Route(n));
+                if (n % 4096 == 0) {
+                    test::RecordingStack::Instance().ClearCalls();
+                }
+            }
+            test::RecordingStack::Instance().ClearCalls();
+            const long long afterInsert = g_live_bytes.load();
+            for (size_t tick = 0; tick < routes / 31 + 2; ++tick) {
+                sched.OnTimeout(100, nullptr);
+                if (tick % 128 == 0) {
+                    test::RecordingStack::Instance().ClearCalls();
+                }
+            }
+            test::RecordingStack::Instance().ClearCalls();
+            const long long afterSend = g_live_bytes.load();
+            itemBytes = static_cast<double>(afterInsert - before) / static_cast<double>(routes);
+            totalBytes = static_cast<double>(afterSend - before) / static_cast<double>(routes);
+            TheSerializer().Reset();
+        }
+        state.ResumeTiming();
+    }
+    state.counters["item_bytes"] = benchmark::Counter(itemBytes);
+    state.counters["queued_route_bytes"] = benchmark::Counter(totalBytes);
+    state.counters["serializer_and_action_bytes"] = benchmark::Counter(totalBytes - itemBytes);
+    state.counters["sizeof_StaticRouteItem"] =
+        benchmark::Counter(static_cast<double>(sizeof(StaticRouteItem)));
+}
+
+BENCHMARK(BM_MemoryPerQueuedRoute)->Arg(100000)->Iterations(1);
+BENCHMARK(BM_InsertNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_InsertReplace)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_Update)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_Remove)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_TickWith31NewBehindSent)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
+
+}  // namespace
+}  // namespace Zavrel
+
+BENCHMARK_MAIN();

@@ -1,0 +1,240 @@
+#include "cfg/CfgSched.h"
+
+#include <cstdint>
+
+#include "cfg/CfgBucket.h"
+#include "cfg/CfgItem.h"
+#include "mib/MibOid.h"
+#include "platform/Callback.h"
+#include "platform/DcConsole.h"
+#include "platform/Trace.h"
+
+namespace Zavrel {
+
+namespace {
+
+const CfgKey kFirstResumeKey(1, 0);
+
+}  // namespace
+
+CfgSched::CfgSched()
+    : PeriodicTimer("CfgScheduler",
+                    new MemberCallback2<CfgSched, unsigned int, void*>(this, &CfgSched::OnTimeout)),
+      m_buckets(),
+      m_resume_key(kFirstResumeKey)
+{
+}
+
+CfgSched::~CfgSched()
+{
+    Stop();
+    for (auto& bucket : m_buckets) {
+        delete bucket.second;
+    }
+    m_buckets.clear();
+}
+
+void CfgSched::Insert(CfgKey key, CfgItem* item)
+{
+    if (item == nullptr) {
+        return;
+    }
+    CfgBucket*& bucket = m_buckets[key];
+    if (bucket == nullptr) {
+        // A new bucket holds nothing that the item could replace.
+        bucket = new CfgBucket();
+    }
+    const MibOid& oid = item->GetOid();
+    const size_t hash = CfgBucket::HashOid(oid);
+    CfgBucket::Entry* held = bucket->FindFirst(oid, hash);
+    if (held != nullptr && item->Replace(static_cast<void*>(held->item))) {
+        TRACE(5, "REPLACED ------- 1 item.............\n");
+        bucket->ReplaceShifted(held, item, oid, hash);
+    } else {
+        bucket->Append(item, oid, hash);
+    }
+    if (!IsRunning()) {
+        Start(TIMER_INTERVAL);
+    }
+}
+
+void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry)
+{
+    if (item == nullptr) {
+        return;
+    }
+    auto found = m_buckets.find(key);
+    if (found == m_buckets.end() || found->second->Empty()) {
+        return;
+    }
+    CfgBucket& bucket = *found->second;
+    const MibOid& oid = item->GetOid();
+    CfgBucket::Entry* entry = bucket.FindFirstIssued(oid, CfgBucket::HashOid(oid));
+    if (entry == nullptr) {
+        return;
+    }
+    CfgItem* held = entry->item;
+    held->SetReasonCode(reason);
+    if (reason != REASON_NOT_COUNTED) {
+        held->SetRetryCount(held->GetRetryCount() + 1);
+    }
+    if (held->GetRetryCount() > MAX_RETRIES || !retry) {
+        // Parked: stays Issued and is never sent again.
+        return;
+    }
+    held->SetActionState(CfgItem::ACTION_ITEM_NEW);
+    bucket.SyncState(entry);
+}
+
+void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason)
+{
+    auto found = m_buckets.find(key);
+    if (found == m_buckets.end()) {
+        return;
+    }
+    CfgBucket& bucket = *found->second;
+    if (item != nullptr && !bucket.Empty()) {
+        const MibOid& oid = item->GetOid();
+        CfgBucket::Entry* entry = bucket.FindFirst(oid, CfgBucket::HashOid(oid));
+        if (entry != nullptr) {
+            entry->item->SetInMib(true, reason);
+            if (entry->item->IsIssued()) {
+                TRACE(5, "Removing the handle\n");
+                bucket.Destroy(entry);
+            }
+        }
+    }
+    if (bucket.Empty()) {
+        delete found->second;
+        m_buckets.erase(found);
+    }
+}
+
+void CfgSched::Reset()
+{
+    for (auto& bucket : m_buckets) {
+        bucket.second->ResetAll();
+    }
+}
+
+// A tick walks the buckets from the resume key on and, within a bucket, its
+// items in list order: it stops at the bucket's first item that is not
+// list-ready, sends the New items that are ready, and leaves Issued items
+// alone. Visiting every Issued item would cost the whole bucket on every
+// tick, so the bucket is asked instead for the position of its first
+// not-list-ready item (found from one item per readiness group, since the
+// items of a group answer alike) and the tick then goes through the New
+// items in list order up to that position. The items examined, the items
+// sent and the place where the bucket stops are those of the item-by-item
+// walk.
+bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count)
+{
+    const uint64_t stop = bucket.FirstNotReadyOrder();
+    CfgBucket::Entry* entry = bucket.FirstNew();
+    while (entry != nullptr && entry->order < stop) {
+        CfgBucket::Entry* next = bucket.NextNew(entry);
+        CfgItem* item = entry->item;
+        if (!item->CfgListReady()) {
+            break;
+        }
+        ++count;
+        if (item->CfgItemReady()) {
+            TRACE(5, "OnTIMEOUT Sending MIB ACTION\n");
+            item->Send();
+            bucket.SyncState(entry);
+        } else if (item->RemoveOnNotReady()) {
+            bucket.Destroy(entry);
+        }
+        if (count > MAX_NEW_COUNT) {
+            return true;
+        }
+        entry = next;
+    }
+    return false;
+}
+
+void CfgSched::OnTimeout(unsigned int /*interval*/, void* /*context*/)
+{
+    if (m_buckets.empty()) {
+        m_resume_key = kFirstResumeKey;
+        return;
+    }
+    BucketMap::iterator it = m_buckets.find(m_resume_key);
+    if (it == m_buckets.end()) {
+        it = m_buckets.begin();
+    }
+    unsigned int count = 0;
+    while (it != m_buckets.end()) {
+        if (VisitBucket(*it->second, count)) {
+            ++it;
+            m_resume_key = it != m_buckets.end() ? it->first : kFirstResumeKey;
+            return;
+        }
+        if (it->second->Empty()) {
+            delete it->second;
+            it = m_buckets.erase(it);
+        } else {
+            ++it;
+        }
+    }
+    m_resume_key = kFirstResumeKey;
+}
+
+void CfgSched::PrintSummary(DcConsole* console) const
+{
+    if (console == nullptr) {
+        return;
+    }
+    console->Print("Pending Item Buckets: %zu\n", m_buckets.size());
+}
+
+void CfgSched::Print(DcConsole* console) const
+{
+    if (console == nullptr) {
+        return;
+    }
+    for (const auto& bucket : m_buckets) {
+        unsigned int index = 0;
+        bucket.second->ForEachItem([&](CfgItem* item) {
+            console->Print("==== Item %u ====\n", index++);
+            item->PrintItem(console);
+            console->Print("\n");
+        });
+    }
+}
+
+bool CfgSched::AnyInFlight(CfgKey key, unsigned int a, unsigned int b)
+{
+    auto found = m_buckets.find(key);
+    if (found == m_buckets.end()) {
+        return false;
+    }
+    bool inFlight = false;
+    found->second->ForEachItem([&](CfgItem* item) {
+        if (!inFlight && item->IsIssued() && item->IsInFlight(a, b)) {
+            inFlight = true;
+        }
+    });
+    return inFlight;
+}
+
+bool CfgSched::RouteMapInFlight(CfgKey key, unsigned int a, unsigned int b)
+{
+    return AnyInFlight(key, a, b);
+}
+
+bool CfgSched::AggrAddrInFlight(CfgKey key, unsigned int a, unsigned int b)
+{
+    return AnyInFlight(key, a, b);
+}
+
+std::vector<CfgItem*> CfgSched::Items(CfgKey key) const
+{
+    auto found = m_buckets.find(key);
+    if (found == m_buckets.end()) {
+        return {};
+    }
+    return found->second->Items();
+}
+
+}  // namespace Zavrel

@@ -1,0 +1,307 @@
+// DcRouterMgr: instance, VLAN lifecycle, events and the stack bridge.
+#include "routing/DcRouterMgr.h"
+
+#include <new>
+
+#include "console/DcConsoleCommand.h"
+#include "platform/SocketCallback.h"
+#include "platform/Trace.h"
+#include "protocols/DcBgpRouter.h"
+#include "protocols/DcMulticastRouter.h"
+#include "protocols/DcOspfv2Router.h"
+#include "protocols/DcOspfv3Router.h"
+#include "routing/DcRipngRouter.h"
+#include "routing/DcRipv2Router.h"
+#include "routing/DcRouterBase.h"
+#include "rtm/DcRtmMgr.h"
+#include "stackapi/stackapi.h"
+
+namespace Zavrel {
+
+namespace {
+
+// Names of the routers in messages, indexed by ProtocolType.
+const char* const rtrs[DcRouterMgr::PROTOCOL_COUNT] = {"BGP4+", "OSPFv2", "OSPFv3", "RIPv2",
+                                                       "RIPng", "IGMP",   "MLD"};
+
+// Protocol numbers of the multicast routers.
+const int MCAST_IPV4 = 0;
+const int MCAST_IPV6 = 41;
+
+bool IsValidType(int type) {
+    return type >= 0 && type < DcRouterMgr::PROTOCOL_COUNT;
+}
+
+}  // namespace
+
+DcRouterMgr* DcRouterMgr::m_instance = nullptr;
+
+DcRouterIteratorFunc::~DcRouterIteratorFunc() = default;
+
+DcRouterMgr::VlanRouters::~VlanRouters() {
+    for (auto& entry : routers) {
+        delete entry.second;
+    }
+}
+
+DcRouterMgr* DcRouterMgr::GetInstance() {
+    if (m_instance == nullptr) {
+        TRACE(10, "Creating new Instance of Manager\n");
+        m_instance = new (std::nothrow) DcRouterMgr();
+        if (m_instance == nullptr) {
+            TRACE(0, "Error in allocating DcRouterMgr\n");
+        }
+    }
+    return m_instance;
+}
+
+DcRouterMgr::DcRouterMgr() : m_vlan_section("VLAN_CONFIGURATIONS") {
+    TRACE(10, "Creating DcRouterMgr\n");
+    RegisterConsoleHandlers();
+}
+
+DcRouterMgr::~DcRouterMgr() {
+    for (auto& entry : m_vlans) {
+        delete entry.second;
+    }
+}
+
+int DcRouterMgr::Initialize(unsigned short vid, DcIpInterface* ip) {
+    TRACE(10, "Initializing Manager\n");
+    DcRouterBase::Initialize(ip);
+    DcConsoleCommand::m_default_vlan = vid;
+    return m_scheduler.init();
+}
+
+void DcRouterMgr::SckInterfaceInitialize(DcSckInterface* sck) {
+    TRACE(10, "Initializing SckDescriptor\n");
+    DcRouterBase::SocketInitialize(sck);
+}
+
+const char* DcRouterMgr::RouterName(ProtocolType type) {
+    if (!IsValidType(type)) {
+        return "";
+    }
+    return rtrs[type];
+}
+
+unsigned int DcRouterMgr::bitcount(Ip4Addr mask) {
+    unsigned int count = 0;
+    for (uint32_t value = mask.HostOrder(); value != 0; value >>= 1) {
+        count += value & 1u;
+    }
+    return count;
+}
+
+std::pair<DcRouterMgr::VlanMap::iterator, bool> DcRouterMgr::CreateVlan(
+    unsigned short vid, const OptionsNode& node, DclConfigObject::OptionType type) {
+    TRACE(10, "Creating VLAN %u\n", vid);
+    VlanRouters* record = new (std::nothrow) VlanRouters();
+    if (record == nullptr) {
+        return std::make_pair(m_vlans.end(), false);
+    }
+    DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    if (rtm == nullptr || !rtm->UpdateRtmConfig(vid, node, type)) {
+        delete record;
+        return std::make_pair(m_vlans.end(), false);
+    }
+
+    std::map<ProtocolType, DcRouterBase*>& routers = record->routers;
+    routers[BGP] = new (std::nothrow) DcBgpRouter(vid);
+    routers[OSPFv2] = new (std::nothrow) DcOspfv2Router(vid);
+    routers[OSPFv3] = new (std::nothrow) DcOspfv3Router(vid);
+    routers[RIPv2] = new (std::nothrow) DcRipv2Router(vid);
+    routers[RIPng] = new (std::nothrow) DcRipngRouter(vid);
+    routers[IGMP] = new (std::nothrow) DcMulticastRouter(vid, MCAST_IPV4);
+    routers[MLD] = new (std::nothrow) DcMulticastRouter(vid, MCAST_IPV6);
+
+    for (const auto& entry : routers) {
+        if (entry.second == nullptr) {
+            TRACE(0, "Memory allocation failed for %s router\n", RouterName(entry.first));
+            // Roll back: the record's destructor deletes the routers that
+            // were allocated.
+            rtm->DeleteRtmConfig(vid);
+            delete record;
+            return std::make_pair(m_vlans.end(), false);
+        }
+    }
+
+    std::pair<VlanMap::iterator, bool> result = m_vlans.insert(std::make_pair(vid, record));
+    if (!result.second) {
+        if (result.first->second == nullptr) {
+            // The VLAN was only known from an interface status change that
+            // came before it was created: the new record takes its place.
+            result.first->second = record;
+            result.second = true;
+        } else {
+            // The VLAN exists; its record stays and the new one goes.
+            delete record;
+        }
+    }
+    return result;
+}
+
+void DcRouterMgr::DeleteVlan(unsigned short vid) {
+    TRACE(10, "Deleting VLAN %u\n", vid);
+    VlanMap::iterator it = m_vlans.find(vid);
+    if (it == m_vlans.end()) {
+        TRACE(1, "Trying to delete VLAN %u which does not exist\n", vid);
+        return;
+    }
+    DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    if (rtm != nullptr) {
+        rtm->DeleteRtmConfig(vid);
+    }
+    VlanRouters* record = it->second;
+    if (record != nullptr) {
+        while (!record->routers.empty()) {
+            auto first = record->routers.begin();
+            delete first->second;
+            record->routers.erase(first);
+        }
+    }
+    TRACE(10, "Deleting the Routers Map\n");
+    m_vlans.erase(it);
+    delete record;
+    TRACE(10, "Deleted VLAN %u\n", vid);
+}
+
+void DcRouterMgr::JoinNetwork(unsigned short vid, unsigned int ifIndex, bool flag) {
+    VlanMap::iterator it = m_vlans.find(vid);
+    if (it == m_vlans.end() || it->second == nullptr) {
+        TRACE("Connected remote to inet with VLAN %u before loading VLAN options... Skipping\n",
+              vid);
+        return;
+    }
+    auto rit = it->second->routers.find(IGMP);
+    DcMulticastRouter* igmp = nullptr;
+    if (rit != it->second->routers.end()) {
+        igmp = dynamic_cast<DcMulticastRouter*>(rit->second);
+    }
+    if (igmp == nullptr) {
+        TRACE("Cannot find IGMP router\n");
+        return;
+    }
+    if (!igmp->IsEnabled()) {
+        return;
+    }
+    if (igmp->IsEnabled(ifIndex)) {
+        igmp->ConfigureInterface(ifIndex, false);
+    } else {
+        igmp->AddInterface(ifIndex, flag);
+    }
+}
+
+void DcRouterMgr::LeaveNetwork(unsigned short vid, unsigned int ifIndex) {
+    (void)ifIndex;
+    VlanMap::iterator it = m_vlans.find(vid);
+    if (it == m_vlans.end() || it->second == nullptr) {
+        TRACE("Connected remote to inet with VLAN %u before loading VLAN options... Skipping\n",
+              vid);
+        return;
+    }
+    auto rit = it->second->routers.find(IGMP);
+    if (rit == it->second->routers.end() || rit->second == nullptr) {
+        TRACE("Cannot find IGMP router\n");
+        return;
+    }
+    // Leaving a network leaves the multicast interface configured: the
+    // router is only asked whether it runs.
+    (void)rit->second->IsEnabled();
+}
+
+void DcRouterMgr::ProcessIPAddressChange(unsigned short vid, unsigned int ifIndex,
+                                         const Ip4Addr& addr) {
+    TRACE(10, "Updating IP Address Change to Interface %u\n", ifIndex);
+    VlanMap::iterator it = m_vlans.find(vid);
+    if (it == m_vlans.end() || it->second == nullptr) {
+        return;
+    }
+    for (auto& entry : it->second->routers) {
+        entry.second->ProcessIPAddressChange(ifIndex, addr);
+    }
+}
+
+void DcRouterMgr::ProcessInterfaceStatusChange(unsigned short vid, unsigned int ifIndex,
+                                               unsigned short status) {
+    TRACE(10, "Updating Interface Status of Interface %u\n", ifIndex);
+    // An unknown VLAN is entered with a null record, which is not walked.
+    VlanRouters* record = m_vlans[vid];
+    if (record == nullptr) {
+        return;
+    }
+    for (auto& entry : record->routers) {
+        entry.second->ProcessInterfaceStatusChange(ifIndex, status);
+    }
+}
+
+DcRouterBase* DcRouterMgr::GetDcRouterByVID(unsigned short vid, ProtocolType type) {
+    VlanMap::iterator it = m_vlans.find(vid);
+    if (it == m_vlans.end() || it->second == nullptr) {
+        return nullptr;
+    }
+    auto rit = it->second->routers.find(type);
+    if (rit == it->second->routers.end()) {
+        return nullptr;
+    }
+    return rit->second;
+}
+
+DcRouterBase* DcRouterMgr::GetDcRouterByInstanceID(unsigned int instanceId, ProtocolType type) {
+    if (!IsValidType(type)) {
+        TRACE(10, "Invalid protocol type\n");
+        return nullptr;
+    }
+    DcRtmMgr::GetInstance();
+    unsigned short vid = static_cast<unsigned short>(
+        instanceId & ~static_cast<unsigned int>(DcRtmMgr::IP6_INSTANCE_BIT) & 0xFFFFu);
+    return GetDcRouterByVID(vid, type);
+}
+
+void DcRouterMgr::ForEachDcRouter(DcRouterIteratorFunc* f, ProtocolType type) {
+    if (f == nullptr) {
+        return;
+    }
+    for (auto& vlan : m_vlans) {
+        if (vlan.second == nullptr) {
+            continue;
+        }
+        auto rit = vlan.second->routers.find(type);
+        if (rit != vlan.second->routers.end()) {
+            (*f)(rit->second);
+        }
+    }
+}
+
+void DcRouterMgr::SetFiledescriptors(int fd, int arg, int kind) {
+    DcRouterBase::SetSckDescriptor(fd, kind, arg);
+}
+
+void DcRouterMgr::RemoveFiledescriptors(int fd, int arg) {
+    DcRouterBase::RemoveSckDescriptor(fd, arg);
+}
+
+void DcRouterMgr::ChangeMask(int fd, int kind) {
+    DcRouterBase::ChangeWorkMask(fd, kind);
+}
+
+void DcRouterMgr::SocketCallback(int fd, int events) {
+    InvokeCallback(fd, events);
+}
+
+bool DcRouterMgr::GetIPSTracing() const {
+    nbb_os_failures = 0;
+    return nbb_get_ips_tracing() != 0;
+}
+
+void DcRouterMgr::SetIPSFilter(char* filter, unsigned short value) {
+    nbb_os_failures = 0;
+    nbb_set_ips_filter(filter, value);
+}
+
+void DcRouterMgr::TripsControl(bool on) {
+    nbb_os_failures = 0;
+    nbb_trips_control(on ? 1 : 0);
+}
+
+}  // namespace Zavrel

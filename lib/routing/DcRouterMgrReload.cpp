@@ -1,0 +1,133 @@
+// DcRouterMgr: configuration reload.
+//
+// The manager remembers which VLANs each options source configured and which
+// sources configure each VLAN. A source that stops listing a VLAN takes its
+// options from the VLAN with it, and the VLAN goes with its last source.
+#include "routing/DcRouterMgr.h"
+
+#include "platform/Options.h"
+#include "platform/OptionsNode.h"
+#include "platform/Trace.h"
+#include "routing/DcRouterBase.h"
+#include "rtm/DcRtmMgr.h"
+
+namespace Zavrel {
+
+bool DcRouterMgr::Reload(const Options& options, const string& source,
+                         DclConfigObject::OptionType type) {
+    OptionsNode section = options[m_vlan_section];
+    if (section.IsEmpty()) {
+        DeleteOptions(source, type);
+        return true;
+    }
+
+    // The VLANs the source configured before; those it no longer lists are
+    // left in this copy at the end.
+    std::set<unsigned short>& configured = m_source_vlans[source];
+    std::set<unsigned short> unlisted = configured;
+
+    TRACE(10, "Reloading Configuration in all VLANs\n");
+    for (OptionsNodeIterator it = section.begin(); it != section.end(); ++it) {
+        // The iterator hands out a fresh node on every access: keep this one,
+        // which carries the error of the read below.
+        const OptionsNode& entry = *it;
+        unsigned int vidValue = 0;
+        if (!entry.GetLeafValue<unsigned int>(vidValue, "vid", 0u)) {
+            TRACE("Unable to Get VLAN ID:%s\n", entry.Error().c_str());
+            continue;
+        }
+        unsigned short vid = static_cast<unsigned short>(vidValue & 0xFFFFu);
+
+        VlanMap::iterator vlan = m_vlans.find(vid);
+        if (vlan != m_vlans.end() && vlan->second != nullptr) {
+            if (type == DclConfigObject::OPTION_TYPE_VLAN) {
+                DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+                if (rtm != nullptr) {
+                    rtm->UpdateRtmConfig(vid, entry, DclConfigObject::OPTION_TYPE_VLAN);
+                }
+            }
+        } else {
+            if (type != DclConfigObject::OPTION_TYPE_VLAN) {
+                TRACE(
+                    "Loaded Remote %s Options with VLAN %u before loading VLAN options... "
+                    "Skipping\n",
+                    source.c_str(), vid);
+                continue;
+            }
+            std::pair<VlanMap::iterator, bool> created =
+                CreateVlan(vid, entry, DclConfigObject::OPTION_TYPE_VLAN);
+            if (!created.second) {
+                // Not created: the entry is skipped and not recorded.
+                continue;
+            }
+            vlan = created.first;
+        }
+
+        configured.insert(vid);
+        unlisted.erase(vid);
+        VlanRouters* record = vlan->second;
+        record->sources.insert(source);
+
+        for (auto& router : record->routers) {
+            if (type == DclConfigObject::OPTION_TYPE_REMOTE) {
+                // A remote's options apply only to the routers that run.
+                if (router.second->IsEnabled()) {
+                    router.second->Reload(entry, source, DclConfigObject::OPTION_TYPE_REMOTE);
+                }
+            } else {
+                router.second->Reload(entry, source, type);
+            }
+        }
+    }
+
+    for (unsigned short vid : unlisted) {
+        VlanMap::iterator vlan = m_vlans.find(vid);
+        if (vlan == m_vlans.end() || vlan->second == nullptr) {
+            // Deleted since the source listed it: nothing left to remove.
+            continue;
+        }
+        RemoveSourceFromVlan(vid, vlan->second, source, type);
+    }
+    return true;
+}
+
+void DcRouterMgr::DeleteOptions(const string& source, DclConfigObject::OptionType type) {
+    auto found = m_source_vlans.find(source);
+    if (found == m_source_vlans.end()) {
+        return;
+    }
+    // Work on copies: the source's entry is erased at the end, and the
+    // caller's name may refer to it.
+    const string name = source;
+    const std::set<unsigned short> vlans = found->second;
+    for (unsigned short vid : vlans) {
+        VlanMap::iterator vlan = m_vlans.find(vid);
+        if (vlan == m_vlans.end() || vlan->second == nullptr) {
+            TRACE("Invalid VLAN %u Record found for Config File %s\n", vid, name.c_str());
+            continue;
+        }
+        RemoveSourceFromVlan(vid, vlan->second, name, type);
+    }
+    m_source_vlans.erase(name);
+}
+
+void DcRouterMgr::RemoveSourceFromVlan(unsigned short vid, VlanRouters* record,
+                                       const string& source, DclConfigObject::OptionType type) {
+    for (auto& router : record->routers) {
+        router.second->DeleteOptions(source, type);
+    }
+    record->sources.erase(source);
+    if (record->sources.empty()) {
+        DeleteVlan(vid);
+    }
+}
+
+std::set<unsigned short> DcRouterMgr::GetSourceVlans(const string& source) const {
+    auto found = m_source_vlans.find(source);
+    if (found == m_source_vlans.end()) {
+        return std::set<unsigned short>();
+    }
+    return found->second;
+}
+
+}  // namespace Zavrel

@@ -1,0 +1,175 @@
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "cfg/RouteRedistributeItem.h"
+#include "cfg/StaticRouteItem.h"
+#include "mib/MibOid.h"
+#include "mib/Serializer.h"
+#include "routing/DcRouterMgr.h"
+#include "rtm/DcRtmMgr.h"
+#include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/TestEnv.h"
+
+namespace Zavrel {
+namespace {
+
+using test::RecordingStack;
+
+MibOid OidOf(const std::vector<unsigned long>& components)
+{
+    return MibOid(components.data(), components.size());
+}
+
+class RouteRedistributeItemTest : public test::TestEnv {
+protected:
+    void SetUp() override
+    {
+        TestEnv::SetUp();
+        RecordingStack::Instance().Reset();
+    }
+};
+
+TEST_F(RouteRedistributeItemTest, OidComesFromTheStackForInstanceSourceAndDestination)
+{
+    RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 32773, 0);
+    EXPECT_EQ(item.GetOid(), OidOf(RecordingStack::RedistOid(32773, 3, 0x80000)));
+}
+
+TEST_F(RouteRedistributeItemTest, DefaultItemIsZeroButForInstanceOne)
+{
+    RouteRedistributeItem item;
+    EXPECT_EQ(item.RowStatus(), 0);
+    EXPECT_EQ(item.AdminStatus(), 0);
+    EXPECT_EQ(item.Source(), 0);
+    EXPECT_EQ(item.Destination(), 0);
+    EXPECT_EQ(item.Priority(), 0);
+    EXPECT_EQ(item.Instance(), 1ul);
+    EXPECT_EQ(item.Extra(), 0ul);
+    EXPECT_EQ(item.GetActionState(), CfgItem::ACTION_ITEM_NEW);
+}
+
+TEST_F(RouteRedistributeItemTest, SendQueuesARedistActionUnderTheOidAndMarksTheItemIssued)
+{
+    RouteRedistributeItem item(1, 1, 3, 0x80000, 4, 5, 9);
+    item.Send();
+    EXPECT_EQ(DcRouterMgr::GetInstance()->GetSerializer().PendingActionCount(
+                  OidOf(RecordingStack::RedistOid(5, 3, 0x80000))),
+              1u);
+    EXPECT_TRUE(item.IsIssued());
+    EXPECT_TRUE(RecordingStack::Instance().Requests().empty());
+}
+
+TEST_F(RouteRedistributeItemTest, SendToAReadySerializerIssuesTheRowAtOnce)
+{
+    DcRouterMgr::GetInstance()->GetSerializer().RunPendingActions();
+    RouteRedistributeItem item(6, 2, 3, 0xd0000, 4, 32773, 9);
+    item.Send();
+    EXPECT_EQ(RecordingStack::Instance().Requests(),
+              std::vector<std::string>{"sms_act_cipr_redist(6, 2, 3, 851968, 32773, 0)"});
+}
+
+TEST_F(RouteRedistributeItemTest, ListReadyFollowsTheReadyFlagOfTheLow16BitsOfTheInstance)
+{
+    RouteRedistributeItem ipv6(1, 1, 3, 0x80000, 0, 0x8005, 0);
+    RouteRedistributeItem wide(1, 1, 3, 0x80000, 0, 0x18005, 0);
+    EXPECT_FALSE(ipv6.CfgListReady());
+    DcRtmMgr::GetInstance()->SetRtmReady(5);
+    EXPECT_FALSE(ipv6.CfgListReady());
+    DcRtmMgr::GetInstance()->SetRtmReady(0x8005);
+    EXPECT_TRUE(ipv6.CfgListReady());
+    EXPECT_TRUE(wide.CfgListReady());
+}
+
+TEST_F(RouteRedistributeItemTest, ReadinessKeyIsTheLow16BitsOfTheInstance)
+{
+    unsigned long key = 0;
+    EXPECT_TRUE(RouteRedistributeItem(1, 1, 3, 0x80000, 0, 0x18005, 0).GetListReadyKey(key));
+    EXPECT_EQ(key, 0x8005ul);
+}
+
+TEST_F(RouteRedistributeItemTest, ReceivingRouterOfAnIpv4Instance)
+{
+    EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0x80000, 0, 5, 0).ReceivingRouterKind(),
+              DcRouterMgr::RIPv2);
+    EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0xd0000, 0, 5, 0).ReceivingRouterKind(),
+              DcRouterMgr::OSPFv2);
+    EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0x30000, 0, 5, 0).ReceivingRouterKind(),
+              DcRouterMgr::BGP);
+    EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0x80000, 0, 5, 0).ReceivingVlan(), 5);
+}
+
+TEST_F(RouteRedistributeItemTest, Ipv6OspfDestinationAsksForRouterKindTwoOnTheVlanWithoutTheBit)
+{
+    RouteRedistributeItem item(1, 1, 3, 0xd0000, 0, 0x8005, 0);
+    EXPECT_EQ(item.ReceivingRouterKind(), 2);
+    EXPECT_EQ(item.ReceivingVlan(), 5);
+    EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0x80000, 0, 0x8005, 0).ReceivingRouterKind(),
+              DcRouterMgr::RIPng);
+    EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0x10000, 0, 0x8005, 0).ReceivingRouterKind(),
+              DcRouterMgr::BGP);
+}
+
+TEST_F(RouteRedistributeItemTest, ItemIsNotReadyWithoutTheReceivingRouter)
+{
+    RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 77, 0);
+    EXPECT_FALSE(item.CfgItemReady());
+}
+
+TEST_F(RouteRedistributeItemTest, RemoveOnNotReadyWhenTheRtmHoldsExactlyThisInstance)
+{
+    RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 5, 0);
+    RouteRedistributeItem wide(1, 1, 3, 0x80000, 0, 0x10005, 0);
+    EXPECT_FALSE(item.RemoveOnNotReady());
+    DcRtmMgr::GetInstance()->CreateRTMInstance(5, 0, DcRtmMgr::RTMData());
+    EXPECT_TRUE(item.RemoveOnNotReady());
+    EXPECT_FALSE(wide.RemoveOnNotReady());
+}
+
+TEST_F(RouteRedistributeItemTest, PrintsTheProtocolsAndPriorityInHexadecimal)
+{
+    RouteRedistributeItem item(1, 1, 0x30000, 0xd0000, 26, 32773, 0);
+    item.PrintItem(&console);
+    EXPECT_EQ(console.Output(),
+              "RedistItem: Instance(32773) Dest(0xd0000) Src(0x30000) Priority(0x1a) "
+              "RowStatus(Active) AdminStatus(1) ActionState(New) Reason(noError)\n");
+}
+
+TEST_F(RouteRedistributeItemTest, PrintsStateAndReason)
+{
+    RouteRedistributeItem item(6, 2, 3, 0x80000, 0, 5, 0);
+    item.SetActionState(CfgItem::ACTION_ITEM_ISSUED);
+    item.SetReasonCode(19);
+    item.PrintItem(&console);
+    EXPECT_EQ(console.Output(),
+              "RedistItem: Instance(5) Dest(0x80000) Src(0x3) Priority(0x0) RowStatus(Destroy) "
+              "AdminStatus(2) ActionState(Issued) Reason(Unknown)\n");
+}
+
+TEST_F(RouteRedistributeItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus)
+{
+    RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 5, 0);
+    item.GetOid();
+    RouteRedistributeItem same(1, 1, 3, 0x80000, 9, 5, 4);
+    RouteRedistributeItem otherRow(6, 1, 3, 0x80000, 0, 5, 0);
+    RouteRedistributeItem otherAdmin(1, 2, 3, 0x80000, 0, 5, 0);
+    RouteRedistributeItem otherSource(1, 1, 8, 0x80000, 0, 5, 0);
+    EXPECT_FALSE(item.Replace(nullptr));
+    EXPECT_TRUE(item.Replace(static_cast<CfgItem*>(&same)));
+    EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&otherRow)));
+    EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&otherAdmin)));
+    EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&otherSource)));
+}
+
+TEST_F(RouteRedistributeItemTest, ReplaceOfAnItemOfAnotherKindIsFalse)
+{
+    const unsigned char address[4] = {10, 0, 0, 0};
+    RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 5, 0);
+    item.GetOid();
+    StaticRouteItem route(5, 1, 1, 1, address, 8, address, 1, 1, 0x30000, 0);
+    EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&route)));
+}
+
+}  // namespace
+}  // namespace Zavrel

@@ -1,0 +1,447 @@
+#include "routing/DcRouterMgr.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "console/DcConsoleCommand.h"
+#include "platform/Ip4Addr.h"
+#include "platform/Options.h"
+#include "protocols/DcMulticastRouter.h"
+#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcRouterBase.h"
+#include "rtm/DcRtmMgr.h"
+#include "stackapi/stackapi.h"
+#include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/TestEnv.h"
+
+namespace Zavrel {
+namespace {
+
+using test::RecordingStack;
+typedef std::vector<std::string> Lines;
+
+Ip4Addr V4(const char* text) {
+    Ip4Addr addr;
+    EXPECT_TRUE(addr.FromString(text)) << text;
+    return addr;
+}
+
+class RouterMgrTest : public test::TestEnv {
+protected:
+    void SetUp() override {
+        TestEnv::SetUp();
+        stack().Reset();
+        mgr = DcRouterMgr::GetInstance();
+        ASSERT_NE(mgr, nullptr);
+        stack().ClearCalls();
+        trace.Clear();
+    }
+
+    static RecordingStack& stack() { return RecordingStack::Instance(); }
+
+    bool Create(unsigned short vid) {
+        Options options;
+        return mgr->CreateVlan(vid, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second;
+    }
+
+    size_t IndexOf(const std::string& text) const {
+        const Lines lines = trace.Texts();
+        for (size_t i = 0; i < lines.size(); ++i) {
+            if (lines[i] == text) {
+                return i;
+            }
+        }
+        ADD_FAILURE() << "no trace " << text;
+        return lines.size();
+    }
+
+    DcRouterMgr* mgr = nullptr;
+};
+
+// Records the VLAN and name of every router it is called with.
+class Collector : public DcRouterIteratorFunc {
+public:
+    void operator()(DcRouterBase* router) override {
+        seen.push_back(std::to_string(router->GetVlan()) + ":" + router->GetName().c_str());
+    }
+    Lines seen;
+};
+
+// ---- instance
+
+TEST(RouterMgrInstanceTest, FirstUseCreatesTheManagerWithItsPartsInOrder) {
+    CapturingTraceSink trace;
+    TraceSink* previous = SetTraceSink(&trace);
+    DcRouterMgr* mgr = DcRouterMgr::GetInstance();
+    SetTraceSink(previous);
+
+    ASSERT_NE(mgr, nullptr);
+    const Lines lines = trace.Texts(10);
+    ASSERT_GE(lines.size(), 3u);
+    EXPECT_EQ(lines.front(), "Creating new Instance of Manager\n");
+    EXPECT_EQ(lines[1], "Creating DC Scheduler\n");
+    EXPECT_EQ(lines.back(), "Creating DcRouterMgr\n");
+}
+
+TEST_F(RouterMgrTest, GetInstanceReturnsTheSameManagerWithoutCreatingAgain) {
+    EXPECT_EQ(DcRouterMgr::GetInstance(), mgr);
+    EXPECT_TRUE(trace.Lines().empty());
+}
+
+TEST_F(RouterMgrTest, RouterNamesFollowTheProtocolTypes) {
+    EXPECT_STREQ(DcRouterMgr::RouterName(DcRouterMgr::BGP), "BGP4+");
+    EXPECT_STREQ(DcRouterMgr::RouterName(DcRouterMgr::OSPFv2), "OSPFv2");
+    EXPECT_STREQ(DcRouterMgr::RouterName(DcRouterMgr::OSPFv3), "OSPFv3");
+    EXPECT_STREQ(DcRouterMgr::RouterName(DcRouterMgr::RIPv2), "RIPv2");
+    EXPECT_STREQ(DcRouterMgr::RouterName(DcRouterMgr::RIPng), "RIPng");
+    EXPECT_STREQ(DcRouterMgr::RouterName(DcRouterMgr::IGMP), "IGMP");
+    EXPECT_STREQ(DcRouterMgr::RouterName(DcRouterMgr::MLD), "MLD");
+}
+
+TEST_F(RouterMgrTest, BitcountCountsTheSetBitsOfAMask) {
+    EXPECT_EQ(DcRouterMgr::bitcount(V4("255.255.255.0")), 24u);
+    EXPECT_EQ(DcRouterMgr::bitcount(V4("0.0.0.0")), 0u);
+    EXPECT_EQ(DcRouterMgr::bitcount(V4("255.255.255.255")), 32u);
+    EXPECT_EQ(DcRouterMgr::bitcount(V4("255.0.255.0")), 16u);
+    EXPECT_EQ(DcRouterMgr::bitcount(V4("0.0.0.1")), 1u);
+}
+
+// ---- start-up
+
+TEST_F(RouterMgrTest, InitializeSetsTheConsoleVlanAndStartsTheStack) {
+    stack().SetResult("smsi_init", 7);
+    EXPECT_EQ(mgr->Initialize(12, nullptr), 7);
+    EXPECT_EQ(DcConsoleCommand::m_default_vlan, 12);
+    EXPECT_EQ(stack().Calls(),
+              Lines{"smsi_init(\"ripv2 ripng bgp ospf ospfv3 igmp pim\")"});
+    EXPECT_EQ(trace.Texts(10), (Lines{"Initializing Manager\n", "Starting Metaswitch\n"}));
+    EXPECT_FALSE(loop.HasArmedTimers());
+}
+
+TEST_F(RouterMgrTest, SckInterfaceInitializeIsLogged) {
+    mgr->SckInterfaceInitialize(nullptr);
+    EXPECT_EQ(trace.Texts(10), Lines{"Initializing SckDescriptor\n"});
+}
+
+// ---- VLAN lifecycle
+
+TEST_F(RouterMgrTest, CreateVlanMakesBothRtmInstancesAndSevenRouters) {
+    ASSERT_TRUE(Create(5));
+
+    EXPECT_EQ(stack().Requests(),
+              (Lines{"sms_cipr_start(5, {inst=0 rs=0 as=0 ospf_int=40 ospf_ext=110 ebgp=20 "
+                     "ibgp=200 rip=120 dead=60 af=1})",
+                     "sms_cipr_start(32773, {inst=0 rs=0 as=0 ospf_int=40 ospf_ext=110 ebgp=20 "
+                     "ibgp=200 rip=120 dead=60 af=2})"}));
+    EXPECT_EQ(trace.Texts(10).front(), "Creating VLAN 5\n");
+    ASSERT_EQ(mgr->GetVlans().count(5), 1u);
+    const DcRouterMgr::VlanRouters* record = mgr->GetVlans().at(5);
+    ASSERT_NE(record, nullptr);
+    ASSERT_EQ(record->routers.size(), 7u);
+    int expectedType = 0;
+    for (const auto& entry : record->routers) {
+        EXPECT_EQ(entry.first, expectedType++);
+        ASSERT_NE(entry.second, nullptr);
+        EXPECT_EQ(entry.second->GetVlan(), 5);
+    }
+    EXPECT_TRUE(record->sources.empty());
+}
+
+TEST_F(RouterMgrTest, CreatedRoutersCarryTheirProtocolNames) {
+    ASSERT_TRUE(Create(5));
+    EXPECT_EQ(mgr->GetDcRouterByVID(5, DcRouterMgr::OSPFv3)->GetName(), "OSPFV3");
+    EXPECT_EQ(mgr->GetDcRouterByVID(5, DcRouterMgr::RIPv2)->GetName(), "RIPV2");
+    EXPECT_EQ(mgr->GetDcRouterByVID(5, DcRouterMgr::RIPng)->GetName(), "RIPNG");
+}
+
+TEST_F(RouterMgrTest, CreateVlanForAnExistingVlanKeepsTheFirstRecord) {
+    ASSERT_TRUE(Create(5));
+    DcRouterBase* bgp = mgr->GetDcRouterByVID(5, DcRouterMgr::BGP);
+    const DcRouterMgr::VlanRouters* record = mgr->GetVlans().at(5);
+
+    Options options;
+    auto result = mgr->CreateVlan(5, options.Root(), DclConfigObject::OPTION_TYPE_VLAN);
+
+    EXPECT_FALSE(result.second);
+    ASSERT_NE(result.first, mgr->GetVlans().end());
+    EXPECT_EQ(result.first->second, record);
+    EXPECT_EQ(mgr->GetDcRouterByVID(5, DcRouterMgr::BGP), bgp);
+}
+
+TEST_F(RouterMgrTest, CreateVlanTakesItsRtmSettingsFromTheOptions) {
+    Options options;
+    ASSERT_TRUE(options.LoadFromText(
+        string("{\"RTM\": {\"dead_rpm_timer\": 90, \"ADMIN_DISTANCE\": {\"ripv2\": 80}}}")));
+    ASSERT_TRUE(mgr->CreateVlan(8, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second);
+    EXPECT_EQ(stack().Requests().front(),
+              "sms_cipr_start(8, {inst=0 rs=0 as=0 ospf_int=0 ospf_ext=0 ebgp=0 ibgp=0 rip=80 "
+              "dead=90 af=1})");
+}
+
+TEST_F(RouterMgrTest, DeleteVlanDeletesTheRtmInstancesFirstThenTheRouters) {
+    ASSERT_TRUE(Create(5));
+    stack().ClearCalls();
+    trace.Clear();
+
+    mgr->DeleteVlan(5);
+
+    EXPECT_EQ(stack().Requests(),
+              (Lines{"sms_cipr_action(5, 2080)", "sms_cipr_action(32773, 2080)"}));
+    EXPECT_EQ(trace.Texts(10).front(), "Deleting VLAN 5\n");
+    EXPECT_LT(IndexOf("Deleting RTM Instance 32773\n"), IndexOf("Deleting the Routers Map\n"));
+    EXPECT_EQ(trace.Texts(10).back(), "Deleted VLAN 5\n");
+    EXPECT_EQ(mgr->GetVlans().count(5), 0u);
+    EXPECT_EQ(mgr->GetDcRouterByVID(5, DcRouterMgr::BGP), nullptr);
+}
+
+TEST_F(RouterMgrTest, DeleteOfAnUnknownVlanLogsAWarningAndChangesNothing) {
+    ASSERT_TRUE(Create(5));
+    stack().ClearCalls();
+    trace.Clear();
+
+    mgr->DeleteVlan(9);
+
+    EXPECT_EQ(trace.Texts(1), Lines{"Trying to delete VLAN 9 which does not exist\n"});
+    EXPECT_EQ(trace.Texts(10), Lines{"Deleting VLAN 9\n"});
+    EXPECT_TRUE(stack().Calls().empty());
+    EXPECT_EQ(mgr->GetVlans().size(), 1u);
+}
+
+// ---- lookups
+
+TEST_F(RouterMgrTest, RouterByVidOfAnUnknownVlanIsNull) {
+    EXPECT_EQ(mgr->GetDcRouterByVID(5, DcRouterMgr::BGP), nullptr);
+}
+
+TEST_F(RouterMgrTest, RouterByInstanceIdIgnoresTheIpv6Bit) {
+    ASSERT_TRUE(Create(5));
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        DcRouterBase* router = mgr->GetDcRouterByVID(5, t);
+        ASSERT_NE(router, nullptr);
+        EXPECT_EQ(mgr->GetDcRouterByInstanceID(5, t), router);
+        EXPECT_EQ(mgr->GetDcRouterByInstanceID(5 | DcRtmMgr::IP6_INSTANCE_BIT, t), router);
+    }
+    EXPECT_EQ(mgr->GetDcRouterByInstanceID(0x10005, DcRouterMgr::BGP),
+              mgr->GetDcRouterByVID(5, DcRouterMgr::BGP));
+}
+
+TEST_F(RouterMgrTest, RouterByInstanceIdWithAnInvalidTypeIsNull) {
+    ASSERT_TRUE(Create(5));
+    trace.Clear();
+    EXPECT_EQ(mgr->GetDcRouterByInstanceID(5, static_cast<DcRouterMgr::ProtocolType>(7)),
+              nullptr);
+    EXPECT_EQ(mgr->GetDcRouterByInstanceID(5, static_cast<DcRouterMgr::ProtocolType>(-1)),
+              nullptr);
+    EXPECT_EQ(trace.Texts(10),
+              (Lines{"Invalid protocol type\n", "Invalid protocol type\n"}));
+}
+
+TEST_F(RouterMgrTest, ForEachWithoutAVisitorDoesNothing) {
+    ASSERT_TRUE(Create(5));
+    trace.Clear();
+    mgr->ForEachDcRouter(nullptr, DcRouterMgr::BGP);
+    EXPECT_TRUE(trace.Lines().empty());
+}
+
+TEST_F(RouterMgrTest, ForEachVisitsOneRouterPerVlanInAscendingOrder) {
+    ASSERT_TRUE(Create(30));
+    ASSERT_TRUE(Create(7));
+    ASSERT_TRUE(Create(12));
+    Collector collector;
+    mgr->ForEachDcRouter(&collector, DcRouterMgr::RIPng);
+    EXPECT_EQ(collector.seen, (Lines{"7:RIPNG", "12:RIPNG", "30:RIPNG"}));
+}
+
+// ---- events
+
+TEST_F(RouterMgrTest, StatusChangeOfAnUnknownVlanLeavesAnEmptyRecordThatLookupsSkip) {
+    ASSERT_TRUE(Create(5));
+    trace.Clear();
+
+    mgr->ProcessInterfaceStatusChange(9, 3, 1);
+
+    EXPECT_EQ(trace.Texts(10), Lines{"Updating Interface Status of Interface 3\n"});
+    ASSERT_EQ(mgr->GetVlans().count(9), 1u);
+    EXPECT_EQ(mgr->GetVlans().at(9), nullptr);
+    EXPECT_EQ(mgr->GetDcRouterByVID(9, DcRouterMgr::BGP), nullptr);
+    EXPECT_EQ(mgr->GetDcRouterByInstanceID(9, DcRouterMgr::BGP), nullptr);
+    Collector collector;
+    mgr->ForEachDcRouter(&collector, DcRouterMgr::RIPv2);
+    EXPECT_EQ(collector.seen, Lines{"5:RIPV2"});
+}
+
+TEST_F(RouterMgrTest, CreatingAVlanKnownOnlyFromAStatusChangeFillsItsRecord) {
+    mgr->ProcessInterfaceStatusChange(9, 3, 1);
+    ASSERT_TRUE(Create(9));
+    ASSERT_NE(mgr->GetVlans().at(9), nullptr);
+    EXPECT_NE(mgr->GetDcRouterByVID(9, DcRouterMgr::BGP), nullptr);
+}
+
+TEST_F(RouterMgrTest, DeletingAVlanKnownOnlyFromAStatusChangeRemovesItsEntry) {
+    mgr->ProcessInterfaceStatusChange(9, 3, 1);
+    stack().ClearCalls();
+    mgr->DeleteVlan(9);
+    EXPECT_EQ(mgr->GetVlans().count(9), 0u);
+    EXPECT_EQ(stack().Requests(),
+              (Lines{"sms_cipr_action(9, 2080)", "sms_cipr_action(32777, 2080)"}));
+}
+
+TEST_F(RouterMgrTest, AddressChangeOfAnUnknownVlanIsIgnored) {
+    mgr->ProcessIPAddressChange(9, 3, V4("10.0.0.1"));
+    EXPECT_EQ(trace.Texts(10), Lines{"Updating IP Address Change to Interface 3\n"});
+    EXPECT_TRUE(mgr->GetVlans().empty());
+}
+
+TEST_F(RouterMgrTest, JoinNetworkBeforeTheVlanExistsIsSkipped) {
+    mgr->JoinNetwork(4, 10, true);
+    EXPECT_EQ(trace.Texts(0),
+              Lines{"Connected remote to inet with VLAN 4 before loading VLAN options... "
+                    "Skipping\n"});
+    EXPECT_TRUE(stack().Calls().empty());
+}
+
+TEST_F(RouterMgrTest, LeaveNetworkBeforeTheVlanExistsIsSkippedWithTheSameMessage) {
+    mgr->LeaveNetwork(4, 10);
+    EXPECT_EQ(trace.Texts(0),
+              Lines{"Connected remote to inet with VLAN 4 before loading VLAN options... "
+                    "Skipping\n"});
+}
+
+TEST_F(RouterMgrTest, StatusChangeReachesEveryRouterOfTheVlan) {
+    ASSERT_TRUE(Create(5));
+    ASSERT_TRUE(Create(6));
+
+    mgr->ProcessInterfaceStatusChange(5, 3, 2);
+
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        EXPECT_TRUE(mgr->GetDcRouterByVID(5, t)->IsEnabled(3)) << type;
+        EXPECT_FALSE(mgr->GetDcRouterByVID(6, t)->IsEnabled(3)) << type;
+    }
+    mgr->ProcessInterfaceStatusChange(5, 3, 0);
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        EXPECT_FALSE(mgr->GetDcRouterByVID(5, t)->IsEnabled(3)) << type;
+    }
+}
+
+TEST_F(RouterMgrTest, AddressChangeReachesEveryRouterOfTheVlan) {
+    ASSERT_TRUE(Create(5));
+    ASSERT_TRUE(Create(6));
+    trace.Clear();
+
+    mgr->ProcessIPAddressChange(5, 3, V4("10.0.0.1"));
+
+    EXPECT_EQ(trace.Texts(10), Lines{"Updating IP Address Change to Interface 3\n"});
+    for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
+        DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
+        DcProtoInterfaceBase* proto = mgr->GetDcRouterByVID(5, t)->GetInterface();
+        ASSERT_NE(proto, nullptr) << type;
+        ASSERT_EQ(proto->GetAddresses().count(3), 1u) << type;
+        EXPECT_EQ(proto->GetAddresses().at(3), V4("10.0.0.1")) << type;
+        EXPECT_TRUE(mgr->GetDcRouterByVID(6, t)->GetInterface()->GetAddresses().empty());
+    }
+}
+
+// ---- multicast membership
+
+class RouterMgrMulticastTest : public RouterMgrTest {
+protected:
+    // VLAN 5 with its IGMP router enabled or not.
+    void CreateVlanWithIgmp(bool enabled) {
+        Options options;
+        ASSERT_TRUE(options.LoadFromText(string(
+            enabled ? "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"IGMP\": {\"enabled\": true}}]}"
+                    : "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}")));
+        mgr->Reload(options, "vlans.json", DclConfigObject::OPTION_TYPE_VLAN);
+        igmp = dynamic_cast<DcMulticastRouter*>(mgr->GetDcRouterByVID(5, DcRouterMgr::IGMP));
+        ASSERT_NE(igmp, nullptr);
+        ASSERT_EQ(igmp->IsEnabled(), enabled);
+        trace.Clear();
+    }
+
+    DcMulticastRouter* igmp = nullptr;
+};
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkAddsTheInterfaceToTheEnabledIgmpRouter) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, true);
+    EXPECT_TRUE(igmp->IsMulticastInterface(10));
+    EXPECT_TRUE(igmp->IsQuerier(10));
+    EXPECT_TRUE(igmp->IsEnabled(10));
+}
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkOnAKnownInterfaceMakesItANonQuerier) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, true);
+    mgr->JoinNetwork(5, 10, true);
+    EXPECT_TRUE(igmp->IsMulticastInterface(10));
+    EXPECT_FALSE(igmp->IsQuerier(10));
+}
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkLeavesADisabledIgmpRouterAlone) {
+    CreateVlanWithIgmp(false);
+    mgr->JoinNetwork(5, 10, true);
+    EXPECT_FALSE(igmp->IsMulticastInterface(10));
+    EXPECT_FALSE(igmp->IsEnabled(10));
+    EXPECT_TRUE(trace.Texts(0).empty());
+}
+
+TEST_F(RouterMgrMulticastTest, JoinNetworkDoesNotTouchTheMldRouter) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, false);
+    EXPECT_FALSE(mgr->GetDcRouterByVID(5, DcRouterMgr::MLD)->IsEnabled(10));
+    EXPECT_FALSE(igmp->IsQuerier(10));
+}
+
+TEST_F(RouterMgrMulticastTest, LeaveNetworkLeavesTheMulticastInterfaceConfigured) {
+    CreateVlanWithIgmp(true);
+    mgr->JoinNetwork(5, 10, true);
+    stack().ClearCalls();
+
+    mgr->LeaveNetwork(5, 10);
+
+    EXPECT_TRUE(igmp->IsMulticastInterface(10));
+    EXPECT_TRUE(igmp->IsQuerier(10));
+    EXPECT_TRUE(igmp->IsEnabled(10));
+    EXPECT_TRUE(stack().Calls().empty());
+    EXPECT_TRUE(trace.Lines().empty());
+}
+
+TEST_F(RouterMgrMulticastTest, LeaveNetworkOfAVlanKnownOnlyFromAStatusChangeIsSkipped) {
+    mgr->ProcessInterfaceStatusChange(4, 1, 2);
+    trace.Clear();
+    mgr->LeaveNetwork(4, 10);
+    mgr->JoinNetwork(4, 10, true);
+    EXPECT_EQ(trace.Texts(0),
+              (Lines{"Connected remote to inet with VLAN 4 before loading VLAN options... "
+                     "Skipping\n",
+                     "Connected remote to inet with VLAN 4 before loading VLAN options... "
+                     "Skipping\n"}));
+}
+
+// ---- IPS tracing controls
+
+TEST_F(RouterMgrTest, IpsTracingControlsResetTheStackFailureCounter) {
+    nbb_os_failures = 9;
+    stack().ipsTracing = 1;
+    EXPECT_TRUE(mgr->GetIPSTracing());
+    EXPECT_EQ(nbb_os_failures, 0ul);
+
+    nbb_os_failures = 9;
+    char filter[] = "12,13";
+    mgr->SetIPSFilter(filter, 5);
+    EXPECT_EQ(nbb_os_failures, 0ul);
+    EXPECT_EQ(stack().ipsFilters, Lines{"12,13/5"});
+
+    nbb_os_failures = 9;
+    mgr->TripsControl(false);
+    EXPECT_EQ(nbb_os_failures, 0ul);
+    EXPECT_FALSE(mgr->GetIPSTracing());
+}
+
+}  // namespace
+}  // namespace Zavrel
