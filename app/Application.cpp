@@ -95,6 +95,7 @@ bool Application::Start()
         m_settler->SetProgressStream(stderr);
     }
     m_interpreter = std::make_unique<CommandInterpreter>(*m_console, *m_driver, m_stack);
+    m_interpreter->SetEcho(m_options.echo);
 
     // Start-up order: the manager, its socket registry, the interface
     // manager, then the stack itself.
@@ -159,14 +160,15 @@ bool Application::RunLine(const std::string& line, LineSource& source)
 {
     std::vector<std::string> words;
     std::string error;
-    if (!Words::Split(line, words, error)) {
-        return Fail(source.Where(), error);
-    }
-    if (words.empty()) {
+    const bool split = Words::Split(line, words, error);
+    if (split && words.empty()) {
         return true;
     }
-    if (m_options.echo) {
+    if (m_interpreter->IsEcho()) {
         printf("%s%s\n", Prompt().c_str(), line.c_str());
+    }
+    if (!split) {
+        return Fail(source.Where(), error);
     }
     const CommandInterpreter::Result result = m_interpreter->Execute(words, source.BaseDir());
     bool keepGoing = true;

@@ -66,6 +66,8 @@ const std::vector<CommandInterpreter::Command>& CommandInterpreter::Commands()
          "list the stack's IPv4 interfaces of a VLAN"},
         {"interfaces6", &CommandInterpreter::Interfaces6, "interfaces6 [<vid>]",
          "list the stack's IPv6 interfaces of a VLAN"},
+        {"echo", &CommandInterpreter::Echo, "echo on|off",
+         "print each following command after the prompt before running it (as --echo)"},
         {"help", &CommandInterpreter::Help, "help [<command>]", "list the commands, or show one"},
         {"quit", &CommandInterpreter::Quit, "quit", "leave the application"},
     };
@@ -85,19 +87,85 @@ const CommandInterpreter::Command* CommandInterpreter::FindCommand(const std::st
     return nullptr;
 }
 
-std::string CommandInterpreter::UsageOf(const char* name)
+namespace {
+
+// The lines of a multi-line usage text.
+std::vector<std::string> Lines(const std::string& text)
+{
+    std::vector<std::string> lines;
+    size_t start = 0;
+    for (;;) {
+        const size_t end = text.find('\n', start);
+        lines.push_back(text.substr(start, end - start));
+        if (end == std::string::npos) {
+            return lines;
+        }
+        start = end + 1;
+    }
+}
+
+// The alternatives of the second word of a usage line ("add|del" gives
+// both), empty when the line has no second word.
+std::vector<std::string> Verbs(const std::string& line)
+{
+    std::vector<std::string> verbs;
+    const size_t first = line.find(' ');
+    if (first == std::string::npos) {
+        return verbs;
+    }
+    const size_t second = line.find(' ', first + 1);
+    const std::string word = line.substr(first + 1, second == std::string::npos
+                                                        ? std::string::npos
+                                                        : second - first - 1);
+    if (word.empty() || word[0] == '<' || word[0] == '[') {
+        return verbs;
+    }
+    size_t start = 0;
+    for (;;) {
+        const size_t bar = word.find('|', start);
+        verbs.push_back(word.substr(start, bar - start));
+        if (bar == std::string::npos) {
+            return verbs;
+        }
+        start = bar + 1;
+    }
+}
+
+}  // namespace
+
+std::string CommandInterpreter::UsageOf(const char* name, const std::string& verb)
 {
     const Command* command = FindCommand(name);
     if (command == nullptr) {
         return std::string();
     }
-    std::string usage = command->usage;
-    // Several forms: name them all on one line.
-    for (size_t pos = 0; (pos = usage.find('\n', pos)) != std::string::npos;) {
-        usage.replace(pos, 1, " | ");
-        pos += 3;
+    std::string usage;
+    std::string all;
+    for (const std::string& line : Lines(command->usage)) {
+        all += all.empty() ? line : " | " + line;
+        for (const std::string& candidate : Verbs(line)) {
+            if (!verb.empty() && Words::Is(verb, candidate.c_str())) {
+                usage += usage.empty() ? line : " | " + line;
+                break;
+            }
+        }
     }
-    return "usage: " + usage;
+    return "usage: " + (usage.empty() ? all : usage);
+}
+
+std::string CommandInterpreter::SubCommandsOf(const char* name)
+{
+    const Command* command = FindCommand(name);
+    std::string list;
+    if (command == nullptr) {
+        return list;
+    }
+    for (const std::string& line : Lines(command->usage)) {
+        for (const std::string& verb : Verbs(line)) {
+            list += list.empty() ? verb : ", " + verb;
+        }
+    }
+    return "(" + list + "; see 'help " + name + "')";
 }
 
 CommandInterpreter::Result CommandInterpreter::Execute(const std::vector<std::string>& words,
@@ -234,6 +302,15 @@ CommandInterpreter::Result CommandInterpreter::Quit(const Args& args)
     Result result = Result::Local();
     result.status = Result::QUIT;
     return result;
+}
+
+CommandInterpreter::Result CommandInterpreter::Echo(const Args& args)
+{
+    if (args.Count() != 2 || !(Words::Is(args[1], "on") || Words::Is(args[1], "off"))) {
+        return Result::Fail("echo: " + UsageOf("echo"));
+    }
+    m_echo = Words::Is(args[1], "on");
+    return Result::Local();
 }
 
 CommandInterpreter::Result CommandInterpreter::Registered(const Args& args)

@@ -51,6 +51,10 @@ public:
     // baseDir: the directory relative file names are taken from.
     Result Execute(const std::vector<std::string>& words, const std::string& baseDir);
 
+    // Whether each command is printed, after the prompt, before it runs.
+    bool IsEcho() const { return m_echo; }
+    void SetEcho(bool echo) { m_echo = echo; }
+
 private:
     struct Args {
         const std::vector<std::string>& words;
@@ -73,6 +77,7 @@ private:
     Result Vlan(const Args& args);
     Result Run(const Args& args);
     Result Quit(const Args& args);
+    Result Echo(const Args& args);
     Result Registered(const Args& args);
     // CommandInterpreterConfig.cpp
     Result Load(const Args& args);
@@ -103,12 +108,16 @@ private:
     static bool ReadVlan(const Args& args, size_t index, unsigned short& vlan, std::string& error);
     static bool ReadUnsigned(const Args& args, size_t index, const char* what, unsigned int& value,
                              std::string& error);
-    static std::string UsageOf(const char* name);
+    // "usage: ..." of a command, only its forms for verb when given.
+    static std::string UsageOf(const char* name, const std::string& verb = std::string());
+    // "(add, up, down, ...; see 'help name')": the sub-commands of a command.
+    static std::string SubCommandsOf(const char* name);
     Result WaitForEnd();
 
     StdoutConsole& m_console;
     LoopDriver& m_driver;
     StackControl& m_stack;
+    bool m_echo = false;
 };
 
 }  // namespace Zavrel

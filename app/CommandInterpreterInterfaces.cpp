@@ -27,7 +27,7 @@ bool VlanExists(DcRouterMgr* manager, unsigned short vlan)
 CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
 {
     if (args.Count() < 2) {
-        return Result::Fail("interface: missing sub-command; " + UsageOf("interface"));
+        return Result::Fail("interface: missing sub-command " + SubCommandsOf("interface"));
     }
     const std::string& verb = args[1];
     if (Words::Is(verb, "add")) {
@@ -56,8 +56,8 @@ CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
     const bool down = Words::Is(verb, "down");
     const bool remove = Words::Is(verb, "remove");
     if (!up && !down && !remove) {
-        return Result::Fail("interface: unknown sub-command '" + verb + "'; " +
-                            UsageOf("interface"));
+        return Result::Fail("interface: unknown sub-command '" + verb + "' " +
+                            SubCommandsOf("interface"));
     }
     const std::string prefix = "interface " + verb + ": ";
     unsigned int ifIndex = 0;
@@ -128,7 +128,7 @@ CommandInterpreter::Result CommandInterpreter::InterfaceAdd(const Args& args)
             seen = &seenExtra;
         } else {
             return Result::Fail("interface add: unexpected '" + word + "'; " +
-                                UsageOf("interface"));
+                                UsageOf("interface", "add"));
         }
         if (*seen) {
             return Result::Fail("interface add: '" + word + "' given twice");
@@ -156,14 +156,14 @@ CommandInterpreter::Result CommandInterpreter::InterfaceAdd(const Args& args)
 CommandInterpreter::Result CommandInterpreter::Address(const Args& args)
 {
     if (args.Count() < 2) {
-        return Result::Fail("address: missing sub-command; " + UsageOf("address"));
+        return Result::Fail("address: missing sub-command " + SubCommandsOf("address"));
     }
     const std::string& verb = args[1];
     const bool add = Words::Is(verb, "add");
     const bool del = Words::Is(verb, "del") || Words::Is(verb, "delete");
     const bool change = Words::Is(verb, "change");
     if (!add && !del && !change) {
-        return Result::Fail("address: unknown sub-command '" + verb + "'; " + UsageOf("address"));
+        return Result::Fail("address: unknown sub-command '" + verb + "' " + SubCommandsOf("address"));
     }
     const std::string prefix = "address " + verb + ": ";
     std::string error;

@@ -18,7 +18,7 @@ constexpr long ADMIN_DOWN = 2;
 CommandInterpreter::Result CommandInterpreter::Route(const Args& args)
 {
     if (args.Count() < 2) {
-        return Result::Fail("route: missing sub-command; " + UsageOf("route"));
+        return Result::Fail("route: missing sub-command " + SubCommandsOf("route"));
     }
     const std::string& verb = args[1];
     enum { ADD, REMOVE, ENABLE, DISABLE } action;
@@ -31,7 +31,7 @@ CommandInterpreter::Result CommandInterpreter::Route(const Args& args)
     } else if (Words::Is(verb, "disable")) {
         action = DISABLE;
     } else {
-        return Result::Fail("route: unknown sub-command '" + verb + "'; " + UsageOf("route"));
+        return Result::Fail("route: unknown sub-command '" + verb + "' " + SubCommandsOf("route"));
     }
     const std::string prefix = "route " + verb + ": ";
     std::string error;
@@ -70,7 +70,7 @@ CommandInterpreter::Result CommandInterpreter::Route(const Args& args)
         const bool addOnly = Words::Is(word, "metric") || Words::Is(word, "type") ||
                              Words::Is(word, "admin");
         if (!isIfIndex && !(addOnly && action == ADD)) {
-            return Result::Fail(prefix + "unexpected '" + word + "'; " + UsageOf("route"));
+            return Result::Fail(prefix + "unexpected '" + word + "'; " + UsageOf("route", verb));
         }
         bool& seen = isIfIndex ? seenIfIndex
                      : Words::Is(word, "metric") ? seenMetric

@@ -29,14 +29,14 @@ CommandInterpreter::Result CommandInterpreter::IpHandlers(const Args& args, bool
     if (args.Count() < 2) {
         m_console.Print("Usage: %s <word> ...\n", name);
         for (const auto& entry : handlers) {
-            m_console.Print("  %-10s %s\n", entry.first.c_str(), entry.second.m_help.c_str());
+            m_console.Print("  %-10s %s\n", entry.first.c_str(), entry.second.GetHelp().c_str());
         }
         return Result::Local();
     }
     for (const auto& entry : handlers) {
         if (Words::Is(args[1], entry.first.c_str())) {
             ArgVector argv(args.words, 1);
-            entry.second.m_handler(nullptr, &m_console, argv.Argc(), argv.Argv());
+            entry.second.Run(nullptr, &m_console, argv.Argc(), argv.Argv());
             return Result::Ok();
         }
     }

@@ -6,7 +6,7 @@ namespace Zavrel {
 CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
 {
     if (args.Count() < 2) {
-        return Result::Fail("stack: missing sub-command; " + UsageOf("stack"));
+        return Result::Fail("stack: missing sub-command " + SubCommandsOf("stack"));
     }
     const std::string& verb = args[1];
     if (Words::Is(verb, "status")) {
@@ -42,7 +42,7 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
         const std::string prefix = "stack fail: ";
         unsigned int count = 0;
         if (!ReadUnsigned(args, 2, "count", count, error)) {
-            return Result::Fail(prefix + error + "; " + UsageOf("stack"));
+            return Result::Fail(prefix + error + "; " + UsageOf("stack", "fail"));
         }
         if (args.Count() < 4) {
             return Result::Fail(prefix + "missing route|redist|interface|address");
@@ -74,7 +74,7 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
         m_stack.Fail(count, kind, code);
         return Result::Local();
     }
-    return Result::Fail("stack: unknown sub-command '" + verb + "'; " + UsageOf("stack"));
+    return Result::Fail("stack: unknown sub-command '" + verb + "' " + SubCommandsOf("stack"));
 }
 
 CommandInterpreter::Result CommandInterpreter::StackRoute(const Args& args)
@@ -129,7 +129,7 @@ CommandInterpreter::Result CommandInterpreter::StackRoute(const Args& args)
         const bool isIfIndex = Words::Is(word, "ifindex");
         const bool isMetric = learn && Words::Is(word, "metric");
         if (!isIfIndex && !isMetric) {
-            return Result::Fail(prefix + "unexpected '" + word + "'; " + UsageOf("stack"));
+            return Result::Fail(prefix + "unexpected '" + word + "'; " + UsageOf("stack", args[1]));
         }
         bool& seen = isIfIndex ? seenIfIndex : seenMetric;
         if (seen) {
