@@ -94,7 +94,7 @@ bool Application::Start()
     if (isatty(STDERR_FILENO)) {
         m_settler->SetProgressStream(stderr);
     }
-    m_interpreter = std::make_unique<CommandInterpreter>(*m_console, *m_driver, m_stack);
+    m_interpreter = std::make_unique<CommandInterpreter>(*m_console, *m_driver, m_stack, *m_sockets);
     m_interpreter->SetEcho(m_options.echo);
 
     // Start-up order: the manager, its socket registry, the interface
@@ -165,7 +165,10 @@ bool Application::RunLine(const std::string& line, LineSource& source)
         return true;
     }
     if (m_interpreter->IsEcho()) {
-        printf("%s%s\n", Prompt().c_str(), line.c_str());
+        // The prompt starts a line of its own, also after output that did
+        // not end its last line.
+        m_console->Print("%s%s%s\n", m_console->AtLineStart() ? "" : "\n", Prompt().c_str(),
+                         line.c_str());
     }
     if (!split) {
         return Fail(source.Where(), error);

@@ -9,8 +9,8 @@
 namespace Zavrel {
 
 CommandInterpreter::CommandInterpreter(StdoutConsole& console, LoopDriver& driver,
-                                       StackControl& stack)
-    : m_console(console), m_driver(driver), m_stack(stack)
+                                       StackControl& stack, const LoopSocketInterface& sockets)
+    : m_console(console), m_driver(driver), m_stack(stack), m_sockets(sockets)
 {
 }
 

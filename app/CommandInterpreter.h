@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/LoopDriver.h"
+#include "app/LoopSocketInterface.h"
 #include "app/StackControl.h"
 #include "app/StdoutConsole.h"
 #include "app/Words.h"
@@ -45,7 +46,8 @@ public:
         }
     };
 
-    CommandInterpreter(StdoutConsole& console, LoopDriver& driver, StackControl& stack);
+    CommandInterpreter(StdoutConsole& console, LoopDriver& driver, StackControl& stack,
+                       const LoopSocketInterface& sockets);
 
     // Runs one command line, already split into words (at least one).
     // baseDir: the directory relative file names are taken from.
@@ -117,6 +119,7 @@ private:
     StdoutConsole& m_console;
     LoopDriver& m_driver;
     StackControl& m_stack;
+    const LoopSocketInterface& m_sockets;
     bool m_echo = false;
 };
 

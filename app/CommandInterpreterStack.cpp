@@ -14,6 +14,8 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
             return Result::Fail("stack status: unexpected '" + args[2] + "'");
         }
         m_stack.PrintStatus(m_console);
+        m_console.Print("Event loop: %zu stack descriptor(s) registered, %lu ready callback(s)\n",
+                        m_sockets.RegisteredCount(), m_sockets.CallbackCount());
         return Result::Local();
     }
     if (Words::Is(verb, "tables")) {

@@ -21,14 +21,19 @@ public:
     unsigned short CurrentVlan() const override { return m_vlan; }
 
     void SetVlan(unsigned short vlan) { m_vlan = vlan; }
+    // True when nothing has been printed yet or the last output ended a line.
+    bool AtLineStart() const { return m_atLineStart; }
     // Number of EndOfCommand calls so far.
     unsigned long EndCount() const { return m_ends; }
     void Flush();
 
 private:
+    void Write(const char* text, size_t length);
+
     FILE* m_out;
     unsigned short m_vlan;
     unsigned long m_ends = 0;
+    bool m_atLineStart = true;
 };
 
 }  // namespace Zavrel

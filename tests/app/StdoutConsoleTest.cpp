@@ -48,6 +48,26 @@ TEST_F(StdoutConsoleTest, PrintsExactlyWhatTheLibraryPrints)
     EXPECT_EQ(ReadAll(out), "   VID     10\nEnd of table\n");
 }
 
+TEST_F(StdoutConsoleTest, PrintsLongTextWhole)
+{
+    StdoutConsole console(out, 1);
+    const std::string text(3000, 'x');
+    console.Print("%s|\n", text.c_str());
+    EXPECT_EQ(ReadAll(out), text + "|\n");
+}
+
+TEST_F(StdoutConsoleTest, KnowsWhetherTheLastLineIsComplete)
+{
+    StdoutConsole console(out, 1);
+    EXPECT_TRUE(console.AtLineStart());
+    console.Print("Pending Actions");
+    EXPECT_FALSE(console.AtLineStart());
+    console.ErrorPrint("End of table\n");
+    EXPECT_TRUE(console.AtLineStart());
+    console.Print("%s", "");
+    EXPECT_TRUE(console.AtLineStart());
+}
+
 TEST_F(StdoutConsoleTest, CountsEndsOfCommands)
 {
     StdoutConsole console(out, 1);
