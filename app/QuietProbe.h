@@ -11,9 +11,14 @@ namespace Zavrel {
 
 class QuietProbe {
 public:
+    enum State {
+        BUSY,             // work is in progress or due
+        QUIET,            // nothing is in progress or due
+        PROBABLY_QUIET,   // nothing in progress; whether something is due is not known
+    };
+
     virtual ~QuietProbe();
-    // True when nothing is in progress right now.
-    virtual bool IsQuiet() = 0;
+    virtual State Check() = 0;
     // A short progress text for long pushes ("1200 requests answered, ...").
     virtual std::string ProgressText() = 0;
 };

@@ -30,7 +30,12 @@ bool Settler::RunUntilQuiet(const std::function<bool()>& ended)
     uint64_t quietSince = 0;
     for (;;) {
         const uint64_t now = m_driver.NowMs();
-        const bool quiet = ended() && m_probe.IsQuiet();
+        const QuietProbe::State state = ended() ? m_probe.Check() : QuietProbe::BUSY;
+        if (state == QuietProbe::QUIET) {
+            ShowProgress(wallStart, true);
+            return true;
+        }
+        const bool quiet = state == QuietProbe::PROBABLY_QUIET;
         if (!quiet) {
             quietSinceValid = false;
         } else if (!quietSinceValid) {

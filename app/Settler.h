@@ -1,11 +1,11 @@
 // Settler: runs the loop after a command until the command has ended and
 // the system is quiet, within a bound.
 //
-// Quiet means the probe has reported quiet without a break for a whole
-// window of loop time. The window is longer than the period of the
-// configuration scheduler's timer, so an item that is waiting to be sent
-// (or re-sent after a failure) gets its tick, and its request is seen,
-// before the system counts as quiet.
+// Quiet means the probe reports QUIET, or reports PROBABLY_QUIET without a
+// break for a whole window of loop time. The window is longer than the
+// period of the configuration scheduler's timer, so that an item the probe
+// could not look at, waiting to be sent (or re-sent after a failure), gets
+// its tick, and its request is seen, before the system counts as quiet.
 #ifndef ZAVREL_APP_SETTLER_H
 #define ZAVREL_APP_SETTLER_H
 

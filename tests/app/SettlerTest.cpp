@@ -9,13 +9,17 @@ namespace {
 
 class FakeProbe : public QuietProbe {
 public:
-    bool IsQuiet() override
+    State Check() override
     {
         ++calls;
-        return quiet ? quiet() : true;
+        if (quiet && !quiet()) {
+            return BUSY;
+        }
+        return sure ? QUIET : PROBABLY_QUIET;
     }
     std::string ProgressText() override { return "progress"; }
     std::function<bool()> quiet;
+    bool sure = false;
     int calls = 0;
 };
 
@@ -100,6 +104,36 @@ TEST_F(SettlerTest, WaitsForTheCommandToEnd)
     end.Start(40);
     EXPECT_TRUE(settler->RunUntilQuiet([&ended]() { return ended; }));
     EXPECT_EQ(driver->NowMs(), 40u + Settler::DEFAULT_WINDOW_MS);
+}
+
+TEST_F(SettlerTest, CertainQuietSettlesAtOnce)
+{
+    probe.sure = true;
+    EXPECT_TRUE(settler->RunUntilQuiet(Always));
+    EXPECT_EQ(driver->NowMs(), 0u);
+    EXPECT_EQ(probe.calls, 1);
+}
+
+TEST_F(SettlerTest, CertainQuietAfterWorkSettlesWhenTheWorkEnds)
+{
+    probe.sure = true;
+    bool busy = true;
+    OneShotTimer work("work", new LambdaCallback([&busy]() { busy = false; }));
+    work.Start(70);
+    probe.quiet = [&busy]() { return !busy; };
+    EXPECT_TRUE(settler->RunUntilQuiet(Always));
+    EXPECT_EQ(driver->NowMs(), 70u);
+}
+
+TEST_F(SettlerTest, NoProbeBeforeTheCommandHasEnded)
+{
+    probe.sure = true;
+    bool ended = false;
+    OneShotTimer end("end", new LambdaCallback([&ended]() { ended = true; }));
+    end.Start(25);
+    EXPECT_TRUE(settler->RunUntilQuiet([&ended]() { return ended; }));
+    EXPECT_EQ(driver->NowMs(), 25u);
+    EXPECT_EQ(probe.calls, 1);
 }
 
 TEST_F(SettlerTest, ShorterWindowSettlesSooner)
