@@ -3,6 +3,8 @@
 
 #include <new>
 
+#include "protocols/DcRouterConsole.h"
+#include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 
 namespace Zavrel {
@@ -15,5 +17,15 @@ DcBgpRouter::DcBgpRouter(unsigned short vid)
 DcBgpRouter::~DcBgpRouter() = default;
 
 bool DcBgpRouter::CreateConfigList(DcConfigLists&) { return true; }
+
+void DcBgpRouter::Ip4ConsoleCommand(void*, DcConsole* console, int argc, char** argv) {
+    DcRouterConsole::Show(console, argc, argv, "ip bgp", DcRouterMgr::BGP, "BGP4+",
+                          DcRtmMgr::AFI_IPV4);
+}
+
+void DcBgpRouter::Ip6ConsoleCommand(void*, DcConsole* console, int argc, char** argv) {
+    DcRouterConsole::Show(console, argc, argv, "ip6 bgp", DcRouterMgr::BGP, "BGP4+",
+                          DcRtmMgr::AFI_IPV6);
+}
 
 }  // namespace Zavrel

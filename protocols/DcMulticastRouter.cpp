@@ -5,6 +5,8 @@
 
 #include "platform/Ip4Addr.h"
 #include "platform/Ip6Addr.h"
+#include "protocols/DcRouterConsole.h"
+#include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 
 namespace Zavrel {
@@ -115,6 +117,22 @@ string DcMulticastRouter::FormatGroup(int protocol, const std::array<unsigned ch
         return Ip6Addr(address.data()).ToString();
     }
     return Ip4Addr(address.data()).ToString();
+}
+
+void DcMulticastRouter::Ip4ConsoleCommand(void* context, DcConsole* console, int argc,
+                                          char** argv) {
+    ConsoleCommand(context, console, argc, argv, PROTOCOL_IGMP);
+}
+
+void DcMulticastRouter::ConsoleCommand(void*, DcConsole* console, int argc, char** argv,
+                                       int protocol) {
+    if (NormalizeProtocol(protocol) == PROTOCOL_MLD) {
+        DcRouterConsole::Show(console, argc, argv, "ip6 mld", DcRouterMgr::MLD, "MLD",
+                              DcRtmMgr::AFI_IPV6);
+    } else {
+        DcRouterConsole::Show(console, argc, argv, "ip igmp", DcRouterMgr::IGMP, "IGMP",
+                              DcRtmMgr::AFI_IPV4);
+    }
 }
 
 }  // namespace Zavrel

@@ -3,6 +3,8 @@
 
 #include <new>
 
+#include "protocols/DcRouterConsole.h"
+#include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 
 namespace Zavrel {
@@ -14,5 +16,10 @@ DcOspfv2Router::DcOspfv2Router(unsigned short vid)
                    2) {}
 
 DcOspfv2Router::~DcOspfv2Router() = default;
+
+void DcOspfv2Router::ConsoleCommand(void*, DcConsole* console, int argc, char** argv) {
+    DcRouterConsole::Show(console, argc, argv, "ip ospf", DcRouterMgr::OSPFv2, "OSPFv2",
+                          DcRtmMgr::AFI_IPV4);
+}
 
 }  // namespace Zavrel

@@ -47,6 +47,8 @@ void DcProtoInterfaceBase::DeleteOptions(const string& source, DclConfigObject::
 }
 
 void DcProtoInterfaceBase::Recompute() {
+    const bool wasEnabled = m_enabled;
+    const RedistributionProfile was = m_profile;
     bool enabled = false;
     RedistributionProfile profile;
     for (const Layer& layer : m_layers) {
@@ -59,6 +61,39 @@ void DcProtoInterfaceBase::Recompute() {
     }
     m_enabled = enabled;
     m_profile = profile;
+    NotifyRedistribution(wasEnabled, was);
+}
+
+// One request per RTM instance and source whose effective state changed; a
+// protocol does not redistribute its own routes into itself.
+void DcProtoInterfaceBase::NotifyRedistribution(bool wasEnabled,
+                                                const RedistributionProfile& was) const {
+    if (m_protocol == PROTO_NONE) {
+        return;
+    }
+    DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    if (rtm == nullptr) {
+        return;
+    }
+    std::vector<unsigned short> instances;
+    if (m_dualStack) {
+        instances.push_back(rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV4));
+        instances.push_back(rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV6));
+    } else {
+        instances.push_back(GetRtmInstance());
+    }
+    for (unsigned short instance : instances) {
+        for (unsigned int source : RedistributionProfile::SOURCES) {
+            if (source == m_protocol) {
+                continue;
+            }
+            const bool before = wasEnabled && was.Allows(source);
+            const bool now = m_enabled && m_profile.Allows(source);
+            if (before != now) {
+                rtm->HandleRedistributionStatusChange(instance, source, m_protocol, now, before);
+            }
+        }
+    }
 }
 
 bool DcProtoInterfaceBase::IsEnabled() const { return m_enabled; }

@@ -1,7 +1,8 @@
 // DcProtoInterfaceBase: the protocol object of a per-VLAN router. It reads the
 // router's section of a VLAN entry, knows whether the protocol is enabled and
 // ready, follows the router's interfaces and their addresses, and keeps the
-// redistribution profile.
+// redistribution profile, turning every change of what is redistributed into
+// redistribution requests of the RTM manager.
 //
 // Options: every source that configures the router leaves its own layer
 // (its "enabled" leaf and its "REDISTRIBUTION" section, when present); the
@@ -86,6 +87,7 @@ private:
     };
 
     void Recompute();
+    void NotifyRedistribution(bool wasEnabled, const RedistributionProfile& was) const;
 
     int m_afi;
     unsigned int m_protocol;

@@ -22,6 +22,8 @@ fi
 
 jobs=$(nproc)
 status=0
+all_passed=0
+all_failed=0
 declare -A took
 
 # run_preset <preset> [ctest arguments...]; $targets, when set, limits the build.
@@ -37,9 +39,24 @@ run_preset() {
     cmake --build --preset "$preset" -j "$jobs"
   fi
   echo "=== ${preset}: test" >&2
-  if ! ctest --preset "$preset" -j "$jobs" "$@"; then
+  local log
+  log=$(mktemp)
+  if ! ctest --preset "$preset" -j "$jobs" "$@" | tee "$log"; then
     status=1
   fi
+  # ctest's summary: "100% tests passed, 0 tests failed out of 848"
+  local line
+  line=$(grep -E 'tests passed, [0-9]+ tests failed out of [0-9]+' "$log" | tail -n 1 || true)
+  if [ -n "$line" ]; then
+    local failed total
+    failed=$(sed -E 's/.* ([0-9]+) tests failed out of ([0-9]+).*/\1/' <<<"$line")
+    total=$(sed -E 's/.* tests failed out of ([0-9]+).*/\1/' <<<"$line")
+    all_failed=$((all_failed + failed))
+    all_passed=$((all_passed + total - failed))
+  else
+    status=1
+  fi
+  rm -f "$log"
   took[$preset]=$((SECONDS - start))
   echo "=== ${preset}: ${took[$preset]} s" >&2
 }
@@ -68,4 +85,6 @@ for preset in default asan armhf; do
   [ -n "${took[$preset]:-}" ] && summary+=" ${preset} ${took[$preset]} s;"
 done
 echo "=== times:${summary} total ${SECONDS} s" >&2
+# One closing line over every stage.
+echo "${all_passed} passed, ${all_failed} failed"
 exit $status

@@ -14,7 +14,6 @@ CfgBucket::~CfgBucket()
     while (entry != nullptr) {
         Entry* next = entry->listLink.next;
         delete entry->item;
-        delete entry;
         entry = next;
     }
 }
@@ -47,6 +46,34 @@ size_t CfgBucket::HashOid(const MibOid& oid)
     }
     hash = Mix(hash);
     return static_cast<size_t>(hash ^ (hash >> 32));
+}
+
+// ---- entry pool
+
+CfgBucket::Entry* CfgBucket::EntryPool::Get()
+{
+    if (m_free == nullptr) {
+        const size_t size = m_next_block_size;
+        m_blocks.emplace_back(new Entry[size]);
+        Entry* block = m_blocks.back().get();
+        for (size_t i = size; i > 0; --i) {
+            block[i - 1].listLink.next = m_free;
+            m_free = &block[i - 1];
+        }
+        if (m_next_block_size < 1024) {
+            m_next_block_size *= 2;
+        }
+    }
+    Entry* entry = m_free;
+    m_free = entry->listLink.next;
+    *entry = Entry();
+    return entry;
+}
+
+void CfgBucket::EntryPool::Put(Entry* entry)
+{
+    entry->listLink.next = m_free;
+    m_free = entry;
 }
 
 // ---- OID table
@@ -403,7 +430,7 @@ void CfgBucket::MakeRoom(Entry* entry)
 CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOid& oid,
                                       size_t hash)
 {
-    Entry* entry = new Entry();
+    Entry* entry = m_pool.Get();
     entry->item = item;
     entry->order = order;
     entry->oidComponents = oid.Components();
@@ -416,6 +443,8 @@ CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOi
 CfgBucket::Entry* CfgBucket::FindFirst(const MibOid& oid, size_t hash)
 {
     for (Entry* entry = m_oid_chains.Find(hash); entry != nullptr; entry = entry->oidLink.next) {
+        // The caller goes on with the item: fetch it while the OIDs compare.
+        __builtin_prefetch(entry->item);
         if (SameOid(entry, oid)) {
             return entry;
         }
@@ -426,6 +455,8 @@ CfgBucket::Entry* CfgBucket::FindFirst(const MibOid& oid, size_t hash)
 CfgBucket::Entry* CfgBucket::FindFirstIssued(const MibOid& oid, size_t hash)
 {
     for (Entry* entry = m_oid_chains.Find(hash); entry != nullptr; entry = entry->oidLink.next) {
+        // The item's state is read next: fetch it while the OIDs compare.
+        __builtin_prefetch(entry->item);
         if (SameOid(entry, oid) && entry->item->IsIssued()) {
             return entry;
         }
@@ -480,7 +511,7 @@ void CfgBucket::Destroy(Entry* entry)
     ReleaseChains(entry);
     ChainRemove(m_list, &Entry::listLink, entry);
     delete entry->item;
-    delete entry;
+    m_pool.Put(entry);
 }
 
 void CfgBucket::ResetAll()

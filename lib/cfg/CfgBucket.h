@@ -16,6 +16,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <vector>
 
 #include "cfg/CfgItem.h"
@@ -140,6 +141,22 @@ private:
         size_t m_used = 0;
     };
 
+    // Entries come from blocks of growing size owned by the bucket, so that
+    // they lie together and are quick to get and give back.
+    class EntryPool {
+    public:
+        EntryPool() = default;
+        EntryPool(const EntryPool&) = delete;
+        EntryPool& operator=(const EntryPool&) = delete;
+        Entry* Get();
+        void Put(Entry* entry);
+
+    private:
+        std::vector<std::unique_ptr<Entry[]>> m_blocks;
+        size_t m_next_block_size = 8;
+        Entry* m_free = nullptr;  // linked through listLink.next
+    };
+
     // The OID chain of a hash as a Chain, and back.
     Chain OidChain(size_t hash) const;
     void StoreOidChain(size_t hash, const Chain& chain);
@@ -162,6 +179,7 @@ private:
     void UnindexNew(Entry* entry);
     void Renumber();
 
+    EntryPool m_pool;
     Chain m_list;  // every entry, in list order
     OidTable m_oid_chains;
     std::map<unsigned long, Chain> m_groups;

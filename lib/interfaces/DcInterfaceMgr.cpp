@@ -89,13 +89,9 @@ size_t IpInterface::Ip6PrefixHash::operator()(const Ip6Prefix& prefix) const {
     return prefix.Address().Word(0);
 }
 
-IpInterface::IpInterface(unsigned short vlan, unsigned int ifIndex, const char* name,
-                         IntfType type, unsigned int operStatus)
-    : m_vlan(vlan),
-      m_ifIndex(ifIndex),
-      m_name(name),
-      m_type(type),
-      m_oper_status(operStatus) {}
+IpInterface::IpInterface(unsigned short vlan, unsigned int ifIndex, const char* name, IntfType type,
+                         unsigned int operStatus)
+    : m_vlan(vlan), m_ifIndex(ifIndex), m_name(name), m_type(type), m_oper_status(operStatus) {}
 
 void IpInterface::SetAddress(const Ip4Addr& address, const Ip4Addr& mask) {
     m_address = address;
@@ -121,16 +117,14 @@ IpInterface* DcInterfaceMgr::Find(unsigned short vlan, unsigned int ifIndex) {
     return it == m_interfaces.end() ? nullptr : &it->second;
 }
 
-const IpInterface* DcInterfaceMgr::FindInterface(unsigned short vlan,
-                                                 unsigned int ifIndex) const {
+const IpInterface* DcInterfaceMgr::FindInterface(unsigned short vlan, unsigned int ifIndex) const {
     InterfaceMap::const_iterator it = m_interfaces.find(IpInterface::Key{vlan, ifIndex});
     return it == m_interfaces.end() ? nullptr : &it->second;
 }
 
-void DcInterfaceMgr::SetInterfaceStatus(unsigned short vlan, unsigned int ifIndex,
-                                        const char* name, unsigned int rowStatus,
-                                        unsigned int operStatus, unsigned int reserved,
-                                        unsigned int interfaceFlags,
+void DcInterfaceMgr::SetInterfaceStatus(unsigned short vlan, unsigned int ifIndex, const char* name,
+                                        unsigned int rowStatus, unsigned int operStatus,
+                                        unsigned int reserved, unsigned int interfaceFlags,
                                         unsigned int interfaceExtra) {
     // The name is copied into the requests; a missing one goes as empty.
     if (name == nullptr) {
@@ -180,8 +174,7 @@ void DcInterfaceMgr::AddInterface(unsigned short vlan, unsigned int ifIndex, con
     record->SetOperStatus(operStatus);
 }
 
-void DcInterfaceMgr::RemoveInterface(unsigned short vlan, unsigned int ifIndex,
-                                     const char* name) {
+void DcInterfaceMgr::RemoveInterface(unsigned short vlan, unsigned int ifIndex, const char* name) {
     SetInterfaceStatus(vlan, ifIndex, name, ROW_DESTROY, OPER_DOWN, 0, 0, 0);
     InterfaceMap::iterator it = m_interfaces.find(IpInterface::Key{vlan, ifIndex});
     if (it == m_interfaces.end()) {
@@ -193,8 +186,7 @@ void DcInterfaceMgr::RemoveInterface(unsigned short vlan, unsigned int ifIndex,
     m_interfaces.erase(it);
 }
 
-void DcInterfaceMgr::SetInterfaceUp(unsigned short vlan, unsigned int ifIndex,
-                                    const char* name) {
+void DcInterfaceMgr::SetInterfaceUp(unsigned short vlan, unsigned int ifIndex, const char* name) {
     // The row is re-sent with flags and extra 0, not those given at creation.
     SetInterfaceStatus(vlan, ifIndex, name, ROW_ACTIVE, OPER_UP, 0, 0, 0);
     IpInterface* record = Find(vlan, ifIndex);
@@ -203,8 +195,7 @@ void DcInterfaceMgr::SetInterfaceUp(unsigned short vlan, unsigned int ifIndex,
     }
 }
 
-void DcInterfaceMgr::SetInterfaceDown(unsigned short vlan, unsigned int ifIndex,
-                                      const char* name) {
+void DcInterfaceMgr::SetInterfaceDown(unsigned short vlan, unsigned int ifIndex, const char* name) {
     SetInterfaceStatus(vlan, ifIndex, name, ROW_ACTIVE, OPER_DOWN, 0, 0, 0);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
@@ -226,8 +217,8 @@ void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
     Queue(oid, length, action);
 }
 
-void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex,
-                                  const Ip4Addr& address, const Ip4Addr& mask) {
+void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, const Ip4Addr& address,
+                                  const Ip4Addr& mask) {
     UpdateIpAddress(vlan, ifIndex, address, mask, ROW_ACTIVE);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
@@ -278,8 +269,8 @@ void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
     Queue(oid, length, action);
 }
 
-void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex,
-                                  const Ip6Addr& address, unsigned int prefixLength) {
+void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, const Ip6Addr& address,
+                                  unsigned int prefixLength) {
     UpdateIpAddress(vlan, ifIndex, address, prefixLength, ROW_ACTIVE);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {

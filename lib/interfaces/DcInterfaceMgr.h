@@ -102,9 +102,8 @@ public:
     // Queues the interface rows of both stack instances of the VLAN; the
     // IPv6 row never carries the unnumbered flag. Touches no table.
     void SetInterfaceStatus(unsigned short vlan, unsigned int ifIndex, const char* name,
-                            unsigned int rowStatus, unsigned int operStatus,
-                            unsigned int reserved, unsigned int interfaceFlags,
-                            unsigned int interfaceExtra);
+                            unsigned int rowStatus, unsigned int operStatus, unsigned int reserved,
+                            unsigned int interfaceFlags, unsigned int interfaceExtra);
 
     // ---- IPv4 addresses (one per interface)
     void AddIpAddress(unsigned short vlan, unsigned int ifIndex, const Ip4Addr& address,

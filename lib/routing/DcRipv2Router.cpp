@@ -3,7 +3,10 @@
 
 #include <new>
 
+#include "protocols/DcRouterConsole.h"
 #include "protocols/Ripv2Interface.h"
+#include "routing/DcRouterMgr.h"
+#include "rtm/DcRtmMgr.h"
 
 namespace Zavrel {
 
@@ -16,5 +19,10 @@ DcRipv2Router::DcRipv2Router(const string& name, unsigned short vid, DcProtoConf
 DcRipv2Router::~DcRipv2Router() = default;
 
 bool DcRipv2Router::CreateConfigList(DcConfigLists&) { return true; }
+
+void DcRipv2Router::ConsoleCommand(void*, DcConsole* console, int argc, char** argv) {
+    DcRouterConsole::Show(console, argc, argv, "ip rip", DcRouterMgr::RIPv2, "RIPv2",
+                          DcRtmMgr::AFI_IPV4);
+}
 
 }  // namespace Zavrel

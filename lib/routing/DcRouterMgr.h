@@ -162,8 +162,7 @@ private:
 
     DcRouterMgr();
     void RegisterConsoleHandlers();
-    void PrintSummary(DcConsole* console, const char* const names[4],
-                      const ProtocolType types[4]);
+    void PrintSummary(DcConsole* console, const char* const names[4], const ProtocolType types[4]);
     // Drops the options of source from every router of the VLAN and the
     // source from the VLAN; deletes the VLAN when no source is left.
     void RemoveSourceFromVlan(unsigned short vid, VlanRouters* record, const string& source,

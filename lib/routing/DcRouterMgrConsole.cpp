@@ -131,8 +131,7 @@ unsigned short IpsFilterType(const char* kind, const char* direction) {
 
 void DcRouterMgr::RegisterConsoleHandlers() {
     AddIp4RouterCmdHandler("bgp", &DcBgpRouter::Ip4ConsoleCommand, "BGP4 Routing Configuration");
-    AddIp4RouterCmdHandler("ospf", &DcOspfv2Router::ConsoleCommand,
-                           "OSPFv2 Routing Configuration");
+    AddIp4RouterCmdHandler("ospf", &DcOspfv2Router::ConsoleCommand, "OSPFv2 Routing Configuration");
     AddIp4RouterCmdHandler("rip", &DcRipv2Router::ConsoleCommand, "RIPv2 Routing Configuration");
     AddIp4RouterCmdHandler("protocol", &DcRouterMgr::ConCmdIp4Rtm,
                            "Routing Protocol Configuration");
@@ -142,8 +141,7 @@ void DcRouterMgr::RegisterConsoleHandlers() {
     AddIp6RouterCmdHandler("bgp", &DcBgpRouter::Ip6ConsoleCommand, "BGP4 Routing Configuration");
     AddIp6RouterCmdHandler("rip", &DcRipngRouter::ConsoleCommand, "RIPng Routing Configuration");
     // The help text of this entry is spelled "OPSFv3" on purpose.
-    AddIp6RouterCmdHandler("ospf", &DcOspfv3Router::ConsoleCommand,
-                           "OPSFv3 Routing Configuration");
+    AddIp6RouterCmdHandler("ospf", &DcOspfv3Router::ConsoleCommand, "OPSFv3 Routing Configuration");
     AddIp6RouterCmdHandler("protocol", &DcRouterMgr::ConCmdIp6Rtm,
                            "Routing Protocol Configuration");
 }

@@ -17,8 +17,8 @@ const char STACK_COMPONENTS[] = "ripv2 ripng bgp ospf ospfv3 igmp pim";
 
 DcScheduler::DcScheduler()
     : m_rescheduled(false),
-      m_timer("DcScheduler",
-              new MemberCallback2<DcScheduler, unsigned int, void*>(this, &DcScheduler::OnTimeout)) {
+      m_timer("DcScheduler", new MemberCallback2<DcScheduler, unsigned int, void*>(
+                                 this, &DcScheduler::OnTimeout)) {
     TRACE(10, "Creating DC Scheduler\n");
 }
 

@@ -27,9 +27,8 @@ DcRtmMgr* RtmMgr() {
 
 // The VLAN of a stack instance id: the IPv6 bit cleared, the low 16 bits.
 unsigned short StripInstance(unsigned long instance) {
-    return static_cast<unsigned short>(instance &
-                                       ~static_cast<unsigned long>(DcRtmMgr::IP6_INSTANCE_BIT) &
-                                       0xFFFFul);
+    return static_cast<unsigned short>(
+        instance & ~static_cast<unsigned long>(DcRtmMgr::IP6_INSTANCE_BIT) & 0xFFFFul);
 }
 
 // The low 16 bits of an id that is used as it is, IPv6 bit included.
@@ -92,9 +91,8 @@ ZAVREL_STACK_EXPORT void cSetRouteState(unsigned long instance, int family,
     if (rtm == nullptr) {
         return;
     }
-    rtm->UpdateRouteCallback(StripInstance(instance), family, dest, prefix_len, next_hop,
-                             if_index, metric, route_type, row_status, admin_status, spare,
-                             result);
+    rtm->UpdateRouteCallback(StripInstance(instance), family, dest, prefix_len, next_hop, if_index,
+                             metric, route_type, row_status, admin_status, spare, result);
 }
 
 ZAVREL_STACK_EXPORT void cSetRedistState(unsigned long a0, unsigned long a1, unsigned long a2,
@@ -108,8 +106,7 @@ ZAVREL_STACK_EXPORT void cSetRedistState(unsigned long a0, unsigned long a1, uns
     // a0 row status, a1 admin status, a2 source, a3 destination, a5 the
     // instance (used as it is), a6 extra value, a7 result.
     rtm->UpdateRedistributionCallback(LowBits(a5), static_cast<unsigned int>(a2),
-                                      static_cast<unsigned int>(a3),
-                                      static_cast<unsigned int>(a1),
+                                      static_cast<unsigned int>(a3), static_cast<unsigned int>(a1),
                                       static_cast<unsigned int>(a0), a6,
                                       static_cast<unsigned int>(a7));
 }

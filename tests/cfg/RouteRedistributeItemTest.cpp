@@ -7,6 +7,9 @@
 #include "cfg/StaticRouteItem.h"
 #include "mib/MibOid.h"
 #include "mib/Serializer.h"
+#include "platform/Options.h"
+#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcRouterBase.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
@@ -115,6 +118,53 @@ TEST_F(RouteRedistributeItemTest, ItemIsNotReadyWithoutTheReceivingRouter)
 {
     RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 77, 0);
     EXPECT_FALSE(item.CfgItemReady());
+}
+
+TEST_F(RouteRedistributeItemTest, ReceivingRouterDecidesWhetherTheItemIsReady)
+{
+    Options options;
+    DcRouterMgr* manager = DcRouterMgr::GetInstance();
+    ASSERT_TRUE(manager->CreateVlan(5, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second);
+    const struct {
+        long destination;
+        unsigned long instance;
+        DcRouterMgr::ProtocolType kind;
+    } cases[] = {
+        {0x80000, 5, DcRouterMgr::RIPv2},      {0xd0000, 5, DcRouterMgr::OSPFv2},
+        {0x30000, 5, DcRouterMgr::BGP},        {0x80000, 0x8005, DcRouterMgr::RIPng},
+        {0xd0000, 0x8005, DcRouterMgr::OSPFv3}, {0x30000, 0x8005, DcRouterMgr::BGP},
+    };
+    auto check = [&]() {
+        int ready = 0;
+        for (const auto& c : cases) {
+            RouteRedistributeItem item(1, 1, 3, c.destination, 0, c.instance, 0);
+            DcRouterBase* router = manager->GetDcRouterByVID(5, c.kind);
+            EXPECT_NE(router, nullptr) << c.kind;
+            if (router != nullptr) {
+                EXPECT_EQ(item.CfgItemReady(), router->IsReady()) << c.kind;
+                ready += router->IsReady() ? 1 : 0;
+            }
+        }
+        return ready;
+    };
+    EXPECT_EQ(check(), 0);
+    // Routers enabled (by their options, or their status when they have no
+    // protocol object) and both RTM instances ready.
+    Json::Value enabled(Json::objectValue);
+    enabled["enabled"] = true;
+    Options section(enabled);
+    for (int kind = DcRouterMgr::BGP; kind <= DcRouterMgr::RIPng; ++kind) {
+        DcRouterBase* router =
+            manager->GetDcRouterByVID(5, static_cast<DcRouterMgr::ProtocolType>(kind));
+        router->SetStatus(DcProtoInterfaceBase::CONFIG_READY);
+        if (router->GetInterface() != nullptr) {
+            router->GetInterface()->ApplyOptions(section.Root(), "test",
+                                                 DclConfigObject::OPTION_TYPE_VLAN);
+        }
+    }
+    DcRtmMgr::GetInstance()->SetRtmReady(5);
+    DcRtmMgr::GetInstance()->SetRtmReady(0x8005);
+    EXPECT_GT(check(), 0);
 }
 
 TEST_F(RouteRedistributeItemTest, RemoveOnNotReadyWhenTheRtmHoldsExactlyThisInstance)

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "cfg/CfgKey.h"
+#include "cfg/CfgSched.h"
 #include "cfg/RouteRedistributeItem.h"
 #include "cfg/StaticRouteItem.h"
 #include "mib/MibOid.h"
@@ -154,6 +156,23 @@ TEST_F(StaticRouteItemTest, SendOfAnIpv6RouteUsesTheIpv6Instance)
     EXPECT_EQ(RecordingStack::Instance().Calls("sms_update_route"),
               std::vector<std::string>{"sms_update_route(1, 6, 2, 2, 2001:db8:1::, 64, fe80::1, "
                                        "196608, 12, 32773, 20)"});
+}
+
+TEST_F(StaticRouteItemTest, ScheduledRouteReachesTheStackOnTheTickAfterItsInstanceIsReady)
+{
+    DcRouterMgr::GetInstance()->GetSerializer().RunPendingActions();
+    CfgSched& sched = DcRouterMgr::GetInstance()->GetCfgSched();
+    const CfgKey key(5, 0x3d000003);
+    sched.Insert(key, new StaticRouteItem(Ip4Route()));
+    loop.Advance(100);
+    EXPECT_TRUE(RecordingStack::Instance().Calls("sms_update_route").empty());
+    DcRtmMgr::GetInstance()->SetRtmReady(5);
+    loop.Advance(100);
+    EXPECT_EQ(RecordingStack::Instance().Calls("sms_update_route"),
+              std::vector<std::string>{
+                  "sms_update_route(1, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)"});
+    ASSERT_EQ(sched.Items(key).size(), 1u);
+    EXPECT_TRUE(sched.Items(key)[0]->IsIssued());
 }
 
 TEST_F(StaticRouteItemTest, PrintsAnIpv4StaticRoute)

@@ -83,11 +83,10 @@ protected:
 
 TEST_F(DcInterfaceMgrTest, AddInterfaceSendsCreateAndGoForBothInstancesIpv4First) {
     mgr->AddInterface(5, 100, "eth0", DcInterfaceMgr::INTF_TYPE_ETHERNET, 0x18, 7, 1);
-    EXPECT_EQ(stack().Calls(),
-              (Lines{"sms_set_i3_ei_oid(5, 100)",
-                     "sms_act_interface(4, 1, 5, 100, \"eth0\", 0, 24, 7)",
-                     "sms_set_i3_ei_oid(32773, 100)",
-                     "sms_act_interface(4, 1, 32773, 100, \"eth0\", 0, 24, 7)"}));
+    EXPECT_EQ(stack().Calls(), (Lines{"sms_set_i3_ei_oid(5, 100)",
+                                      "sms_act_interface(4, 1, 5, 100, \"eth0\", 0, 24, 7)",
+                                      "sms_set_i3_ei_oid(32773, 100)",
+                                      "sms_act_interface(4, 1, 32773, 100, \"eth0\", 0, 24, 7)"}));
 }
 
 TEST_F(DcInterfaceMgrTest, Ipv6InterfaceRowIsNeverUnnumbered) {

@@ -96,8 +96,7 @@ protected:
 
     void CreateVlan(unsigned short vid) {
         Options options;
-        ASSERT_TRUE(
-            mgr->CreateVlan(vid, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second);
+        ASSERT_TRUE(mgr->CreateVlan(vid, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second);
     }
 
     DcRouterMgr* mgr = nullptr;
@@ -136,11 +135,9 @@ TEST_F(RouterMgrConsoleTest, Ipv6TableHoldsTheFourWordsAndKeepsTheOpsfSpelling) 
 TEST_F(RouterMgrConsoleTest, SecondRegistrationOfAWordIsIgnored) {
     mgr->AddIp4RouterCmdHandler("bgp", &DcRouterMgr::ConCmdIp6Rtm, "other");
     mgr->AddIp6RouterCmdHandler("protocol", &DcRouterMgr::ConCmdIp4Rtm, "other");
-    EXPECT_EQ(mgr->GetIp4ConCmdHandlers().at("bgp").GetHandler(),
-              &DcBgpRouter::Ip4ConsoleCommand);
+    EXPECT_EQ(mgr->GetIp4ConCmdHandlers().at("bgp").GetHandler(), &DcBgpRouter::Ip4ConsoleCommand);
     EXPECT_EQ(mgr->GetIp4ConCmdHandlers().at("bgp").GetHelp(), "BGP4 Routing Configuration");
-    EXPECT_EQ(mgr->GetIp6ConCmdHandlers().at("protocol").GetHandler(),
-              &DcRouterMgr::ConCmdIp6Rtm);
+    EXPECT_EQ(mgr->GetIp6ConCmdHandlers().at("protocol").GetHandler(), &DcRouterMgr::ConCmdIp6Rtm);
 }
 
 TEST_F(RouterMgrConsoleTest, NewWordsCanBeAdded) {
@@ -207,7 +204,8 @@ TEST_F(RouterMgrConsoleTest, Ipv4SummaryIsMatchedOnItsFirstTwoLettersInAnyCase) 
     Ip4({"protocol", "su"});
     Ip4({"protocol", "SUMMARY"});
     Ip4({"protocol", "sUx"});
-    const std::string one = std::string(IP4_SUMMARY_HEADER) + "     5     No     No     No     No\n";
+    const std::string one =
+        std::string(IP4_SUMMARY_HEADER) + "     5     No     No     No     No\n";
     EXPECT_EQ(console.Output(), one + one + one);
     EXPECT_EQ(console.EndCount(), 3);
 }
@@ -233,9 +231,9 @@ TEST_F(RouterMgrConsoleTest, VlanWithAnEmptyRouterMapShowsNoEverywhere) {
     DcRouterMgrTestPeer::AddVlanWithoutRouters(mgr, 8);
     Ip4({"protocol", "summary"});
     Ip6({"protocol", "SUMMARY"});
-    EXPECT_EQ(console.Output(),
-              std::string(IP4_SUMMARY_HEADER) + "     8     No     No     No     No\n" +
-                  IP6_SUMMARY_HEADER + "     8     No     No     No     No\n");
+    EXPECT_EQ(console.Output(), std::string(IP4_SUMMARY_HEADER) +
+                                    "     8     No     No     No     No\n" + IP6_SUMMARY_HEADER +
+                                    "     8     No     No     No     No\n");
 }
 
 TEST_F(RouterMgrConsoleTest, VlanKnownOnlyFromAStatusChangeShowsNoEverywhere) {
@@ -322,6 +320,35 @@ TEST_F(RouterMgrConsoleTest, DatabaseWalksTheIpv4RibOfTheVlan) {
     ASSERT_EQ(stack().PendingWalks().size(), 1u);
 
     stack().Answer(SMS_RC_END_OF_TABLE, nullptr);
+    EXPECT_EQ(console.Errors(), "End of table\n");
+    EXPECT_TRUE(stack().PendingWalks().empty());
+}
+
+TEST_F(RouterMgrConsoleTest, DatabaseShowsTheRibRowsOfTheVlan) {
+    CreateVlan(5);
+    console.SetVlan(5);
+    Ip4({"protocol", "database"});
+    ASSERT_EQ(stack().PendingWalks().size(), 1u);
+
+    amb_cipr_rtm_rib row = {};
+    row.instance = 5;
+    row.addr_family = 1;
+    row.dest[0] = 10;
+    row.dest_len = 24;
+    row.next_hop[0] = 192;
+    row.next_hop[1] = 168;
+    row.next_hop[2] = 1;
+    row.next_hop[3] = 1;
+    row.if_index = 3;
+    row.proto = 3;
+    row.age = 7;
+    row.fib_route = 1;
+    stack().Answer(SMS_RC_ROW, &row);
+    stack().Answer(SMS_RC_END_OF_TABLE, nullptr);
+
+    EXPECT_EQ(console.Output(),
+              "\n VLAN              PREFIX          NEXTHOP      IFACE        AGE      PROTO\n"
+              ">   5         10.0.0.0/24      192.168.1.1         lo          7 static    \n");
     EXPECT_EQ(console.Errors(), "End of table\n");
     EXPECT_TRUE(stack().PendingWalks().empty());
 }

@@ -62,8 +62,8 @@ protected:
 };
 
 TEST_F(RouterMgrReloadTest, VlanOptionsCreateTheListedVlansAndRecordTheirSource) {
-    EXPECT_TRUE(Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}, {\"vid\": 7}]}", "a.json",
-                     VLAN_OPTIONS));
+    EXPECT_TRUE(
+        Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}, {\"vid\": 7}]}", "a.json", VLAN_OPTIONS));
 
     EXPECT_EQ(Vlans(), (Vids{5, 7}));
     EXPECT_EQ(mgr->GetSourceVlans("a.json"), (Vids{5, 7}));
@@ -96,8 +96,8 @@ TEST_F(RouterMgrReloadTest, VlanOptionsRefreshTheRtmOfAnExistingVlan) {
     Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
     stack().ClearCalls();
 
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RTM\": {\"dead_rpm_timer\": 30}}]}",
-         "a.json", VLAN_OPTIONS);
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RTM\": {\"dead_rpm_timer\": 30}}]}", "a.json",
+         VLAN_OPTIONS);
 
     EXPECT_EQ(stack().Requests(),
               (Lines{"sms_cipr_start(5, {inst=0 rs=0 as=0 ospf_int=40 ospf_ext=110 ebgp=20 "
@@ -119,8 +119,7 @@ TEST_F(RouterMgrReloadTest, RemoteOptionsDoNotTouchTheRtmOfAnExistingVlan) {
 }
 
 TEST_F(RouterMgrReloadTest, RemoteOptionsBeforeTheVlanOptionsAreSkipped) {
-    EXPECT_TRUE(Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 12}]}", "remote.json",
-                     REMOTE_OPTIONS));
+    EXPECT_TRUE(Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 12}]}", "remote.json", REMOTE_OPTIONS));
 
     EXPECT_EQ(trace.Texts(0),
               Lines{"Loaded Remote remote.json Options with VLAN 12 before loading VLAN "
@@ -140,17 +139,15 @@ TEST_F(RouterMgrReloadTest, OtherOptionTypesAlsoNeedAnExistingVlan) {
 }
 
 TEST_F(RouterMgrReloadTest, EntryWithoutVidIsSkippedAndTheOthersAreLoaded) {
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"name\": \"x\"}, {\"vid\": 6}]}", "a.json",
-         VLAN_OPTIONS);
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"name\": \"x\"}, {\"vid\": 6}]}", "a.json", VLAN_OPTIONS);
     EXPECT_EQ(trace.Texts(0), Lines{"Unable to Get VLAN ID:cannot find the node element\n"});
     EXPECT_EQ(Vlans(), Vids{6});
 }
 
 TEST_F(RouterMgrReloadTest, EntryThatIsNotAnObjectIsSkipped) {
     Load("{\"VLAN_CONFIGURATIONS\": [5, {\"vid\": 6}]}", "a.json", VLAN_OPTIONS);
-    EXPECT_EQ(trace.Texts(0),
-              Lines{"Unable to Get VLAN ID:Incorrect Node type for Object or Array "
-                    "operations\n"});
+    EXPECT_EQ(trace.Texts(0), Lines{"Unable to Get VLAN ID:Incorrect Node type for Object or Array "
+                                    "operations\n"});
     EXPECT_EQ(Vlans(), Vids{6});
 }
 
@@ -214,11 +211,12 @@ bool Enabled(DcRouterMgr* mgr, unsigned short vid, DcRouterMgr::ProtocolType typ
 }
 
 TEST_F(RouterMgrReloadTest, VlanOptionsReachEveryRouterOfTheVlan) {
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}, "
-         "\"OSPFV2\": {\"enabled\": true}, \"OSPFV3\": {\"enabled\": true}, "
-         "\"RIPV2\": {\"enabled\": true}, \"RIPNG\": {\"enabled\": true}, "
-         "\"IGMP\": {\"enabled\": true}, \"MLD\": {\"enabled\": true}}, {\"vid\": 6}]}",
-         "a.json", VLAN_OPTIONS);
+    Load(
+        "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}, "
+        "\"OSPFV2\": {\"enabled\": true}, \"OSPFV3\": {\"enabled\": true}, "
+        "\"RIPV2\": {\"enabled\": true}, \"RIPNG\": {\"enabled\": true}, "
+        "\"IGMP\": {\"enabled\": true}, \"MLD\": {\"enabled\": true}}, {\"vid\": 6}]}",
+        "a.json", VLAN_OPTIONS);
     for (int type = 0; type < DcRouterMgr::PROTOCOL_COUNT; ++type) {
         DcRouterMgr::ProtocolType t = static_cast<DcRouterMgr::ProtocolType>(type);
         EXPECT_TRUE(Enabled(mgr, 5, t)) << type;
@@ -227,12 +225,13 @@ TEST_F(RouterMgrReloadTest, VlanOptionsReachEveryRouterOfTheVlan) {
 }
 
 TEST_F(RouterMgrReloadTest, RemoteOptionsReachOnlyTheRoutersThatRun) {
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}}]}",
-         "a.json", VLAN_OPTIONS);
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}}]}", "a.json",
+         VLAN_OPTIONS);
 
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": false}, "
-         "\"OSPFV2\": {\"enabled\": true}}]}",
-         "remote.json", REMOTE_OPTIONS);
+    Load(
+        "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": false}, "
+        "\"OSPFV2\": {\"enabled\": true}}]}",
+        "remote.json", REMOTE_OPTIONS);
 
     // The running BGP router took the remote's options; the OSPFv2 router,
     // which does not run, never saw them.
@@ -244,9 +243,10 @@ TEST_F(RouterMgrReloadTest, OtherOptionTypesReachEveryRouterOfAnExistingVlan) {
     Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
     stack().ClearCalls();
 
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"OSPFV2\": {\"enabled\": true}, "
-         "\"RTM\": {\"dead_rpm_timer\": 30}}]}",
-         "other.json", static_cast<DclConfigObject::OptionType>(4));
+    Load(
+        "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"OSPFV2\": {\"enabled\": true}, "
+        "\"RTM\": {\"dead_rpm_timer\": 30}}]}",
+        "other.json", static_cast<DclConfigObject::OptionType>(4));
 
     EXPECT_TRUE(Enabled(mgr, 5, DcRouterMgr::OSPFv2));
     EXPECT_TRUE(stack().Requests().empty());
@@ -255,8 +255,8 @@ TEST_F(RouterMgrReloadTest, OtherOptionTypesReachEveryRouterOfAnExistingVlan) {
 
 TEST_F(RouterMgrReloadTest, DroppingAVlanRemovesTheSourceOptionsFromItsRouters) {
     Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}}]}",
-         "b.json", VLAN_OPTIONS);
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}}]}", "b.json",
+         VLAN_OPTIONS);
     ASSERT_TRUE(Enabled(mgr, 5, DcRouterMgr::BGP));
 
     Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 6}]}", "b.json", VLAN_OPTIONS);
@@ -267,8 +267,8 @@ TEST_F(RouterMgrReloadTest, DroppingAVlanRemovesTheSourceOptionsFromItsRouters) 
 
 TEST_F(RouterMgrReloadTest, DeleteOptionsRemovesTheSourceOptionsFromTheRouters) {
     Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
-    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RIPV2\": {\"enabled\": true}}]}",
-         "remote.json", static_cast<DclConfigObject::OptionType>(7));
+    Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RIPV2\": {\"enabled\": true}}]}", "remote.json",
+         static_cast<DclConfigObject::OptionType>(7));
     ASSERT_TRUE(Enabled(mgr, 5, DcRouterMgr::RIPv2));
 
     mgr->DeleteOptions("remote.json", static_cast<DclConfigObject::OptionType>(7));

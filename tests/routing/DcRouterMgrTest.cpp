@@ -110,12 +110,16 @@ TEST_F(RouterMgrTest, BitcountCountsTheSetBitsOfAMask) {
 
 // ---- start-up
 
+// The application's IP interface object.
+class AppIpInterface : public DcIpInterface {};
+
 TEST_F(RouterMgrTest, InitializeSetsTheConsoleVlanAndStartsTheStack) {
     stack().SetResult("smsi_init", 7);
-    EXPECT_EQ(mgr->Initialize(12, nullptr), 7);
+    AppIpInterface ip;
+    EXPECT_EQ(mgr->Initialize(12, &ip), 7);
+    EXPECT_EQ(DcRouterBase::GetIpInterface(), &ip);
     EXPECT_EQ(DcConsoleCommand::m_default_vlan, 12);
-    EXPECT_EQ(stack().Calls(),
-              Lines{"smsi_init(\"ripv2 ripng bgp ospf ospfv3 igmp pim\")"});
+    EXPECT_EQ(stack().Calls(), Lines{"smsi_init(\"ripv2 ripng bgp ospf ospfv3 igmp pim\")"});
     EXPECT_EQ(trace.Texts(10), (Lines{"Initializing Manager\n", "Starting Metaswitch\n"}));
     EXPECT_FALSE(loop.HasArmedTimers());
 }
@@ -123,6 +127,7 @@ TEST_F(RouterMgrTest, InitializeSetsTheConsoleVlanAndStartsTheStack) {
 TEST_F(RouterMgrTest, SckInterfaceInitializeIsLogged) {
     mgr->SckInterfaceInitialize(nullptr);
     EXPECT_EQ(trace.Texts(10), Lines{"Initializing SckDescriptor\n"});
+    EXPECT_EQ(DcRouterBase::GetSckInterface(), nullptr);
 }
 
 // ---- VLAN lifecycle
@@ -231,12 +236,9 @@ TEST_F(RouterMgrTest, RouterByInstanceIdIgnoresTheIpv6Bit) {
 TEST_F(RouterMgrTest, RouterByInstanceIdWithAnInvalidTypeIsNull) {
     ASSERT_TRUE(Create(5));
     trace.Clear();
-    EXPECT_EQ(mgr->GetDcRouterByInstanceID(5, static_cast<DcRouterMgr::ProtocolType>(7)),
-              nullptr);
-    EXPECT_EQ(mgr->GetDcRouterByInstanceID(5, static_cast<DcRouterMgr::ProtocolType>(-1)),
-              nullptr);
-    EXPECT_EQ(trace.Texts(10),
-              (Lines{"Invalid protocol type\n", "Invalid protocol type\n"}));
+    EXPECT_EQ(mgr->GetDcRouterByInstanceID(5, static_cast<DcRouterMgr::ProtocolType>(7)), nullptr);
+    EXPECT_EQ(mgr->GetDcRouterByInstanceID(5, static_cast<DcRouterMgr::ProtocolType>(-1)), nullptr);
+    EXPECT_EQ(trace.Texts(10), (Lines{"Invalid protocol type\n", "Invalid protocol type\n"}));
 }
 
 TEST_F(RouterMgrTest, ForEachWithoutAVisitorDoesNothing) {

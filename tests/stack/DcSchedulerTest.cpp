@@ -79,7 +79,7 @@ TEST_F(DcSchedulerTest, RescheduleArmsAFiveMillisecondTimer) {
     EXPECT_TRUE(scheduler.IsRescheduled());
     EXPECT_EQ(NextDue(), 5u);
     EXPECT_EQ(trace.Texts(10), (std::vector<std::string>{"Rescheduling Metaswitch\n",
-                                                        "Starting Scheduler Timer for 5 ms\n"}));
+                                                         "Starting Scheduler Timer for 5 ms\n"}));
 }
 
 TEST_F(DcSchedulerTest, SecondRescheduleWhilePendingIsIgnored) {
@@ -190,8 +190,8 @@ TEST_F(SchedulingEntryPointTest, TwoRescheduleRequestsBeforeTheTimerFiresStartIt
     EXPECT_EQ(loop.ArmedTimerCount(), 1u);
     EXPECT_EQ(NextDue(), 5u);
     EXPECT_EQ(trace.Texts(10), (std::vector<std::string>{"Rescheduling Metaswitch\n",
-                                                        "Starting Scheduler Timer for 5 ms\n",
-                                                        "Rescheduling Metaswitch\n"}));
+                                                         "Starting Scheduler Timer for 5 ms\n",
+                                                         "Rescheduling Metaswitch\n"}));
 }
 
 TEST_F(SchedulingEntryPointTest, IsNBaseRescheduledReportsThePendingEarlyRun) {

@@ -49,6 +49,10 @@ protected:
     DcRouterMgr* mgr = nullptr;
 };
 
+TEST_F(SocketEntryPointTest, TheRegistryIsHandedToTheRouters) {
+    EXPECT_EQ(DcRouterBase::GetSckInterface(), &sockets);
+}
+
 TEST_F(SocketEntryPointTest, RegisterPassesTheKindBeforeTheStackArgument) {
     cRegisterWorkWithEventloop(7, 99, SMS_SOCK_READ);
     EXPECT_EQ(sockets.calls, Lines{"register(7, 1, 99)"});

@@ -1,5 +1,7 @@
 #include "stack/StackCallbacks.h"
 
+#include <dlfcn.h>
+
 #include <cstring>
 #include <string>
 #include <vector>
@@ -40,6 +42,29 @@ protected:
     static DcRtmMgr* rtm() { return DcRtmMgr::GetInstance(); }
     static DcInterfaceMgr* interfaces() { return DcInterfaceMgr::GetInstance(); }
 };
+
+TEST_F(StackCallbacksTest, EntryPointsAreExportedUnderTheirPlainNames) {
+    const char* const names[] = {"cRescheduleNBase",
+                                 "cIsNBaseRescheduled",
+                                 "cRegisterWorkWithEventloop",
+                                 "cUnregisterWorkWithEventloop",
+                                 "cChangeMask",
+                                 "cIsIpv6Instance",
+                                 "cGetIp6Instance",
+                                 "cGetIp4Instance",
+                                 "cSetRouteState",
+                                 "cSetRedistState",
+                                 "cIsRtmReady",
+                                 "cSetRtmReady",
+                                 "cGetRtmConfig",
+                                 "cGetAddress",
+                                 "cGetVlanAddress",
+                                 "cI3Ready",
+                                 "cRunPendingAction"};
+    for (const char* name : names) {
+        EXPECT_NE(dlsym(RTLD_DEFAULT, name), nullptr) << name;
+    }
+}
 
 // ---- instances
 
@@ -261,8 +286,7 @@ TEST_F(StackSerializerTest, RunPendingActionIssuesTheNextRequestOfTheRow) {
     std::vector<unsigned long> oid = RecordingStack::EiOid(5, 100);
     cRunPendingAction(oid.data(), oid.size());
 
-    EXPECT_EQ(stack().Requests(),
-              Lines{"sms_bld_amb_test_i3_ei(1, 2, 5, 100, \"eth0\", 0, 0, 0)"});
+    EXPECT_EQ(stack().Requests(), Lines{"sms_bld_amb_test_i3_ei(1, 2, 5, 100, \"eth0\", 0, 0, 0)"});
 }
 
 TEST_F(StackSerializerTest, RunPendingActionIgnoresANullOidOrAZeroLength) {

@@ -1,0 +1,272 @@
+// DcRtmMgr: static routes and redistribution entries as configuration items,
+// the free route functions of the application, and the handling of the
+// stack's answers on those rows.
+#include <new>
+
+#include "cfg/CfgSched.h"
+#include "cfg/RouteRedistributeItem.h"
+#include "cfg/StaticRouteItem.h"
+#include "config/AddressFormat.h"
+#include "platform/Trace.h"
+#include "routing/DcRouterMgr.h"
+#include "rtm/DcRtmMgr.h"
+
+namespace Zavrel {
+
+namespace {
+
+// Address families of static route rows.
+const long FAMILY_IPV4 = 1;
+const long FAMILY_IPV6 = 2;
+
+// Row and admin status values.
+const unsigned int ROW_ACTIVE = 1;
+const unsigned int ROW_DESTROY = 6;
+const unsigned int ADMIN_UP = 1;
+const unsigned int ADMIN_DOWN = 2;
+
+// Stack results with a meaning of their own here: the row is as requested;
+// not now (worth another try); a destroy found no such row.
+const unsigned int RESULT_DONE = 1;
+const unsigned int RESULT_TEMPORARY = 5;
+const unsigned int RESULT_NO_ROW = 6;
+
+CfgSched* Scheduler() {
+    DcRouterMgr* manager = DcRouterMgr::GetInstance();
+    return manager != nullptr ? &manager->GetCfgSched() : nullptr;
+}
+
+}  // namespace
+
+void DcRtmMgr::UpdateStaticRoute(unsigned long vlan, long family,
+                                 const unsigned char* destination, long prefixLength,
+                                 const unsigned char* nextHop, unsigned long ifIndex,
+                                 unsigned long metric, long routeType, long rowStatus,
+                                 long adminStatus) {
+    StaticRouteItem* item = new (std::nothrow)
+        StaticRouteItem(vlan, family, rowStatus, adminStatus, destination, prefixLength, nextHop,
+                        ifIndex, metric, static_cast<unsigned long>(routeType), 0);
+    if (item == nullptr) {
+        TRACE(1, "%s::%s: Error in Allocating RouteItem\n", "DcRtmMgr", "UpdateStaticRoute");
+        return;
+    }
+    CfgSched* scheduler = Scheduler();
+    if (scheduler == nullptr) {
+        delete item;
+        return;
+    }
+    scheduler->Insert(CfgKey(static_cast<unsigned int>(vlan), CFG_KEY_STATIC_ROUTE), item);
+}
+
+void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip4Addr& destination,
+                                 int prefixLength, const Ip4Addr& nextHop, unsigned int ifIndex,
+                                 unsigned short metric, int routeType, unsigned int rowStatus,
+                                 unsigned int adminStatus) {
+    UpdateStaticRoute(static_cast<unsigned long>(vlan), FAMILY_IPV4, destination.Bytes(),
+                      static_cast<long>(prefixLength), nextHop.Bytes(), ifIndex, metric,
+                      static_cast<long>(routeType), static_cast<long>(rowStatus),
+                      static_cast<long>(adminStatus));
+}
+
+void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip6Addr& destination,
+                                 int prefixLength, const Ip6Addr& nextHop, unsigned int ifIndex,
+                                 unsigned short metric, int routeType, unsigned int rowStatus,
+                                 unsigned int adminStatus) {
+    UpdateStaticRoute(static_cast<unsigned long>(vlan), FAMILY_IPV6, destination.Bytes(),
+                      static_cast<long>(prefixLength), nextHop.Bytes(), ifIndex, metric,
+                      static_cast<long>(routeType), static_cast<long>(rowStatus),
+                      static_cast<long>(adminStatus));
+}
+
+void DcRtmMgr::Redistribute(unsigned int rowStatus, unsigned int adminStatus, unsigned int source,
+                            unsigned int destination, unsigned short instance) {
+    RouteRedistributeItem* item = new (std::nothrow) RouteRedistributeItem(
+        static_cast<long>(rowStatus), static_cast<long>(adminStatus), static_cast<long>(source),
+        static_cast<long>(destination), 0, instance, 0);
+    if (item == nullptr) {
+        TRACE(1, "Error in allocating Redistribution Item\n");
+        return;
+    }
+    CfgSched* scheduler = Scheduler();
+    if (scheduler == nullptr) {
+        delete item;
+        return;
+    }
+    scheduler->Insert(CfgKey(instance, CFG_KEY_REDISTRIBUTION), item);
+}
+
+void DcRtmMgr::HandleRedistributionStatusChange(unsigned short instance, unsigned int source,
+                                                unsigned int destination, bool enabled,
+                                                bool wasEnabled) {
+    if (enabled == wasEnabled) {
+        return;
+    }
+    if (enabled) {
+        Redistribute(ROW_ACTIVE, ADMIN_UP, source, destination, instance);
+    } else {
+        Redistribute(ROW_DESTROY, ADMIN_DOWN, source, destination, instance);
+    }
+}
+
+void DcRtmMgr::UpdateRouteCallback(unsigned short vlan, int family,
+                                   const unsigned char* destination, unsigned int prefixLength,
+                                   const unsigned char* nextHop, unsigned int ifIndex, int metric,
+                                   int routeType, int rowStatus, int adminStatus, unsigned long,
+                                   unsigned int result) {
+    const bool ipv4 = family == FAMILY_IPV4;
+    const string destinationText =
+        ipv4 ? FormatIp4Addr(static_cast<const void*>(destination)) : FormatIp6Addr(destination);
+    const string nextHopText =
+        ipv4 ? FormatIp4Addr(static_cast<const void*>(nextHop)) : FormatIp6Addr(nextHop);
+    TRACE(10, "Route Update Response from Metaswitch: vlan = %u, dest= %s/%u nexthop: %s\n",
+          static_cast<unsigned int>(vlan), destinationText.c_str(), prefixLength,
+          nextHopText.c_str());
+
+    // Stands for the reported row; the scheduler finds its own item by OID.
+    StaticRouteItem reported(vlan, family, rowStatus, adminStatus, destination, prefixLength,
+                             nextHop, ifIndex, static_cast<unsigned long>(metric),
+                             static_cast<unsigned long>(routeType), 0);
+    const CfgKey key(vlan, CFG_KEY_STATIC_ROUTE);
+    const bool destroy = rowStatus == static_cast<int>(ROW_DESTROY);
+    // A create or update is retried only on a temporary failure; a destroy
+    // is retried on every failure except "no such row", which counts as done.
+    if (result != RESULT_DONE && !destroy && result != RESULT_TEMPORARY) {
+        TRACE(10, "Unable to set route. No retry!!!\n");
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, false);
+        }
+        return;
+    }
+    if (result != RESULT_DONE && (!destroy || result != RESULT_NO_ROW)) {
+        TRACE(10, "Route Not programmed!!! Retrying...\n");
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, true);
+        }
+        return;
+    }
+    TRACE(10, "Route Programmed Successfully\n");
+    if (CfgSched* scheduler = Scheduler()) {
+        scheduler->Remove(key, &reported, result);
+    }
+}
+
+void DcRtmMgr::UpdateRedistributionCallback(unsigned short instance, unsigned int source,
+                                            unsigned int destination, unsigned int adminStatus,
+                                            unsigned int rowStatus, unsigned long extra,
+                                            unsigned int result) {
+    TRACE(10, "Redistribution Response from Metaswitch: vlan=%u src=%u dst=%u status=%u\n",
+          static_cast<unsigned int>(instance), source, destination, rowStatus);
+    RouteRedistributeItem reported(static_cast<long>(rowStatus), static_cast<long>(adminStatus),
+                                   static_cast<long>(source), static_cast<long>(destination), 0,
+                                   instance, extra);
+    const CfgKey key(instance, CFG_KEY_REDISTRIBUTION);
+    const bool destroy = rowStatus == ROW_DESTROY;
+    if (result == RESULT_DONE || (destroy && result == RESULT_NO_ROW)) {
+        TRACE(10, "Redistribution Request Success\n");
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Remove(key, &reported, result);
+        }
+    } else if (!destroy && result != RESULT_TEMPORARY) {
+        TRACE(10, "Unable to set redistribution. No retry!!!\n");
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, false);
+        }
+    } else {
+        TRACE(10, "Redistribution Request Not success!! Retrying...\n");
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Update(key, &reported, result, true);
+        }
+    }
+}
+
+// ---- the application's static routes
+
+bool AddRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
+              const Ip4Addr& gateway, unsigned int ifIndex, unsigned int metric, long routeType,
+              long adminStatus) {
+    DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    if (rtm == nullptr) {
+        return false;
+    }
+    rtm->UpdateStaticRoute(vlan, destination, static_cast<int>(DcRouterMgr::bitcount(netmask)),
+                           gateway, ifIndex, static_cast<unsigned short>(metric),
+                           static_cast<int>(routeType), ROW_ACTIVE,
+                           static_cast<unsigned int>(adminStatus));
+    return true;
+}
+
+namespace {
+
+bool SendIp4Route(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
+                  const Ip4Addr& gateway, unsigned int ifIndex, unsigned int rowStatus,
+                  unsigned int adminStatus) {
+    DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    if (rtm == nullptr) {
+        return false;
+    }
+    rtm->UpdateStaticRoute(vlan, destination, static_cast<int>(DcRouterMgr::bitcount(netmask)),
+                           gateway, ifIndex, 0, 0, rowStatus, adminStatus);
+    return true;
+}
+
+bool SendIp6Route(unsigned short vlan, const Ip6Addr& destination, const Ip6Prefix& prefix,
+                  const Ip6Addr& gateway, unsigned int ifIndex, unsigned int rowStatus,
+                  unsigned int adminStatus) {
+    DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    if (rtm == nullptr) {
+        return false;
+    }
+    rtm->UpdateStaticRoute(vlan, destination, static_cast<int>(prefix.Length()), gateway, ifIndex,
+                           0, 0, rowStatus, adminStatus);
+    return true;
+}
+
+}  // namespace
+
+bool RemoveRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
+                 const Ip4Addr& gateway, unsigned int ifIndex) {
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, ROW_DESTROY, ADMIN_DOWN);
+}
+
+bool EnableRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
+                 const Ip4Addr& gateway, unsigned int ifIndex) {
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, ROW_ACTIVE, ADMIN_UP);
+}
+
+bool DisableRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
+                  const Ip4Addr& gateway, unsigned int ifIndex) {
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, ROW_ACTIVE, ADMIN_DOWN);
+}
+
+// The destination of an added IPv6 route is the prefix's address; the other
+// three functions take it from the address argument.
+bool AddRoute(unsigned short vlan, const Ip6Addr&, const Ip6Prefix& prefix,
+              const Ip6Addr& gateway, unsigned int ifIndex, unsigned int metric, long routeType,
+              long adminStatus) {
+    DcRtmMgr* rtm = DcRtmMgr::GetInstance();
+    if (rtm == nullptr) {
+        return false;
+    }
+    rtm->UpdateStaticRoute(vlan, prefix.Address(), static_cast<int>(prefix.Length()), gateway,
+                           ifIndex, static_cast<unsigned short>(metric),
+                           static_cast<int>(routeType), ROW_ACTIVE,
+                           static_cast<unsigned int>(adminStatus));
+    return true;
+}
+
+bool RemoveRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
+                 const Ip6Addr& gateway, unsigned int ifIndex) {
+    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, ROW_DESTROY, ADMIN_DOWN);
+}
+
+bool EnableRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
+                 const Ip6Addr& gateway, unsigned int ifIndex) {
+    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, ROW_ACTIVE, ADMIN_UP);
+}
+
+bool DisableRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
+                  const Ip6Addr& gateway, unsigned int ifIndex) {
+    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, ROW_ACTIVE, ADMIN_DOWN);
+}
+
+}  // namespace Zavrel
