@@ -198,12 +198,18 @@ CommandInterpreter::Result CommandInterpreter::Address(const Args& args)
         return Result::Ok();
     }
     const Ip4Addr mask = Words::Netmask(address.length);
+    DcRouterMgr* manager = DcRouterMgr::GetInstance();
     if (add) {
         interfaces->AddIpAddress(vlan, ifIndex, address.ip4, mask);
     } else if (del) {
         interfaces->DeleteIpAddress(vlan, ifIndex, address.ip4, mask);
     } else {
+        // The interface manager tells the routers itself.
         interfaces->ChangeIpAddress(vlan, ifIndex, address.ip4, mask);
+        return Result::Ok();
+    }
+    if (VlanExists(manager, vlan)) {
+        manager->ProcessIPAddressChange(vlan, ifIndex, add ? address.ip4 : Ip4Addr());
     }
     return Result::Ok();
 }
