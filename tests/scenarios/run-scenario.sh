@@ -19,6 +19,9 @@
 # descriptor depends on the descriptors the environment leaves open, so it is
 # always masked.
 #
+# ZAVREL_APP_LAUNCHER, when set, is the program that runs the application
+# (for a cross build, the emulator).
+#
 # With ZAVREL_UPDATE_GOLDEN=1 in the environment the expected file is
 # (re)written from the actual output instead of compared.
 set -uo pipefail
@@ -61,7 +64,7 @@ trap 'rm -f "$actual"' EXIT
 (
   cd "$dir" || exit 99
   eval "set -- $args"
-  "$app" "$@" --script "$name" <"$stdin_file" 2>&1
+  ${ZAVREL_APP_LAUNCHER:+"$ZAVREL_APP_LAUNCHER"} "$app" "$@" --script "$name" <"$stdin_file" 2>&1
   echo "[exit $?]"
 ) >"$actual"
 
