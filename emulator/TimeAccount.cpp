@@ -6,8 +6,9 @@ namespace Zavrel::Emulator {
 
 volatile std::sig_atomic_t TimeAccount::s_inStack = 0;
 
-void TimeAccount::Enable(bool on) {
+void TimeAccount::Enable(bool on, clockid_t clock) {
     m_enabled = on;
+    m_clock = clock;
     m_scopes.clear();
     s_inStack = 0;
 }
@@ -15,13 +16,34 @@ void TimeAccount::Enable(bool on) {
 void TimeAccount::Clear() {
     m_scopes.clear();
     m_stackNs = 0;
+    m_reads = 0;
     s_inStack = 0;
 }
 
-uint64_t TimeAccount::Now() {
+namespace {
+
+uint64_t Read(clockid_t clock) {
     timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
+    clock_gettime(clock, &now);
     return static_cast<uint64_t>(now.tv_sec) * 1000000000u + static_cast<uint64_t>(now.tv_nsec);
+}
+
+}  // namespace
+
+uint64_t TimeAccount::Now() {
+    ++m_reads;
+    return Read(m_clock);
+}
+
+uint64_t TimeAccount::ReadCostNs(clockid_t clock, unsigned int count) {
+    if (count == 0) {
+        return 0;
+    }
+    const uint64_t start = Read(clock);
+    for (unsigned int i = 0; i < count; ++i) {
+        Read(clock);
+    }
+    return (Read(clock) - start) / count;
 }
 
 void TimeAccount::Charge(uint64_t now) {

@@ -47,6 +47,18 @@ TEST_F(TimeAccountTest, TimeSpentInTheLibrarysCallbacksIsNotChargedToTheStack) {
     EXPECT_EQ(0u, Stack().Account().StackNs());
 }
 
+TEST_F(TimeAccountTest, EveryScopeReadsTheClockTwice) {
+    StartStack();
+    Stack().Account().Enable(true, CLOCK_THREAD_CPUTIME_ID);
+    // sms_set_i3_ei_oid and sms_act_interface, which calls
+    // cIsNBaseRescheduled and cRescheduleNBase: four scopes.
+    Interface(4, 5, 100, "eth0");
+    EXPECT_EQ(8u, Stack().Account().Reads());
+    Stack().Account().Clear();
+    EXPECT_EQ(0u, Stack().Account().Reads());
+    EXPECT_EQ(0u, Emulator::TimeAccount::ReadCostNs(CLOCK_MONOTONIC, 0));
+}
+
 TEST_F(TimeAccountTest, TheInnermostScopeTellsWhichSideIsRunning) {
     StartStack();
     Stack().Account().Enable(true);
