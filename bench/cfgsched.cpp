@@ -275,6 +275,37 @@ void BM_Update(benchmark::State& state)
     Finish(state, seconds, ops);
 }
 
+// What Update and Remove spend outside the scheduler: the OID of the
+// stack's report (one stack call), at the same sizes.
+void BM_ReportOidOnly(benchmark::State& state)
+{
+    Fixture f(static_cast<size_t>(state.range(0)));
+    uint32_t cursor = 0;
+    double seconds = 0;
+    long long ops = 0;
+    for (auto _ : state) {
+        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
+        std::vector<StaticRouteItem*> probes;
+        for (uint32_t n : numbers) {
+            probes.push_back(Route(n));
+        }
+        const auto start = Clock::now();
+        for (StaticRouteItem* probe : probes) {
+            benchmark::DoNotOptimize(probe->GetOid());
+        }
+        const double elapsed = Clock::now() - start;
+        state.SetIterationTime(elapsed);
+        seconds += elapsed;
+        ops += kBatch;
+        cursor += 1;
+        for (StaticRouteItem* probe : probes) {
+            delete probe;
+        }
+        Forget();
+    }
+    Finish(state, seconds, ops);
+}
+
 // Confirms sent routes: each is destroyed.
 void BM_Remove(benchmark::State& state)
 {
@@ -407,6 +438,7 @@ BENCHMARK(BM_MemoryPerQueuedRoute)->Arg(100000)->Iterations(1);
 BENCHMARK(BM_InsertNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_InsertReplace)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_Update)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_ReportOidOnly)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_Remove)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_TickWith31NewBehindSent)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
 BENCHMARK(BM_TickNothingNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);

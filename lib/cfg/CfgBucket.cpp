@@ -93,7 +93,13 @@ CfgBucket::Entry* CfgBucket::OidTable::Find(size_t hash) const
     if (m_slots.empty()) {
         return nullptr;
     }
-    return m_slots[IndexOf(hash)].head;
+    const Slot& slot = m_slots[IndexOf(hash)];
+    if (slot.head != nullptr) {
+        __builtin_prefetch(slot.head);
+        __builtin_prefetch(slot.headItem);
+        __builtin_prefetch(slot.headOid);
+    }
+    return slot.head;
 }
 
 void CfgBucket::OidTable::Grow()
@@ -129,6 +135,8 @@ void CfgBucket::OidTable::SetHead(size_t hash, Entry* head)
         ++m_used;
     }
     slot.head = head;
+    slot.headItem = head->item;
+    slot.headOid = head->oidComponents;
 }
 
 void CfgBucket::OidTable::Erase(size_t hole)

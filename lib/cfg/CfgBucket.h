@@ -117,11 +117,13 @@ public:
 
 private:
     // The heads of the OID chains, by hash: open addressing with linear
-    // probing over 16-byte slots, so a lookup reads one small slot and then
-    // the head entry (which keeps the chain's last entry).
+    // probing. A slot also holds where the head's item and OID are, so that
+    // a lookup fetches the head entry, its item and its OID together rather
+    // than one after the other. The head entry keeps the chain's last entry.
     class OidTable {
     public:
-        // The head of the hash's chain, null when there is none.
+        // The head of the hash's chain, null when there is none; its item
+        // and OID are being fetched when it returns.
         Entry* Find(size_t hash) const;
         // Sets the head of the hash's chain, adding the hash when absent;
         // a null head removes it.
@@ -132,6 +134,8 @@ private:
         struct Slot {
             size_t hash = 0;
             Entry* head = nullptr;  // null: the slot is free
+            const CfgItem* headItem = nullptr;
+            const unsigned long* headOid = nullptr;
         };
         size_t IndexOf(size_t hash) const;
         void Grow();
