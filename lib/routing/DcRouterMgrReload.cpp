@@ -5,6 +5,9 @@
 // options from the VLAN with it, and the VLAN goes with its last source.
 #include "routing/DcRouterMgr.h"
 
+#include <cstddef>
+#include <vector>
+
 #include "platform/Options.h"
 #include "platform/OptionsNode.h"
 #include "platform/Trace.h"
@@ -12,6 +15,13 @@
 #include "rtm/DcRtmMgr.h"
 
 namespace Zavrel {
+
+namespace {
+
+// Number of distinct VLAN ids (16 bits).
+const size_t VLAN_ID_COUNT = 0x10000;
+
+}  // namespace
 
 bool DcRouterMgr::Reload(const Options& options, const string& source,
                          DclConfigObject::OptionType type) {
@@ -21,10 +31,11 @@ bool DcRouterMgr::Reload(const Options& options, const string& source,
         return true;
     }
 
-    // The VLANs the source configured before; those it no longer lists are
-    // left in this copy at the end.
+    // The VLANs the source configured before, and those it lists now: the
+    // ones it no longer lists lose its options at the end.
     std::set<unsigned short>& configured = m_source_vlans[source];
-    std::set<unsigned short> unlisted = configured;
+    const std::vector<unsigned short> previous(configured.begin(), configured.end());
+    std::vector<bool> listed(VLAN_ID_COUNT, false);
 
     TRACE(10, "Reloading Configuration in all VLANs\n");
     for (OptionsNodeIterator it = section.begin(); it != section.end(); ++it) {
@@ -64,7 +75,7 @@ bool DcRouterMgr::Reload(const Options& options, const string& source,
         }
 
         configured.insert(vid);
-        unlisted.erase(vid);
+        listed[vid] = true;
         VlanRouters* record = vlan->second;
         record->sources.insert(source);
 
@@ -80,7 +91,10 @@ bool DcRouterMgr::Reload(const Options& options, const string& source,
         }
     }
 
-    for (unsigned short vid : unlisted) {
+    for (unsigned short vid : previous) {
+        if (listed[vid]) {
+            continue;
+        }
         VlanMap::iterator vlan = m_vlans.find(vid);
         if (vlan == m_vlans.end() || vlan->second == nullptr) {
             // Deleted since the source listed it: nothing left to remove.
