@@ -27,7 +27,7 @@ public:
 
     // Dotted-quad text, for example "10.0.0.1".
     string ToString() const;
-    // Parses strict dotted-quad text (four decimal parts 0..255, nothing
+    // Parses strict dotted-quad text (four decimal numbers of 0..255, nothing
     // else). On failure returns false and leaves the address unchanged.
     bool FromString(const string& text);
 

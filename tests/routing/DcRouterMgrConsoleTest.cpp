@@ -380,9 +380,19 @@ TEST_F(RouterMgrConsoleTest, Ipv6DatabaseOfAVlanWithoutRtmIsRefused) {
 // ---- multicast database
 
 TEST_F(RouterMgrConsoleTest, McastDatabaseThatRefusesItsWordsSaysSo) {
-    Ip4({"protocol", "mcast-database", "bogus", "words", "here"});
-    EXPECT_NE(console.Output().find("Fail to parse mcast-database sub command.\n"),
-              std::string::npos);
+    Ip4({"protocol", "mcast-database", "bogus"});
+    EXPECT_EQ(console.Output(),
+              "Usage: mcast-database [vrf <vid>] [group <address>]\n"
+              "Fail to parse mcast-database sub command.\n");
+}
+
+TEST_F(RouterMgrConsoleTest, McastDatabaseListsTheIgmpTableOfTheVlan) {
+    CreateVlan(5);
+    Ip4({"protocol", "MC", "vrf", "5"});
+    EXPECT_EQ(console.Output(),
+              "Multicast routing table of VLAN 5 (IGMP)\n"
+              "Group                                    Interface  Querier\n"
+              "End of Table\n");
 }
 
 // ---- IPS tracing

@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "cfg/CfgKey.h"
 #include "cfg/CfgSched.h"
 #include "interfaces/DcInterfaceMgr.h"
 #include "mib/Serializer.h"
@@ -36,6 +37,10 @@ protected:
     void SetUp() override {
         TestEnv::SetUp();
         stack().Reset();
+        // The managers exist, as they do once the application has started.
+        ASSERT_NE(DcRouterMgr::GetInstance(), nullptr);
+        ASSERT_NE(rtm(), nullptr);
+        trace.Clear();
     }
 
     static RecordingStack& stack() { return RecordingStack::Instance(); }
@@ -165,6 +170,21 @@ TEST_F(StackCallbacksTest, RouteStateWithAFailureAsksForARetry) {
     trace.Clear();
     cSetRouteState(5, 1, dest, 24, nextHop, 3, 1, 4, 1, 1, 0, 5);
     EXPECT_TRUE(trace.Contains(10, "Route Not programmed!!! Retrying...\n"));
+}
+
+TEST_F(StackCallbacksTest, RouteStateOfAnIpv6InstanceEndsTheRouteOfItsVlan) {
+    CfgSched& sched = DcRouterMgr::GetInstance()->GetCfgSched();
+    AddRoute(5, V4("10.0.0.0"), V4("255.255.255.0"), V4("192.168.1.1"), 3, 1, 0x30000, 1);
+    cSetRtmReady(5);
+    loop.Advance(100);  // the scheduler sends the route
+    const CfgKey key(5, DcRtmMgr::CFG_KEY_STATIC_ROUTE);
+    ASSERT_TRUE(sched.HasBucket(key));
+
+    const unsigned char dest[4] = {10, 0, 0, 0};
+    const unsigned char nextHop[4] = {192, 168, 1, 1};
+    cSetRouteState(5 | IP6, 1, dest, 24, nextHop, 3, 1, 0x30000, 1, 1, 0, 1);
+
+    EXPECT_FALSE(sched.HasBucket(key));
 }
 
 TEST_F(StackCallbacksTest, RedistStateReordersItsValuesAndKeepsTheInstanceAsItIs) {

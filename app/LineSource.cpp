@@ -1,0 +1,109 @@
+#include "app/LineSource.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include <readline/history.h>
+#include <readline/readline.h>
+
+namespace Zavrel {
+
+LineSource::~LineSource() = default;
+
+ArgumentSource::ArgumentSource(const std::string& command, unsigned int number)
+    : m_command(command), m_number(number)
+{
+}
+
+bool ArgumentSource::Next(std::string& line)
+{
+    if (m_done) {
+        return false;
+    }
+    m_done = true;
+    line = m_command;
+    return true;
+}
+
+std::string ArgumentSource::Where() const
+{
+    return "-c #" + std::to_string(m_number);
+}
+
+StreamSource::StreamSource(const std::string& path) : m_name(path)
+{
+    m_stream = fopen(path.c_str(), "r");
+    if (m_stream == nullptr) {
+        m_error = strerror(errno);
+        return;
+    }
+    m_owned = true;
+    const size_t slash = path.rfind('/');
+    if (slash != std::string::npos) {
+        m_baseDir = path.substr(0, slash + 1);
+    }
+}
+
+StreamSource::StreamSource(FILE* stream, const std::string& name) : m_stream(stream), m_name(name)
+{
+}
+
+StreamSource::~StreamSource()
+{
+    if (m_owned && m_stream != nullptr) {
+        fclose(m_stream);
+    }
+}
+
+bool StreamSource::Next(std::string& line)
+{
+    if (m_stream == nullptr) {
+        return false;
+    }
+    line.clear();
+    int c;
+    bool any = false;
+    while ((c = fgetc(m_stream)) != EOF) {
+        any = true;
+        if (c == '\n') {
+            break;
+        }
+        line += static_cast<char>(c);
+    }
+    if (!any) {
+        return false;
+    }
+    if (!line.empty() && line.back() == '\r') {
+        line.pop_back();
+    }
+    ++m_line;
+    return true;
+}
+
+std::string StreamSource::Where() const
+{
+    return m_name + ":" + std::to_string(m_line);
+}
+
+ReadlineSource::ReadlineSource(std::function<std::string()> prompt) : m_prompt(std::move(prompt)) {}
+
+bool ReadlineSource::Next(std::string& line)
+{
+    const std::string prompt = m_prompt ? m_prompt() : std::string("> ");
+    char* text = readline(prompt.c_str());
+    if (text == nullptr) {
+        // End of input: leave the terminal on a fresh line.
+        fputc('\n', stdout);
+        return false;
+    }
+    line = text;
+    free(text);
+    if (line.find_first_not_of(" \t") != std::string::npos && line != m_lastHistory) {
+        add_history(line.c_str());
+        m_lastHistory = line;
+    }
+    return true;
+}
+
+}  // namespace Zavrel

@@ -1,0 +1,7 @@
+#include "app/QuietProbe.h"
+
+namespace Zavrel {
+
+QuietProbe::~QuietProbe() = default;
+
+}  // namespace Zavrel
