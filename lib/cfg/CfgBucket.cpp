@@ -96,6 +96,7 @@ CfgBucket::Entry* CfgBucket::OidTable::Find(size_t hash) const
     const Slot& slot = m_slots[IndexOf(hash)];
     if (slot.head != nullptr) {
         __builtin_prefetch(slot.head);
+        __builtin_prefetch(reinterpret_cast<const char*>(slot.head) + 64);
         __builtin_prefetch(slot.headItem);
         __builtin_prefetch(slot.headOid);
     }
@@ -511,6 +512,18 @@ void CfgBucket::ReplaceShifted(Entry* held, CfgItem* item, const MibOid& oid, si
     }
     Destroy(held);
     SyncState(entry);
+}
+
+void CfgBucket::PrefetchNeighbours(const Entry* entry)
+{
+    // Unlinking writes the links, which lie in the neighbours' second line.
+    const Entry* neighbours[] = {entry->listLink.prev, entry->listLink.next,
+                                 entry->groupLink.prev, entry->groupLink.next};
+    for (const Entry* neighbour : neighbours) {
+        if (neighbour != nullptr) {
+            __builtin_prefetch(&neighbour->listLink, 1);
+        }
+    }
 }
 
 void CfgBucket::Destroy(Entry* entry)

@@ -82,6 +82,9 @@ public:
     void ReplaceShifted(Entry* held, CfgItem* item, const MibOid& oid, size_t hash);
     // Unlinks the entry and destroys its item.
     void Destroy(Entry* entry);
+    // Starts fetching what Destroy will touch, so that it arrives while the
+    // caller still works on the item.
+    static void PrefetchNeighbours(const Entry* entry);
     // Brings the New index in step with the entry's item's action state
     // after the scheduler (or the item's Send) changed it.
     void SyncState(Entry* entry);

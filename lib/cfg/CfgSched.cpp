@@ -97,6 +97,7 @@ void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason)
         const MibOid& oid = item->GetOid();
         CfgBucket::Entry* entry = bucket.FindFirst(oid, CfgBucket::HashOid(oid));
         if (entry != nullptr) {
+            CfgBucket::PrefetchNeighbours(entry);
             entry->item->SetInMib(true, reason);
             if (entry->item->IsIssued()) {
                 TRACE(5, "Removing the handle\n");
