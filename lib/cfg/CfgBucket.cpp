@@ -137,7 +137,7 @@ void CfgBucket::OidTable::SetHead(size_t hash, Entry* head)
     }
     slot.head = head;
     slot.headItem = head->item;
-    slot.headOid = head->oidComponents;
+    slot.headOid = head->oid;
 }
 
 void CfgBucket::OidTable::Erase(size_t hole)
@@ -187,7 +187,7 @@ bool CfgBucket::SameOid(const Entry* entry, const MibOid& oid)
     }
     const unsigned long usable =
         entry->oidLength < MibOid::MAX_LENGTH ? entry->oidLength : MibOid::MAX_LENGTH;
-    return std::memcmp(entry->oidComponents, oid.Components(), usable * sizeof(unsigned long)) ==
+    return std::memcmp(entry->oid->Components(), oid.Components(), usable * sizeof(unsigned long)) ==
            0;
 }
 
@@ -442,7 +442,7 @@ CfgBucket::Entry* CfgBucket::NewEntry(CfgItem* item, uint64_t order, const MibOi
     Entry* entry = m_pool.Get();
     entry->item = item;
     entry->order = order;
-    entry->oidComponents = oid.Components();
+    entry->oid = &oid;
     entry->oidLength = oid.Length();
     entry->oidHash = hash;
     entry->hasGroupKey = item->GetListReadyKey(entry->groupKey);

@@ -43,7 +43,7 @@ public:
     // in the first line.
     struct alignas(64) Entry {
         CfgItem* item = nullptr;
-        const unsigned long* oidComponents = nullptr;  // of the item's stored OID
+        const MibOid* oid = nullptr;  // the item's stored OID
         Link oidLink;
         uint64_t order = 0;
         std::map<uint64_t, Entry*>::iterator newPos;
@@ -138,7 +138,7 @@ private:
             size_t hash = 0;
             Entry* head = nullptr;  // null: the slot is free
             const CfgItem* headItem = nullptr;
-            const unsigned long* headOid = nullptr;
+            const MibOid* headOid = nullptr;
         };
         size_t IndexOf(size_t hash) const;
         void Grow();

@@ -4,30 +4,130 @@
 
 namespace Zavrel {
 
-MibOid::MibOid() : m_length(0)
+MibOid::MibOid() : m_length(0), m_held(0), m_inline()
 {
-    memset(m_components, 0, sizeof(m_components));
 }
 
 MibOid::MibOid(const unsigned long* components, unsigned long count) : MibOid()
 {
-    m_length = count > MAX_LENGTH ? MAX_LENGTH : count;
-    if (components != nullptr && m_length != 0) {
-        memcpy(m_components, components, m_length * sizeof(m_components[0]));
+    const unsigned long length = count > MAX_LENGTH ? MAX_LENGTH : count;
+    Hold(length);
+    m_length = length;
+    if (components != nullptr && length != 0) {
+        memcpy(Data(), components, length * sizeof(unsigned long));
     }
+}
+
+MibOid::MibOid(const MibOid& other) : MibOid()
+{
+    CopyFrom(other);
+}
+
+MibOid::MibOid(MibOid&& other) noexcept : MibOid()
+{
+    if (other.OnHeap()) {
+        m_heap = other.m_heap;
+        m_held = other.m_held;
+        m_length = other.m_length;
+        other.m_held = 0;
+        other.m_length = 0;
+        memset(other.m_inline, 0, sizeof(other.m_inline));
+    } else {
+        CopyFrom(other);
+    }
+}
+
+MibOid& MibOid::operator=(const MibOid& other)
+{
+    if (this != &other) {
+        CopyFrom(other);
+    }
+    return *this;
+}
+
+MibOid& MibOid::operator=(MibOid&& other) noexcept
+{
+    if (this != &other) {
+        if (other.OnHeap()) {
+            Release();
+            m_heap = other.m_heap;
+            m_held = other.m_held;
+            m_length = other.m_length;
+            other.m_held = 0;
+            other.m_length = 0;
+            memset(other.m_inline, 0, sizeof(other.m_inline));
+        } else {
+            CopyFrom(other);
+        }
+    }
+    return *this;
+}
+
+MibOid::~MibOid()
+{
+    Release();
+}
+
+void MibOid::Release()
+{
+    if (OnHeap()) {
+        delete[] m_heap;
+        m_held = 0;
+        memset(m_inline, 0, sizeof(m_inline));
+    }
+}
+
+void MibOid::Hold(unsigned long count)
+{
+    if (count > MAX_LENGTH) {
+        count = MAX_LENGTH;
+    }
+    if (count <= m_held) {
+        return;
+    }
+    if (count > INLINE_CAPACITY && !OnHeap()) {
+        unsigned long* heap = new unsigned long[MAX_LENGTH]();
+        memcpy(heap, m_inline, m_held * sizeof(unsigned long));
+        m_heap = heap;
+    }
+    // Inline and heap components past m_held are already zero.
+    m_held = static_cast<unsigned short>(count);
+}
+
+void MibOid::CopyFrom(const MibOid& other)
+{
+    // Components held here beyond the other's must read as zero again.
+    if (m_held > other.m_held) {
+        memset(Data() + other.m_held, 0, (m_held - other.m_held) * sizeof(unsigned long));
+        if (OnHeap() && other.m_held <= INLINE_CAPACITY) {
+            unsigned long* heap = m_heap;
+            memset(m_inline, 0, sizeof(m_inline));
+            memcpy(m_inline, heap, other.m_held * sizeof(unsigned long));
+            delete[] heap;
+        }
+        m_held = other.m_held;
+    } else {
+        Hold(other.m_held);
+    }
+    if (other.m_held != 0) {
+        memcpy(Data(), other.Data(), other.m_held * sizeof(unsigned long));
+    }
+    m_length = other.m_length;
 }
 
 void MibOid::SetOid(const unsigned long* components, unsigned long count)
 {
     m_length = count;
     if (components == nullptr) {
+        Hold(count);
         return;
     }
     if (m_length > MAX_LENGTH) {
         m_length = MAX_LENGTH;
     }
     if (m_length != 0) {
-        memcpy(m_components, components, m_length * sizeof(m_components[0]));
+        Hold(m_length);
+        memcpy(Data(), components, m_length * sizeof(unsigned long));
     }
 }
 
@@ -42,12 +142,8 @@ bool MibOid::operator==(const MibOid& other) const
         return false;
     }
     unsigned long count = UsableLength();
-    for (unsigned long i = 0; i < count; ++i) {
-        if (m_components[i] != other.m_components[i]) {
-            return false;
-        }
-    }
-    return true;
+    return count == 0 ||
+           memcmp(Data(), other.Data(), count * sizeof(unsigned long)) == 0;
 }
 
 bool MibOid::operator<(const MibOid& other) const
@@ -55,9 +151,11 @@ bool MibOid::operator<(const MibOid& other) const
     unsigned long mine = UsableLength();
     unsigned long theirs = other.UsableLength();
     unsigned long common = mine < theirs ? mine : theirs;
+    const unsigned long* a = Data();
+    const unsigned long* b = other.Data();
     for (unsigned long i = 0; i < common; ++i) {
-        if (m_components[i] != other.m_components[i]) {
-            return m_components[i] < other.m_components[i];
+        if (a[i] != b[i]) {
+            return a[i] < b[i];
         }
     }
     return m_length < other.m_length;
@@ -67,8 +165,9 @@ string MibOid::ToString() const
 {
     string text;
     unsigned long count = UsableLength();
+    const unsigned long* data = Data();
     for (unsigned long i = 0; i < count; ++i) {
-        text.AppendFmt(i == 0 ? "%lu" : ":%lu", m_components[i]);
+        text.AppendFmt(i == 0 ? "%lu" : ":%lu", data[i]);
     }
     return text;
 }

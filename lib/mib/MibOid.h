@@ -6,6 +6,9 @@
 
 namespace Zavrel {
 
+// Behaves as a fixed array of 130 components that starts zeroed. Only the
+// leading components ever written are held (inline when few, which is the
+// usual case for routes and interfaces); the rest read as zero.
 class MibOid {
 public:
     static const unsigned long MAX_LENGTH = 130;
@@ -14,6 +17,11 @@ public:
     MibOid();
     // Clears every component, then copies min(count, 130) components.
     MibOid(const unsigned long* components, unsigned long count);
+    MibOid(const MibOid& other);
+    MibOid(MibOid&& other) noexcept;
+    MibOid& operator=(const MibOid& other);
+    MibOid& operator=(MibOid&& other) noexcept;
+    ~MibOid();
 
     // Stores count as the length first. A null array returns at once with
     // that length unclipped and the components untouched; otherwise the
@@ -32,15 +40,36 @@ public:
     string ToString() const;
 
     unsigned long Length() const { return m_length; }
-    const unsigned long* Components() const { return m_components; }
-    unsigned long operator[](unsigned long index) const { return m_components[index]; }
+    // Valid for at least min(Length(), 130) components.
+    const unsigned long* Components() const { return Data(); }
+    unsigned long operator[](unsigned long index) const
+    {
+        return index < m_held ? Data()[index] : 0;
+    }
 
 private:
+    static const unsigned short INLINE_CAPACITY = 20;
+
     // Number of components that can be read: the length, at most 130.
     unsigned long UsableLength() const;
+    bool OnHeap() const { return m_held > INLINE_CAPACITY; }
+    unsigned long* Data() { return OnHeap() ? m_heap : m_inline; }
+    const unsigned long* Data() const { return OnHeap() ? m_heap : m_inline; }
+    // Makes the first count components (at most 130) held; newly held
+    // ones are zero.
+    void Hold(unsigned long count);
+    void CopyFrom(const MibOid& other);
+    void Release();
 
-    unsigned long m_components[MAX_LENGTH];
     unsigned long m_length;
+    // Leading components held; the ones past it are zero. Never below
+    // min(m_length, 130). Past INLINE_CAPACITY they live in a full-size
+    // zeroed heap array.
+    unsigned short m_held;
+    union {
+        unsigned long m_inline[INLINE_CAPACITY];
+        unsigned long* m_heap;
+    };
 };
 
 }  // namespace Zavrel
