@@ -20,18 +20,36 @@ DcProtoInterfaceBase::~DcProtoInterfaceBase() = default;
 
 void DcProtoInterfaceBase::ApplyOptions(const OptionsNode& section, const string& source,
                                         DclConfigObject::OptionType) {
-    Layer layer;
-    layer.source = source;
     bool enabled = false;
-    layer.enabled = section.GetLeafValue<bool>(enabled, "enabled", false) ? (enabled ? 1 : 0) : -1;
+    const int enabledSetting =
+        section.GetLeafValue<bool>(enabled, "enabled", false) ? (enabled ? 1 : 0) : -1;
     // A section's profile starts from the defaults: sources it leaves out
     // are redistributed.
-    layer.hasProfile = m_protocol != PROTO_NONE && layer.profile.ParseOption(section);
+    RedistributionProfile profile;
+    const bool hasProfile = m_protocol != PROTO_NONE && profile.ParseOption(section);
 
-    // The source's layer becomes the most recent one.
+    // The source's layer becomes the most recent one. When it already is,
+    // it is updated in place, and an unchanged layer changes nothing.
+    if (!m_layers.empty() && m_layers.back().source == source) {
+        Layer& last = m_layers.back();
+        if (last.enabled == enabledSetting && last.hasProfile == hasProfile &&
+            last.profile == profile) {
+            return;
+        }
+        last.enabled = enabledSetting;
+        last.hasProfile = hasProfile;
+        last.profile = profile;
+        Recompute();
+        return;
+    }
     m_layers.erase(std::remove_if(m_layers.begin(), m_layers.end(),
                                   [&source](const Layer& l) { return l.source == source; }),
                    m_layers.end());
+    Layer layer;
+    layer.source = source;
+    layer.enabled = enabledSetting;
+    layer.hasProfile = hasProfile;
+    layer.profile = profile;
     m_layers.push_back(layer);
     Recompute();
 }
@@ -71,18 +89,26 @@ void DcProtoInterfaceBase::NotifyRedistribution(bool wasEnabled,
     if (m_protocol == PROTO_NONE) {
         return;
     }
+    // Nothing can differ when neither the state nor the profile did.
+    if (wasEnabled == m_enabled && was == m_profile) {
+        return;
+    }
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm == nullptr) {
         return;
     }
-    std::vector<unsigned short> instances;
+    unsigned short instances[2];
+    size_t count = 0;
     if (m_dualStack) {
-        instances.push_back(rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV4));
-        instances.push_back(rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV6));
+        instances[count++] =
+            rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV4);
+        instances[count++] =
+            rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV6);
     } else {
-        instances.push_back(GetRtmInstance());
+        instances[count++] = GetRtmInstance();
     }
-    for (unsigned short instance : instances) {
+    for (size_t i = 0; i < count; ++i) {
+        const unsigned short instance = instances[i];
         for (unsigned int source : RedistributionProfile::SOURCES) {
             if (source == m_protocol) {
                 continue;
