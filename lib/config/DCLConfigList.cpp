@@ -1,6 +1,8 @@
 // DCLConfigList: reconciliation of configuration object lists.
 #include "config/DCLConfigList.h"
 
+#include <algorithm>
+
 #include "routing/DcRouterBase.h"
 
 namespace Zavrel {
@@ -27,9 +29,10 @@ bool DCLConfigList::CheckInMib(unsigned short vlan, unsigned int id) const {
 
 bool DCLConfigList::Parse(const OptionsNode& node, const string& name,
                           DclConfigObject::OptionType type) {
-    unmatched.clear();
+    unmatched.assign(objects.begin(), objects.end());
+    std::sort(unmatched.begin(), unmatched.end());
+    unmatched.erase(std::unique(unmatched.begin(), unmatched.end()), unmatched.end());
     for (DclConfigObject* object : objects) {
-        unmatched.insert(object);
         object->actionReq = false;
     }
     ParseOptions(node, name, type);
@@ -97,6 +100,13 @@ DclConfigObject* DCLConfigList::ParseObjectFromOption(const OptionsNode& element
     return object;
 }
 
+void DCLConfigList::Unmatch(DclConfigObject* object) {
+    auto it = std::lower_bound(unmatched.begin(), unmatched.end(), object);
+    if (it != unmatched.end() && *it == object) {
+        unmatched.erase(it);
+    }
+}
+
 int DCLConfigList::FindNewObjectAndUpdate(DclConfigObject* parsed) {
     if (objects.empty()) {
         return DclConfigObject::COMPARE_DIFFERENT;
@@ -106,11 +116,11 @@ int DCLConfigList::FindNewObjectAndUpdate(DclConfigObject* parsed) {
     for (DclConfigObject* running : objects) {
         const int result = running->CompareWithNew(parsed);
         if (result == DclConfigObject::COMPARE_SAME) {
-            unmatched.erase(running);
+            Unmatch(running);
             return DclConfigObject::COMPARE_SAME;
         }
         if (result == DclConfigObject::COMPARE_CHANGED) {
-            unmatched.erase(running);
+            Unmatch(running);
             running->UpdateFromNew(parsed);
             running->actionReq = true;
             return DclConfigObject::COMPARE_CHANGED;
@@ -129,7 +139,7 @@ void DCLConfigList::CommitToMib() {
         }
         object->DebugDump(listName);
         if (object->Commit()) {
-            unmatched.erase(object);
+            Unmatch(object);
             delete object;
             it = objects.erase(it);
         } else {
@@ -160,7 +170,7 @@ void DCLConfigList::Clear(unsigned int vlan) {
             ++it;
             continue;
         }
-        unmatched.erase(object);
+        Unmatch(object);
         delete object;
         it = objects.erase(it);
         if (it == objects.end()) {

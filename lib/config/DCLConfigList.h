@@ -10,6 +10,7 @@
 
 #include <list>
 #include <set>
+#include <vector>
 
 #include "config/DclConfigObject.h"
 #include "platform/OptionsNode.h"
@@ -93,7 +94,9 @@ public:
 protected:
     DcRouterBase& router;
     std::list<DclConfigObject*> objects;
-    std::set<DclConfigObject*> unmatched;
+    // Running objects no parsed entry matched yet, in pointer order.
+    std::vector<DclConfigObject*> unmatched;
+    void Unmatch(DclConfigObject* object);
     const char* listName;
     const char* optionKey;
 };
