@@ -1,8 +1,6 @@
 // DCLConfigList: reconciliation of configuration object lists.
 #include "config/DCLConfigList.h"
 
-#include <algorithm>
-
 #include "routing/DcRouterBase.h"
 
 namespace Zavrel {
@@ -29,10 +27,9 @@ bool DCLConfigList::CheckInMib(unsigned short vlan, unsigned int id) const {
 
 bool DCLConfigList::Parse(const OptionsNode& node, const string& name,
                           DclConfigObject::OptionType type) {
-    unmatched.assign(objects.begin(), objects.end());
-    std::sort(unmatched.begin(), unmatched.end());
-    unmatched.erase(std::unique(unmatched.begin(), unmatched.end()), unmatched.end());
+    unmatched.clear();
     for (DclConfigObject* object : objects) {
+        unmatched.insert(object);
         object->actionReq = false;
     }
     ParseOptions(node, name, type);
@@ -100,13 +97,6 @@ DclConfigObject* DCLConfigList::ParseObjectFromOption(const OptionsNode& element
     return object;
 }
 
-void DCLConfigList::Unmatch(DclConfigObject* object) {
-    auto it = std::lower_bound(unmatched.begin(), unmatched.end(), object);
-    if (it != unmatched.end() && *it == object) {
-        unmatched.erase(it);
-    }
-}
-
 int DCLConfigList::FindNewObjectAndUpdate(DclConfigObject* parsed) {
     if (objects.empty()) {
         return DclConfigObject::COMPARE_DIFFERENT;
@@ -116,11 +106,11 @@ int DCLConfigList::FindNewObjectAndUpdate(DclConfigObject* parsed) {
     for (DclConfigObject* running : objects) {
         const int result = running->CompareWithNew(parsed);
         if (result == DclConfigObject::COMPARE_SAME) {
-            Unmatch(running);
+            unmatched.erase(running);
             return DclConfigObject::COMPARE_SAME;
         }
         if (result == DclConfigObject::COMPARE_CHANGED) {
-            Unmatch(running);
+            unmatched.erase(running);
             running->UpdateFromNew(parsed);
             running->actionReq = true;
             return DclConfigObject::COMPARE_CHANGED;
@@ -139,7 +129,7 @@ void DCLConfigList::CommitToMib() {
         }
         object->DebugDump(listName);
         if (object->Commit()) {
-            Unmatch(object);
+            unmatched.erase(object);
             delete object;
             it = objects.erase(it);
         } else {
@@ -170,7 +160,7 @@ void DCLConfigList::Clear(unsigned int vlan) {
             ++it;
             continue;
         }
-        Unmatch(object);
+        unmatched.erase(object);
         delete object;
         it = objects.erase(it);
         if (it == objects.end()) {

@@ -10,7 +10,6 @@
 
 #include <list>
 #include <set>
-#include <vector>
 
 #include "config/DclConfigObject.h"
 #include "platform/OptionsNode.h"
@@ -94,9 +93,7 @@ public:
 protected:
     DcRouterBase& router;
     std::list<DclConfigObject*> objects;
-    // Running objects no parsed entry matched yet, in pointer order.
-    std::vector<DclConfigObject*> unmatched;
-    void Unmatch(DclConfigObject* object);
+    std::set<DclConfigObject*> unmatched;
     const char* listName;
     const char* optionKey;
 };
