@@ -39,7 +39,9 @@ namespace {
 std::atomic<long long> g_live_bytes{0};
 std::atomic<long long> g_allocations{0};
 
-void* CountedAlloc(size_t size)
+// Kept out of line: the replaced operator new/delete below call them, and an
+// inlined malloc/free pair would look to the compiler like new/free mismatch.
+__attribute__((noinline)) void* CountedAlloc(size_t size)
 {
     void* p = std::malloc(size == 0 ? 1 : size);
     if (p != nullptr) {
@@ -49,7 +51,7 @@ void* CountedAlloc(size_t size)
     return p;
 }
 
-void CountedFree(void* p)
+__attribute__((noinline)) void CountedFree(void* p)
 {
     if (p != nullptr) {
         g_live_bytes -= static_cast<long long>(malloc_usable_size(p));
