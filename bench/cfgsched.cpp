@@ -107,10 +107,39 @@ StaticRouteItem* Route(uint32_t n, long rowStatus = 1)
                                0);
 }
 
+// The routes with these numbers, in their order.
+std::vector<StaticRouteItem*> Routes(const std::vector<uint32_t>& numbers)
+{
+    std::vector<StaticRouteItem*> items;
+    for (uint32_t n : numbers) {
+        items.push_back(Route(n));
+    }
+    return items;
+}
+
+void DeleteAll(const std::vector<StaticRouteItem*>& items)
+{
+    for (StaticRouteItem* item : items) {
+        delete item;
+    }
+}
+
 Serializer& TheSerializer() { return DcRouterMgr::GetInstance()->GetSerializer(); }
 
 // Drops what the stack double recorded.
 void Forget() { test::RecordingStack::Instance().ClearCalls(); }
+
+// Inserts routes 0..count-1, dropping what the stack double records now
+// and then so that its record stays small.
+void InsertRoutes(CfgSched& sched, size_t count)
+{
+    for (uint32_t n = 0; n < count; ++n) {
+        sched.Insert(kKey, Route(n));
+        if (n % 4096 == 0) {
+            test::RecordingStack::Instance().ClearCalls();
+        }
+    }
+}
 
 // Ticks until the scheduler has sent every New item.
 void SendAll(CfgSched& sched, size_t expected)
@@ -156,12 +185,7 @@ struct Fixture {
             TheSerializer().RunPendingActions();
         }
         DcRtmMgr::GetInstance()->SetRtmReady(kVlan);
-        for (uint32_t n = 0; n < held; ++n) {
-            sched.Insert(kKey, Route(n));
-            if (n % 4096 == 0) {
-                test::RecordingStack::Instance().ClearCalls();
-            }
-        }
+        InsertRoutes(sched, held);
         SendAll(sched, held);
     }
     size_t held;
@@ -180,9 +204,29 @@ void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason)
     delete probe;
 }
 
-void Finish(benchmark::State& state, double seconds, long long ops)
+// The timed work of a whole run.
+struct Totals {
+    double seconds = 0;
+    long long ops = 0;
+};
+
+// Times one batch of ops operations, reports it as the iteration's time and
+// adds it to the run's totals.
+template <typename Body>
+void TimeBatch(benchmark::State& state, Totals& totals, long long ops, Body body)
 {
-    state.counters["ns_per_op"] = benchmark::Counter(seconds * 1e9 / static_cast<double>(ops));
+    const double start = Clock::now();
+    body();
+    const double elapsed = Clock::now() - start;
+    state.SetIterationTime(elapsed);
+    totals.seconds += elapsed;
+    totals.ops += ops;
+}
+
+void Finish(benchmark::State& state, const Totals& totals)
+{
+    state.counters["ns_per_op"] =
+        benchmark::Counter(totals.seconds * 1e9 / static_cast<double>(totals.ops));
 }
 
 // Inserts new routes (appended at the tail).
@@ -190,21 +234,17 @@ void BM_InsertNew(benchmark::State& state)
 {
     Fixture f(static_cast<size_t>(state.range(0)));
     uint32_t next = static_cast<uint32_t>(f.held);
-    double seconds = 0;
-    long long ops = 0;
+    Totals totals;
     for (auto _ : state) {
         std::vector<StaticRouteItem*> items;
         for (int i = 0; i < kBatch; ++i) {
             items.push_back(Route(next + static_cast<uint32_t>(i)));
         }
-        const auto start = Clock::now();
-        for (StaticRouteItem* item : items) {
-            f.sched.Insert(kKey, item);
-        }
-        const double elapsed = Clock::now() - start;
-        state.SetIterationTime(elapsed);
-        seconds += elapsed;
-        ops += kBatch;
+        TimeBatch(state, totals, kBatch, [&] {
+            for (StaticRouteItem* item : items) {
+                f.sched.Insert(kKey, item);
+            }
+        });
         // Back to the held count: send, confirm and complete the new routes.
         SendAll(f.sched, kBatch);
         std::vector<uint32_t> numbers;
@@ -214,7 +254,7 @@ void BM_InsertNew(benchmark::State& state)
         }
         Complete(numbers);
     }
-    Finish(state, seconds, ops);
+    Finish(state, totals);
 }
 
 // Inserts routes equal to held ones: each replaces its held route and moves
@@ -223,27 +263,20 @@ void BM_InsertReplace(benchmark::State& state)
 {
     Fixture f(static_cast<size_t>(state.range(0)));
     uint32_t cursor = 0;
-    double seconds = 0;
-    long long ops = 0;
+    Totals totals;
     for (auto _ : state) {
         const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        std::vector<StaticRouteItem*> items;
-        for (uint32_t n : numbers) {
-            items.push_back(Route(n));
-        }
-        const auto start = Clock::now();
-        for (StaticRouteItem* item : items) {
-            f.sched.Insert(kKey, item);
-        }
-        const double elapsed = Clock::now() - start;
-        state.SetIterationTime(elapsed);
-        seconds += elapsed;
-        ops += kBatch;
+        const std::vector<StaticRouteItem*> items = Routes(numbers);
+        TimeBatch(state, totals, kBatch, [&] {
+            for (StaticRouteItem* item : items) {
+                f.sched.Insert(kKey, item);
+            }
+        });
         cursor += 1;
         SendAll(f.sched, kBatch);
         Complete(numbers);
     }
-    Finish(state, seconds, ops);
+    Finish(state, totals);
 }
 
 // Reports failures worth a retry: the sent route goes back to New.
@@ -251,30 +284,21 @@ void BM_Update(benchmark::State& state)
 {
     Fixture f(static_cast<size_t>(state.range(0)));
     uint32_t cursor = 0;
-    double seconds = 0;
-    long long ops = 0;
+    Totals totals;
     for (auto _ : state) {
         const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        std::vector<StaticRouteItem*> probes;
-        for (uint32_t n : numbers) {
-            probes.push_back(Route(n));
-        }
-        const auto start = Clock::now();
-        for (StaticRouteItem* probe : probes) {
-            f.sched.Update(kKey, probe, 1, true);
-        }
-        const double elapsed = Clock::now() - start;
-        state.SetIterationTime(elapsed);
-        seconds += elapsed;
-        ops += kBatch;
+        const std::vector<StaticRouteItem*> probes = Routes(numbers);
+        TimeBatch(state, totals, kBatch, [&] {
+            for (StaticRouteItem* probe : probes) {
+                f.sched.Update(kKey, probe, 1, true);
+            }
+        });
         cursor += 1;
-        for (StaticRouteItem* probe : probes) {
-            delete probe;
-        }
+        DeleteAll(probes);
         SendAll(f.sched, kBatch);
         Complete(numbers);
     }
-    Finish(state, seconds, ops);
+    Finish(state, totals);
 }
 
 // What Update and Remove spend outside the scheduler: the OID of the
@@ -283,29 +307,20 @@ void BM_ReportOidOnly(benchmark::State& state)
 {
     Fixture f(static_cast<size_t>(state.range(0)));
     uint32_t cursor = 0;
-    double seconds = 0;
-    long long ops = 0;
+    Totals totals;
     for (auto _ : state) {
         const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        std::vector<StaticRouteItem*> probes;
-        for (uint32_t n : numbers) {
-            probes.push_back(Route(n));
-        }
-        const auto start = Clock::now();
-        for (StaticRouteItem* probe : probes) {
-            benchmark::DoNotOptimize(probe->GetOid());
-        }
-        const double elapsed = Clock::now() - start;
-        state.SetIterationTime(elapsed);
-        seconds += elapsed;
-        ops += kBatch;
+        const std::vector<StaticRouteItem*> probes = Routes(numbers);
+        TimeBatch(state, totals, kBatch, [&] {
+            for (StaticRouteItem* probe : probes) {
+                benchmark::DoNotOptimize(probe->GetOid());
+            }
+        });
         cursor += 1;
-        for (StaticRouteItem* probe : probes) {
-            delete probe;
-        }
+        DeleteAll(probes);
         Forget();
     }
-    Finish(state, seconds, ops);
+    Finish(state, totals);
 }
 
 // Confirms sent routes: each is destroyed.
@@ -313,26 +328,17 @@ void BM_Remove(benchmark::State& state)
 {
     Fixture f(static_cast<size_t>(state.range(0)));
     uint32_t cursor = 0;
-    double seconds = 0;
-    long long ops = 0;
+    Totals totals;
     for (auto _ : state) {
         const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        std::vector<StaticRouteItem*> probes;
-        for (uint32_t n : numbers) {
-            probes.push_back(Route(n));
-        }
-        const auto start = Clock::now();
-        for (StaticRouteItem* probe : probes) {
-            f.sched.Remove(kKey, probe, 1);
-        }
-        const double elapsed = Clock::now() - start;
-        state.SetIterationTime(elapsed);
-        seconds += elapsed;
-        ops += kBatch;
+        const std::vector<StaticRouteItem*> probes = Routes(numbers);
+        TimeBatch(state, totals, kBatch, [&] {
+            for (StaticRouteItem* probe : probes) {
+                f.sched.Remove(kKey, probe, 1);
+            }
+        });
         cursor += 1;
-        for (StaticRouteItem* probe : probes) {
-            delete probe;
-        }
+        DeleteAll(probes);
         // Put the confirmed routes back, sent.
         for (uint32_t n : numbers) {
             f.sched.Insert(kKey, Route(n));
@@ -340,7 +346,7 @@ void BM_Remove(benchmark::State& state)
         SendAll(f.sched, kBatch);
         Complete(numbers);
     }
-    Finish(state, seconds, ops);
+    Finish(state, totals);
 }
 
 // One tick with every held route sent and waiting, and 31 New behind them.
@@ -351,15 +357,9 @@ void BM_TickWith31NewBehindSent(benchmark::State& state)
     for (uint32_t i = 0; i < 31; ++i) {
         f.sched.Insert(kKey, Route(first + i));
     }
-    double seconds = 0;
-    long long ops = 0;
+    Totals totals;
     for (auto _ : state) {
-        const auto start = Clock::now();
-        f.sched.OnTimeout(100, nullptr);
-        const double elapsed = Clock::now() - start;
-        state.SetIterationTime(elapsed);
-        seconds += elapsed;
-        ops += 1;
+        TimeBatch(state, totals, 1, [&] { f.sched.OnTimeout(100, nullptr); });
         // The 31 fail with a reason that does not count: New again.
         std::vector<uint32_t> numbers;
         for (uint32_t i = 0; i < 31; ++i) {
@@ -368,7 +368,7 @@ void BM_TickWith31NewBehindSent(benchmark::State& state)
         }
         Complete(numbers);
     }
-    Finish(state, seconds, ops);
+    Finish(state, totals);
 }
 
 // One tick with every held route sent and waiting and nothing new: what
@@ -376,17 +376,11 @@ void BM_TickWith31NewBehindSent(benchmark::State& state)
 void BM_TickNothingNew(benchmark::State& state)
 {
     Fixture f(static_cast<size_t>(state.range(0)));
-    double seconds = 0;
-    long long ops = 0;
+    Totals totals;
     for (auto _ : state) {
-        const double start = Clock::now();
-        f.sched.OnTimeout(100, nullptr);
-        const double elapsed = Clock::now() - start;
-        state.SetIterationTime(elapsed);
-        seconds += elapsed;
-        ops += 1;
+        TimeBatch(state, totals, 1, [&] { f.sched.OnTimeout(100, nullptr); });
     }
-    Finish(state, seconds, ops);
+    Finish(state, totals);
 }
 
 // Bytes held per queued route: the item in the scheduler, then its entry in
@@ -407,12 +401,7 @@ void BM_MemoryPerQueuedRoute(benchmark::State& state)
         {
             CfgSched sched;
             const long long before = g_live_bytes.load();
-            for (uint32_t n = 0; n < routes; ++n) {
-                sched.Insert(kKey, Route(n));
-                if (n % 4096 == 0) {
-                    test::RecordingStack::Instance().ClearCalls();
-                }
-            }
+            InsertRoutes(sched, routes);
             test::RecordingStack::Instance().ClearCalls();
             const long long afterInsert = g_live_bytes.load();
             for (size_t tick = 0; tick < routes / 31 + 2; ++tick) {

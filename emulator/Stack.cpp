@@ -154,6 +154,12 @@ void Stack::Accept(Work work) {
     AskForRun();
 }
 
+unsigned long Stack::GiveOid(const Oid& value, unsigned long* oid) {
+    ++m_oidQueries;
+    m_monitor.OidGiven(value);
+    return OidCodec::Write(value, oid);
+}
+
 unsigned long Stack::UpdateRoute(long rowStatus, long adminStatus, long family,
                                  const unsigned char* destination, unsigned long prefixLength,
                                  const unsigned char* nextHop, long pathType, unsigned long ifIndex,
@@ -193,9 +199,7 @@ unsigned long Stack::GetRouteOid(unsigned long* oid, unsigned long instance, lon
                                  const unsigned char* nextHop, unsigned long ifIndex) {
     const Oid value =
         OidCodec::Route(instance, family, destination, prefixLength, nextHop, ifIndex);
-    ++m_oidQueries;
-    m_monitor.OidGiven(value);
-    return OidCodec::Write(value, oid);
+    return GiveOid(value, oid);
 }
 
 unsigned long Stack::UpdateInterface(long rowStatus, unsigned long operStatus,
@@ -245,17 +249,13 @@ unsigned long Stack::UpdateAddress(long rowStatus, unsigned long instance, unsig
 
 unsigned long Stack::GetEiOid(unsigned long* oid, unsigned long instance, unsigned long ifIndex) {
     const Oid value = OidCodec::Ei(instance, ifIndex);
-    ++m_oidQueries;
-    m_monitor.OidGiven(value);
-    return OidCodec::Write(value, oid);
+    return GiveOid(value, oid);
 }
 
 unsigned long Stack::GetEaOid(unsigned long* oid, unsigned long instance, unsigned long ifIndex,
                               const unsigned char* address, unsigned long addrType) {
     const Oid value = OidCodec::Ea(instance, ifIndex, address, addrType);
-    ++m_oidQueries;
-    m_monitor.OidGiven(value);
-    return OidCodec::Write(value, oid);
+    return GiveOid(value, oid);
 }
 
 unsigned long Stack::UpdateRedistribution(long rowStatus, long adminStatus, long source,
@@ -281,9 +281,7 @@ unsigned long Stack::UpdateRedistribution(long rowStatus, long adminStatus, long
 unsigned long Stack::GetRedistOid(unsigned long* oid, unsigned long instance, long source,
                                   long destination) {
     const Oid value = OidCodec::Redist(instance, source, destination);
-    ++m_oidQueries;
-    m_monitor.OidGiven(value);
-    return OidCodec::Write(value, oid);
+    return GiveOid(value, oid);
 }
 
 unsigned long Stack::StartInstance(unsigned long instance, const amb_cipr_rtm_entity* entity) {

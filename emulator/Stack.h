@@ -214,6 +214,9 @@ private:
     // Accepting requests (Stack.cpp).
     void Accept(Work work);
     void CheckRow(RequestKind kind, const Oid& oid, const std::string& row);
+    // Counts an OID query, lets the monitor know the OID was handed out and
+    // writes it to oid; returns its length.
+    unsigned long GiveOid(const Oid& value, unsigned long* oid);
     void AskForRun();
 
     // Runs (StackRun.cpp).

@@ -21,6 +21,15 @@ private:
     bool& m_flag;
 };
 
+// A route or redistribution row request names a row status the stack knows,
+// and an admin status it knows unless the row is being destroyed.
+bool KnownStatuses(long rowStatus, long adminStatus) {
+    const bool knownRowStatus =
+        rowStatus == ROW_ACTIVE || rowStatus == ROW_CREATE_AND_GO || rowStatus == ROW_DESTROY;
+    const bool knownAdmin = rowStatus == ROW_DESTROY || adminStatus == 1 || adminStatus == 2;
+    return knownRowStatus && knownAdmin;
+}
+
 }  // namespace
 
 int Stack::Run() {
@@ -170,14 +179,9 @@ void Stack::ProcessRoute(Work& work) {
     if (!work.fault.fail) {
         const bool ipv4 = work.family == 1;
         const bool ipv6Instance = (work.instance & IP6_INSTANCE_BIT) != 0;
-        const bool knownRowStatus = work.rowStatus == ROW_ACTIVE ||
-                                    work.rowStatus == ROW_CREATE_AND_GO ||
-                                    work.rowStatus == ROW_DESTROY;
-        const bool knownAdmin =
-            work.rowStatus == ROW_DESTROY || work.adminStatus == 1 || work.adminStatus == 2;
         RtmInstance* instance = Instance(work.instance);
-        if (work.nullAddress || work.prefixLength > (ipv4 ? 32u : 128u) || !knownRowStatus ||
-            !knownAdmin || ipv4 == ipv6Instance) {
+        if (work.nullAddress || work.prefixLength > (ipv4 ? 32u : 128u) ||
+            !KnownStatuses(work.rowStatus, work.adminStatus) || ipv4 == ipv6Instance) {
             result = RESULT_WRONG_VALUE;
         } else if (instance == nullptr || !instance->IsReady()) {
             result = RESULT_TEMPORARY;
@@ -202,13 +206,8 @@ void Stack::ProcessRoute(Work& work) {
 void Stack::ProcessRedistribution(Work& work) {
     unsigned long result = work.fault.result;
     if (!work.fault.fail) {
-        const bool knownRowStatus = work.rowStatus == ROW_ACTIVE ||
-                                    work.rowStatus == ROW_CREATE_AND_GO ||
-                                    work.rowStatus == ROW_DESTROY;
-        const bool knownAdmin =
-            work.rowStatus == ROW_DESTROY || work.adminStatus == 1 || work.adminStatus == 2;
         RtmInstance* instance = Instance(work.instance);
-        if (!knownRowStatus || !knownAdmin) {
+        if (!KnownStatuses(work.rowStatus, work.adminStatus)) {
             result = RESULT_WRONG_VALUE;
         } else if (instance == nullptr || !instance->IsReady()) {
             result = RESULT_TEMPORARY;

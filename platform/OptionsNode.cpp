@@ -64,6 +64,80 @@ bool ParseDecimal(const std::string& text, bool allowMinus, bool& negative,
     return true;
 }
 
+// What differs between the int and the unsigned int conversions.
+template <typename T>
+struct IntegerKind;
+
+template <>
+struct IntegerKind<int> {
+    static constexpr const char* NAME = "int";
+    static constexpr bool ALLOW_MINUS = true;
+    static bool Fits(const Json::Value& v) { return v.isInt(); }
+    static int From(const Json::Value& v) { return v.asInt(); }
+    static bool InRange(bool negative, unsigned long long magnitude)
+    {
+        return negative ? magnitude <= static_cast<unsigned long long>(INT_MAX) + 1
+                        : magnitude <= static_cast<unsigned long long>(INT_MAX);
+    }
+    static int From(bool negative, unsigned long long magnitude)
+    {
+        return negative ? static_cast<int>(-static_cast<long long>(magnitude))
+                        : static_cast<int>(magnitude);
+    }
+};
+
+template <>
+struct IntegerKind<unsigned int> {
+    static constexpr const char* NAME = "unsigned int";
+    static constexpr bool ALLOW_MINUS = false;
+    static bool Fits(const Json::Value& v) { return v.isUInt(); }
+    static unsigned int From(const Json::Value& v) { return v.asUInt(); }
+    static bool InRange(bool, unsigned long long magnitude) { return magnitude <= UINT_MAX; }
+    static unsigned int From(bool, unsigned long long magnitude)
+    {
+        return static_cast<unsigned int>(magnitude);
+    }
+};
+
+// Converts a number, or a decimal text, to T when it is in T's range;
+// otherwise leaves out alone and says why in error.
+template <typename T>
+bool ConvertInteger(const Json::Value* value, T& out, string& error)
+{
+    typedef IntegerKind<T> Kind;
+    if (value == nullptr) {
+        error = NOT_FOUND;
+        return false;
+    }
+    const Json::Value& v = *value;
+    try {
+        if (v.type() == Json::intValue || v.type() == Json::uintValue) {
+            if (Kind::Fits(v)) {
+                out = Kind::From(v);
+                return true;
+            }
+            error.Format("number %s is out of range for %s", v.asString().c_str(), Kind::NAME);
+        } else if (v.type() == Json::stringValue) {
+            const std::string text = v.asString();
+            bool negative = false;
+            unsigned long long magnitude = 0;
+            if (!ParseDecimal(text, Kind::ALLOW_MINUS, negative, magnitude)) {
+                error.Format("text \"%s\" is not a decimal number", text.c_str());
+            } else if (!Kind::InRange(negative, magnitude)) {
+                error.Format("number %s is out of range for %s", text.c_str(), Kind::NAME);
+            } else {
+                out = Kind::From(negative, magnitude);
+                return true;
+            }
+        } else {
+            error.Format("cannot convert %s to %s", KindName(v), Kind::NAME);
+        }
+    } catch (const std::exception&) {
+        error.Format("cannot convert %s to %s", KindName(v), Kind::NAME);
+    }
+    return false;
+}
+
 }  // namespace
 
 OptionsNode::OptionsNode() : m_value(nullptr) {}
@@ -145,38 +219,9 @@ string OptionsNode::GetAsString(const char* key) const
 
 bool OptionsNode::AsVal(int& out) const
 {
-    if (m_value == nullptr) {
-        SetError(NOT_FOUND);
-        return false;
-    }
-    const Json::Value& v = *m_value;
     string error;
-    try {
-        if (v.type() == Json::intValue || v.type() == Json::uintValue) {
-            if (v.isInt()) {
-                out = v.asInt();
-                return true;
-            }
-            error.Format("number %s is out of range for int", v.asString().c_str());
-        } else if (v.type() == Json::stringValue) {
-            const std::string text = v.asString();
-            bool negative = false;
-            unsigned long long magnitude = 0;
-            if (!ParseDecimal(text, true, negative, magnitude)) {
-                error.Format("text \"%s\" is not a decimal number", text.c_str());
-            } else if (negative ? magnitude > static_cast<unsigned long long>(INT_MAX) + 1
-                                : magnitude > static_cast<unsigned long long>(INT_MAX)) {
-                error.Format("number %s is out of range for int", text.c_str());
-            } else {
-                out = negative ? static_cast<int>(-static_cast<long long>(magnitude))
-                               : static_cast<int>(magnitude);
-                return true;
-            }
-        } else {
-            error.Format("cannot convert %s to int", KindName(v));
-        }
-    } catch (const std::exception&) {
-        error.Format("cannot convert %s to int", KindName(v));
+    if (ConvertInteger(m_value, out, error)) {
+        return true;
     }
     m_error = error;
     return false;
@@ -184,36 +229,9 @@ bool OptionsNode::AsVal(int& out) const
 
 bool OptionsNode::AsVal(unsigned int& out) const
 {
-    if (m_value == nullptr) {
-        SetError(NOT_FOUND);
-        return false;
-    }
-    const Json::Value& v = *m_value;
     string error;
-    try {
-        if (v.type() == Json::intValue || v.type() == Json::uintValue) {
-            if (v.isUInt()) {
-                out = v.asUInt();
-                return true;
-            }
-            error.Format("number %s is out of range for unsigned int", v.asString().c_str());
-        } else if (v.type() == Json::stringValue) {
-            const std::string text = v.asString();
-            bool negative = false;
-            unsigned long long magnitude = 0;
-            if (!ParseDecimal(text, false, negative, magnitude)) {
-                error.Format("text \"%s\" is not a decimal number", text.c_str());
-            } else if (magnitude > UINT_MAX) {
-                error.Format("number %s is out of range for unsigned int", text.c_str());
-            } else {
-                out = static_cast<unsigned int>(magnitude);
-                return true;
-            }
-        } else {
-            error.Format("cannot convert %s to unsigned int", KindName(v));
-        }
-    } catch (const std::exception&) {
-        error.Format("cannot convert %s to unsigned int", KindName(v));
+    if (ConvertInteger(m_value, out, error)) {
+        return true;
     }
     m_error = error;
     return false;

@@ -54,6 +54,19 @@ void Queue(unsigned long* oid, unsigned long length, MibAction* action) {
     mgr->GetSerializer().Insert(MibOid(oid, length), action);
 }
 
+// Queues an address row request on the VLAN's stack instance of the family;
+// nothing is queued when the action could not be made.
+void QueueAddressRow(MibAction* action, unsigned short vlan, int family, unsigned int ifIndex,
+                     const unsigned char* address, unsigned long addrType) {
+    if (action == nullptr) {
+        return;
+    }
+    unsigned long oid[SMS_MAX_OID_LEN];
+    unsigned long length =
+        sms_set_i3_ea_oid(oid, StackInstance(vlan, family), ifIndex, address, addrType);
+    Queue(oid, length, action);
+}
+
 // The prefix of an address: the first min(length, 128) bits, the rest
 // cleared.
 Ip6Prefix MakePrefix(const Ip6Addr& address, unsigned int length) {
@@ -206,15 +219,9 @@ void DcInterfaceMgr::SetInterfaceDown(unsigned short vlan, unsigned int ifIndex,
 void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      const Ip4Addr& address, const Ip4Addr& mask,
                                      unsigned int rowStatus) {
-    IPv4AddressAction* action = new (std::nothrow)
-        IPv4AddressAction(static_cast<long>(rowStatus), vlan, ifIndex, address, mask);
-    if (action == nullptr) {
-        return;
-    }
-    unsigned long oid[SMS_MAX_OID_LEN];
-    unsigned long length = sms_set_i3_ea_oid(oid, StackInstance(vlan, FAMILY_IPV4), ifIndex,
-                                             address.Bytes(), SMS_ADDR_TYPE_IPV4);
-    Queue(oid, length, action);
+    QueueAddressRow(new (std::nothrow) IPv4AddressAction(static_cast<long>(rowStatus), vlan,
+                                                         ifIndex, address, mask),
+                    vlan, FAMILY_IPV4, ifIndex, address.Bytes(), SMS_ADDR_TYPE_IPV4);
 }
 
 void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, const Ip4Addr& address,
@@ -258,15 +265,9 @@ void DcInterfaceMgr::ChangeIpAddress(unsigned short vlan, unsigned int ifIndex,
 void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      const Ip6Addr& address, unsigned int prefixLength,
                                      unsigned int rowStatus) {
-    IPv6AddressAction* action = new (std::nothrow)
-        IPv6AddressAction(static_cast<long>(rowStatus), vlan, ifIndex, address, prefixLength);
-    if (action == nullptr) {
-        return;
-    }
-    unsigned long oid[SMS_MAX_OID_LEN];
-    unsigned long length = sms_set_i3_ea_oid(oid, StackInstance(vlan, FAMILY_IPV6), ifIndex,
-                                             address.Bytes(), SMS_ADDR_TYPE_IPV6);
-    Queue(oid, length, action);
+    QueueAddressRow(new (std::nothrow) IPv6AddressAction(static_cast<long>(rowStatus), vlan,
+                                                         ifIndex, address, prefixLength),
+                    vlan, FAMILY_IPV6, ifIndex, address.Bytes(), SMS_ADDR_TYPE_IPV6);
 }
 
 void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, const Ip6Addr& address,

@@ -13,6 +13,7 @@
 #include "routing/DcRouterMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/TestAddresses.h"
 #include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
@@ -20,18 +21,8 @@ namespace {
 
 using test::RecordingStack;
 typedef std::vector<std::string> Lines;
-
-Ip4Addr V4(const char* text) {
-    Ip4Addr addr;
-    EXPECT_TRUE(addr.FromString(text)) << text;
-    return addr;
-}
-
-Ip6Addr V6(const char* text) {
-    Ip6Addr addr;
-    EXPECT_TRUE(addr.FromString(text)) << text;
-    return addr;
-}
+using test::V4;
+using test::V6;
 
 class DcInterfaceMgrTest : public test::TestEnv {
 protected:

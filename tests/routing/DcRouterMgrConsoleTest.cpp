@@ -18,7 +18,7 @@
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RouterMgrFixture.h"
 
 namespace Zavrel {
 
@@ -66,19 +66,8 @@ const char IPS_USAGE[] =
 const char IP4_SUMMARY_HEADER[] = "   VID  BGP4+ OSPFv2  RIPv2   IGMP\n";
 const char IP6_SUMMARY_HEADER[] = "   VID  BGP4+ OSPFv3  RIPng    MLD\n";
 
-class RouterMgrConsoleTest : public test::TestEnv {
+class RouterMgrConsoleTest : public test::RouterMgrFixture {
 protected:
-    void SetUp() override {
-        TestEnv::SetUp();
-        stack().Reset();
-        mgr = DcRouterMgr::GetInstance();
-        ASSERT_NE(mgr, nullptr);
-        stack().ClearCalls();
-        trace.Clear();
-    }
-
-    static RecordingStack& stack() { return RecordingStack::Instance(); }
-
     // Runs a routing command given as words, through the handler table of
     // the family, as the application's console does.
     void Run(const DcRouterMgr::CmdHandlerMap& table, std::vector<std::string> words) {
@@ -98,8 +87,6 @@ protected:
         Options options;
         ASSERT_TRUE(mgr->CreateVlan(vid, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second);
     }
-
-    DcRouterMgr* mgr = nullptr;
 };
 
 // ---- handler tables

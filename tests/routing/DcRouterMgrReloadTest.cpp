@@ -9,7 +9,7 @@
 #include "routing/DcRouterBase.h"
 #include "routing/DcRouterMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RouterMgrFixture.h"
 
 namespace Zavrel {
 namespace {
@@ -21,19 +21,8 @@ typedef std::set<unsigned short> Vids;
 const DclConfigObject::OptionType VLAN_OPTIONS = DclConfigObject::OPTION_TYPE_VLAN;
 const DclConfigObject::OptionType REMOTE_OPTIONS = DclConfigObject::OPTION_TYPE_REMOTE;
 
-class RouterMgrReloadTest : public test::TestEnv {
+class RouterMgrReloadTest : public test::RouterMgrFixture {
 protected:
-    void SetUp() override {
-        TestEnv::SetUp();
-        stack().Reset();
-        mgr = DcRouterMgr::GetInstance();
-        ASSERT_NE(mgr, nullptr);
-        stack().ClearCalls();
-        trace.Clear();
-    }
-
-    static RecordingStack& stack() { return RecordingStack::Instance(); }
-
     // Loads the JSON text and reloads it as the options of source.
     bool Load(const char* json, const char* source, DclConfigObject::OptionType type) {
         Options options;
@@ -57,8 +46,6 @@ protected:
         }
         return names;
     }
-
-    DcRouterMgr* mgr = nullptr;
 };
 
 TEST_F(RouterMgrReloadTest, VlanOptionsCreateTheListedVlansAndRecordTheirSource) {

@@ -14,33 +14,18 @@
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RouterMgrFixture.h"
+#include "support/testsupport/TestAddresses.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 typedef std::vector<std::string> Lines;
+using test::V4;
 
-Ip4Addr V4(const char* text) {
-    Ip4Addr addr;
-    EXPECT_TRUE(addr.FromString(text)) << text;
-    return addr;
-}
-
-class RouterMgrTest : public test::TestEnv {
+class RouterMgrTest : public test::RouterMgrFixture {
 protected:
-    void SetUp() override {
-        TestEnv::SetUp();
-        stack().Reset();
-        mgr = DcRouterMgr::GetInstance();
-        ASSERT_NE(mgr, nullptr);
-        stack().ClearCalls();
-        trace.Clear();
-    }
-
-    static RecordingStack& stack() { return RecordingStack::Instance(); }
-
     bool Create(unsigned short vid) {
         Options options;
         return mgr->CreateVlan(vid, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second;
@@ -56,8 +41,6 @@ protected:
         ADD_FAILURE() << "no trace " << text;
         return lines.size();
     }
-
-    DcRouterMgr* mgr = nullptr;
 };
 
 // Records the VLAN and name of every router it is called with.

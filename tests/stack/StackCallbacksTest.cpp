@@ -16,6 +16,7 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/TestAddresses.h"
 #include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
@@ -26,11 +27,7 @@ typedef std::vector<std::string> Lines;
 
 const unsigned long IP6 = DcRtmMgr::IP6_INSTANCE_BIT;
 
-Ip4Addr V4(const char* text) {
-    Ip4Addr addr;
-    EXPECT_TRUE(addr.FromString(text)) << text;
-    return addr;
-}
+using test::V4;
 
 class StackCallbacksTest : public test::TestEnv {
 protected:
