@@ -26,6 +26,10 @@ class TimeAccount {
 public:
     // Switch it on or off between calls of the stack, not from inside one.
     void Enable(bool on, clockid_t clock = CLOCK_MONOTONIC);
+    // Reads time from source instead of the system clock (null restores the
+    // system clock): lets tests charge known amounts of time.
+    using ClockSource = uint64_t (*)();
+    void SetClockSource(ClockSource source) { m_source = source; }
     bool IsEnabled() const { return m_enabled; }
     // Nanoseconds charged to the stack so far.
     uint64_t StackNs() const { return m_stackNs; }
@@ -66,6 +70,7 @@ private:
 
     bool m_enabled = false;
     clockid_t m_clock = CLOCK_MONOTONIC;
+    ClockSource m_source = nullptr;
     uint64_t m_reads = 0;
     std::vector<bool> m_scopes;  // true: a stack scope
     uint64_t m_last = 0;
