@@ -101,6 +101,17 @@ bool AdvanceUntil(VirtualEventLoop& loop, uint64_t limitMs, Done done) {
 }
 
 void BM_EmuStaticRoutes(benchmark::State& state) {
+    // The library and the stack are process-wide and are never torn down, so
+    // the scenario can only start them once: a repetition would measure a
+    // system that is already up.
+    static bool ran = false;
+    if (ran) {
+        state.SkipWithError("runs once per process; run it without --benchmark_repetitions");
+        for (auto _ : state) {
+        }
+        return;
+    }
+    ran = true;
     QuietSink quiet;
     TraceSink* previousSink = SetTraceSink(&quiet);
     VirtualEventLoop loop;
