@@ -52,7 +52,24 @@ timeval ToTimeval(unsigned int ms)
 
 }  // namespace
 
-LibeventLoop::LibeventLoop() : m_base(event_base_new()) {}
+namespace {
+// libevent's default clock is the coarse monotonic clock (a few ms of
+// granularity), with which a timer can fire before its interval has passed
+// on NowMs's clock. Ask for the precise clock.
+event_base* NewPreciseBase()
+{
+    event_config* config = event_config_new();
+    if (config == nullptr) {
+        return event_base_new();
+    }
+    event_config_set_flag(config, EVENT_BASE_FLAG_PRECISE_TIMER);
+    event_base* base = event_base_new_with_config(config);
+    event_config_free(config);
+    return base != nullptr ? base : event_base_new();
+}
+}  // namespace
+
+LibeventLoop::LibeventLoop() : m_base(NewPreciseBase()) {}
 
 LibeventLoop::~LibeventLoop()
 {
