@@ -9,32 +9,12 @@ namespace Zavrel {
 
 Ip4RouteConfig::Ip4RouteConfig() : vlan(0), metric(1) {}
 
-Ip4RouteConfig::Ip4RouteConfig(const Ip4RouteConfig& other)
-    : vlan(other.vlan),
-      interface(other.interface),
-      network(other.network),
-      netmask(other.netmask),
-      gateway(other.gateway),
-      metric(other.metric) {}
-
 Ip4RouteConfig::Ip4RouteConfig(unsigned short vlan_, const Ip4Addr& network_,
                                const Ip4Addr& netmask_, const Ip4Addr& gateway_,
                                unsigned char metric_)
     : vlan(vlan_), network(network_), netmask(netmask_), gateway(gateway_), metric(metric_) {}
 
 Ip4RouteConfig::~Ip4RouteConfig() = default;
-
-Ip4RouteConfig& Ip4RouteConfig::operator=(const Ip4RouteConfig& other) {
-    if (this != &other) {
-        vlan = other.vlan;
-        interface = other.interface;
-        network = other.network;
-        netmask = other.netmask;
-        gateway = other.gateway;
-        metric = other.metric;
-    }
-    return *this;
-}
 
 bool Ip4RouteConfig::operator==(const Ip4RouteConfig& other) const {
     return vlan == other.vlan && network == other.network && netmask == other.netmask &&

@@ -16,12 +16,13 @@ public:
     static constexpr unsigned char ANY_METRIC = 255;
 
     Ip4RouteConfig();
-    Ip4RouteConfig(const Ip4RouteConfig& other);
+    Ip4RouteConfig(const Ip4RouteConfig& other) = default;
     Ip4RouteConfig(unsigned short vlan, const Ip4Addr& network, const Ip4Addr& netmask,
                    const Ip4Addr& gateway, unsigned char metric);
     virtual ~Ip4RouteConfig();
 
-    virtual Ip4RouteConfig& operator=(const Ip4RouteConfig& other);
+    // Copies every field, interface included.
+    virtual Ip4RouteConfig& operator=(const Ip4RouteConfig& other) = default;
     // Every field equal, the interface name included.
     virtual bool operator==(const Ip4RouteConfig& other) const;
     // Matching: VLAN, network, netmask and gateway equal, and the metrics

@@ -9,32 +9,12 @@ namespace Zavrel {
 
 Ip6RouteConfig::Ip6RouteConfig() : vlan(0), metric(1) {}
 
-Ip6RouteConfig::Ip6RouteConfig(const Ip6RouteConfig& other)
-    : vlan(other.vlan),
-      interface(other.interface),
-      network(other.network),
-      prefix(other.prefix),
-      gateway(other.gateway),
-      metric(other.metric) {}
-
 Ip6RouteConfig::Ip6RouteConfig(unsigned short vlan_, const Ip6Addr& network_,
                                const Ip6Prefix& prefix_, const Ip6Addr& gateway_,
                                unsigned char metric_)
     : vlan(vlan_), network(network_), prefix(prefix_), gateway(gateway_), metric(metric_) {}
 
 Ip6RouteConfig::~Ip6RouteConfig() = default;
-
-Ip6RouteConfig& Ip6RouteConfig::operator=(const Ip6RouteConfig& other) {
-    if (this != &other) {
-        vlan = other.vlan;
-        interface = other.interface;
-        network = other.network;
-        prefix = other.prefix;
-        gateway = other.gateway;
-        metric = other.metric;
-    }
-    return *this;
-}
 
 bool Ip6RouteConfig::operator==(const Ip6RouteConfig& other) const {
     return vlan == other.vlan && network == other.network &&

@@ -17,12 +17,13 @@ public:
     static constexpr unsigned char ANY_METRIC = 255;
 
     Ip6RouteConfig();
-    Ip6RouteConfig(const Ip6RouteConfig& other);
+    Ip6RouteConfig(const Ip6RouteConfig& other) = default;
     Ip6RouteConfig(unsigned short vlan, const Ip6Addr& network, const Ip6Prefix& prefix,
                    const Ip6Addr& gateway, unsigned char metric);
     virtual ~Ip6RouteConfig();
 
-    virtual Ip6RouteConfig& operator=(const Ip6RouteConfig& other);
+    // Copies every field, interface included.
+    virtual Ip6RouteConfig& operator=(const Ip6RouteConfig& other) = default;
     // Every field equal, the interface name included.
     virtual bool operator==(const Ip6RouteConfig& other) const;
     // Matching: VLAN, network, prefix (length and address) and gateway
