@@ -36,6 +36,34 @@ CfgSched* Scheduler() {
     return manager != nullptr ? &manager->GetCfgSched() : nullptr;
 }
 
+// The log lines of one kind of row for its three outcomes.
+struct AnswerTexts {
+    const char* done;
+    const char* giveUp;
+    const char* retry;
+};
+
+// The stack's answer on a static-route or redistribution row. Done: result 1,
+// or "no such row" (6) for a destroy; the item is removed. A create or update
+// is retried only on a temporary failure (5); a destroy is retried on every
+// other failure. Anything else is given up: the item stays parked.
+void ApplyAnswer(const CfgKey& key, CfgItem& reported, int rowStatus, unsigned int result,
+                 const AnswerTexts& texts) {
+    const bool destroy = rowStatus == static_cast<int>(ROW_DESTROY);
+    if (result == RESULT_DONE || (destroy && result == RESULT_NO_ROW)) {
+        TRACE(10, "%s", texts.done);
+        if (CfgSched* scheduler = Scheduler()) {
+            scheduler->Remove(key, &reported, result);
+        }
+        return;
+    }
+    const bool retry = destroy || result == RESULT_TEMPORARY;
+    TRACE(10, "%s", retry ? texts.retry : texts.giveUp);
+    if (CfgSched* scheduler = Scheduler()) {
+        scheduler->Update(key, &reported, result, retry);
+    }
+}
+
 }  // namespace
 
 void DcRtmMgr::UpdateStaticRoute(unsigned long vlan, long family,
@@ -126,28 +154,10 @@ void DcRtmMgr::UpdateRouteCallback(unsigned short vlan, int family,
     StaticRouteItem reported(vlan, family, rowStatus, adminStatus, destination, prefixLength,
                              nextHop, ifIndex, static_cast<unsigned long>(metric),
                              static_cast<unsigned long>(routeType), 0);
-    const CfgKey key(vlan, CFG_KEY_STATIC_ROUTE);
-    const bool destroy = rowStatus == static_cast<int>(ROW_DESTROY);
-    // A create or update is retried only on a temporary failure; a destroy
-    // is retried on every failure except "no such row", which counts as done.
-    if (result != RESULT_DONE && !destroy && result != RESULT_TEMPORARY) {
-        TRACE(10, "Unable to set route. No retry!!!\n");
-        if (CfgSched* scheduler = Scheduler()) {
-            scheduler->Update(key, &reported, result, false);
-        }
-        return;
-    }
-    if (result != RESULT_DONE && (!destroy || result != RESULT_NO_ROW)) {
-        TRACE(10, "Route Not programmed!!! Retrying...\n");
-        if (CfgSched* scheduler = Scheduler()) {
-            scheduler->Update(key, &reported, result, true);
-        }
-        return;
-    }
-    TRACE(10, "Route Programmed Successfully\n");
-    if (CfgSched* scheduler = Scheduler()) {
-        scheduler->Remove(key, &reported, result);
-    }
+    static const AnswerTexts texts = {"Route Programmed Successfully\n",
+                                      "Unable to set route. No retry!!!\n",
+                                      "Route Not programmed!!! Retrying...\n"};
+    ApplyAnswer(CfgKey(vlan, CFG_KEY_STATIC_ROUTE), reported, rowStatus, result, texts);
 }
 
 void DcRtmMgr::UpdateRedistributionCallback(unsigned short instance, unsigned int source,
@@ -159,24 +169,11 @@ void DcRtmMgr::UpdateRedistributionCallback(unsigned short instance, unsigned in
     RouteRedistributeItem reported(static_cast<long>(rowStatus), static_cast<long>(adminStatus),
                                    static_cast<long>(source), static_cast<long>(destination), 0,
                                    instance, extra);
-    const CfgKey key(instance, CFG_KEY_REDISTRIBUTION);
-    const bool destroy = rowStatus == ROW_DESTROY;
-    if (result == RESULT_DONE || (destroy && result == RESULT_NO_ROW)) {
-        TRACE(10, "Redistribution Request Success\n");
-        if (CfgSched* scheduler = Scheduler()) {
-            scheduler->Remove(key, &reported, result);
-        }
-    } else if (!destroy && result != RESULT_TEMPORARY) {
-        TRACE(10, "Unable to set redistribution. No retry!!!\n");
-        if (CfgSched* scheduler = Scheduler()) {
-            scheduler->Update(key, &reported, result, false);
-        }
-    } else {
-        TRACE(10, "Redistribution Request Not success!! Retrying...\n");
-        if (CfgSched* scheduler = Scheduler()) {
-            scheduler->Update(key, &reported, result, true);
-        }
-    }
+    static const AnswerTexts texts = {"Redistribution Request Success\n",
+                                      "Unable to set redistribution. No retry!!!\n",
+                                      "Redistribution Request Not success!! Retrying...\n"};
+    ApplyAnswer(CfgKey(instance, CFG_KEY_REDISTRIBUTION), reported,
+                static_cast<int>(rowStatus), result, texts);
 }
 
 // ---- the application's static routes
