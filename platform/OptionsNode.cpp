@@ -64,6 +64,23 @@ bool ParseDecimal(const std::string& text, bool allowMinus, bool& negative,
     return true;
 }
 
+// Sign and magnitude of an integer number (type is v's, int or uint).
+void IntegerMagnitude(const Json::Value& v, Json::ValueType type, bool& negative,
+                      unsigned long long& magnitude)
+{
+    if (type == Json::uintValue) {
+        negative = false;
+        magnitude = static_cast<unsigned long long>(v.asLargestUInt());
+        return;
+    }
+    const Json::LargestInt value = v.asLargestInt();
+    negative = value < 0;
+    // Two's complement negation in unsigned arithmetic also covers the
+    // smallest value.
+    magnitude = negative ? 0ULL - static_cast<unsigned long long>(value)
+                         : static_cast<unsigned long long>(value);
+}
+
 // What differs between the int and the unsigned int conversions.
 template <typename T>
 struct IntegerKind;
@@ -72,8 +89,6 @@ template <>
 struct IntegerKind<int> {
     static constexpr const char* NAME = "int";
     static constexpr bool ALLOW_MINUS = true;
-    static bool Fits(const Json::Value& v) { return v.isInt(); }
-    static int From(const Json::Value& v) { return v.asInt(); }
     static bool InRange(bool negative, unsigned long long magnitude)
     {
         return negative ? magnitude <= static_cast<unsigned long long>(INT_MAX) + 1
@@ -90,9 +105,10 @@ template <>
 struct IntegerKind<unsigned int> {
     static constexpr const char* NAME = "unsigned int";
     static constexpr bool ALLOW_MINUS = false;
-    static bool Fits(const Json::Value& v) { return v.isUInt(); }
-    static unsigned int From(const Json::Value& v) { return v.asUInt(); }
-    static bool InRange(bool, unsigned long long magnitude) { return magnitude <= UINT_MAX; }
+    static bool InRange(bool negative, unsigned long long magnitude)
+    {
+        return !negative && magnitude <= UINT_MAX;
+    }
     static unsigned int From(bool, unsigned long long magnitude)
     {
         return static_cast<unsigned int>(magnitude);
@@ -102,22 +118,21 @@ struct IntegerKind<unsigned int> {
 // Converts a number, or a decimal text, to T when it is in T's range;
 // otherwise leaves out alone and says why in error.
 template <typename T>
-bool ConvertInteger(const Json::Value* value, T& out, string& error)
+bool ConvertInteger(const Json::Value& v, T& out, string& error)
 {
     typedef IntegerKind<T> Kind;
-    if (value == nullptr) {
-        error = NOT_FOUND;
-        return false;
-    }
-    const Json::Value& v = *value;
     try {
-        if (v.type() == Json::intValue || v.type() == Json::uintValue) {
-            if (Kind::Fits(v)) {
-                out = Kind::From(v);
+        const Json::ValueType type = v.type();
+        if (type == Json::intValue || type == Json::uintValue) {
+            bool negative = false;
+            unsigned long long magnitude = 0;
+            IntegerMagnitude(v, type, negative, magnitude);
+            if (Kind::InRange(negative, magnitude)) {
+                out = Kind::From(negative, magnitude);
                 return true;
             }
             error.Format("number %s is out of range for %s", v.asString().c_str(), Kind::NAME);
-        } else if (v.type() == Json::stringValue) {
+        } else if (type == Json::stringValue) {
             const std::string text = v.asString();
             bool negative = false;
             unsigned long long magnitude = 0;
@@ -140,9 +155,29 @@ bool ConvertInteger(const Json::Value* value, T& out, string& error)
 
 }  // namespace
 
-OptionsNode::OptionsNode() : m_value(nullptr) {}
+OptionsNode::OptionsNode() : m_value(nullptr), m_fixed_error(nullptr) {}
 
-OptionsNode::OptionsNode(const Json::Value* value) : m_value(value) {}
+OptionsNode::OptionsNode(const Json::Value* value) : m_value(value), m_fixed_error(nullptr) {}
+
+const string& OptionsNode::Error() const
+{
+    if (m_fixed_error != nullptr) {
+        m_error = m_fixed_error;
+        m_fixed_error = nullptr;
+    }
+    return m_error;
+}
+
+void OptionsNode::SetError(const char* text) const
+{
+    m_fixed_error = nullptr;
+    m_error = text;
+}
+
+void OptionsNode::SetFixedError(const char* text) const
+{
+    m_fixed_error = text;
+}
 
 OptionsNode OptionsNode::operator[](const char* key) const
 {
@@ -152,20 +187,57 @@ OptionsNode OptionsNode::operator[](const char* key) const
     return OptionsNode(m_value->find(key, key + std::strlen(key)));
 }
 
+void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t count) const
+{
+    // Only the views are set: the nodes' error texts are left as they are
+    // (copying texts would cost more than the search).
+    for (size_t i = 0; i < count; ++i) {
+        found[i].m_value = nullptr;
+    }
+    if (m_value == nullptr || !m_value->isObject()) {
+        return;
+    }
+    size_t missing = count;
+    const Json::Value::const_iterator end = m_value->end();
+    for (Json::Value::const_iterator it = m_value->begin(); missing != 0 && it != end; ++it) {
+        const char* nameEnd = nullptr;
+        const char* name = it.memberName(&nameEnd);
+        if (name == nullptr || nameEnd == nullptr) {
+            continue;
+        }
+        const size_t length = static_cast<size_t>(nameEnd - name);
+        for (size_t i = 0; i < count; ++i) {
+            const Key& key = keys[i];
+            if (key.length == length && found[i].m_value == nullptr &&
+                (length == 0 ||
+                 (key.name[0] == name[0] && std::memcmp(key.name, name, length) == 0))) {
+                found[i].m_value = &*it;
+                --missing;
+                break;
+            }
+        }
+    }
+}
+
 bool OptionsNode::IsEmpty() const
 {
-    if (m_value == nullptr || m_value->isNull()) {
+    if (m_value == nullptr) {
         return true;
     }
-    if (m_value->isObject() || m_value->isArray()) {
-        return m_value->empty();
-    }
-    if (m_value->isString()) {
+    switch (m_value->type()) {
+    case Json::nullValue:
+        return true;
+    case Json::objectValue:
+    case Json::arrayValue:
+        return m_value->size() == 0;
+    case Json::stringValue: {
         const char* begin = nullptr;
         const char* end = nullptr;
         return !m_value->getString(&begin, &end) || begin == end;
     }
-    return false;
+    default:
+        return false;
+    }
 }
 
 bool OptionsNode::IsNull() const
@@ -219,20 +291,30 @@ string OptionsNode::GetAsString(const char* key) const
 
 bool OptionsNode::AsVal(int& out) const
 {
+    if (m_value == nullptr) {
+        SetFixedError(NOT_FOUND);
+        return false;
+    }
     string error;
-    if (ConvertInteger(m_value, out, error)) {
+    if (ConvertInteger(*m_value, out, error)) {
         return true;
     }
+    m_fixed_error = nullptr;
     m_error = error;
     return false;
 }
 
 bool OptionsNode::AsVal(unsigned int& out) const
 {
+    if (m_value == nullptr) {
+        SetFixedError(NOT_FOUND);
+        return false;
+    }
     string error;
-    if (ConvertInteger(m_value, out, error)) {
+    if (ConvertInteger(*m_value, out, error)) {
         return true;
     }
+    m_fixed_error = nullptr;
     m_error = error;
     return false;
 }
@@ -240,24 +322,29 @@ bool OptionsNode::AsVal(unsigned int& out) const
 bool OptionsNode::AsVal(bool& out) const
 {
     if (m_value == nullptr) {
-        SetError(NOT_FOUND);
+        SetFixedError(NOT_FOUND);
         return false;
     }
     const Json::Value& v = *m_value;
     string error;
     try {
-        switch (v.type()) {
+        const Json::ValueType type = v.type();
+        switch (type) {
         case Json::booleanValue:
             out = v.asBool();
             return true;
         case Json::intValue:
-        case Json::uintValue:
-            if (v.isUInt() && v.asUInt() <= 1) {
-                out = v.asUInt() == 1;
+        case Json::uintValue: {
+            bool negative = false;
+            unsigned long long magnitude = 0;
+            IntegerMagnitude(v, type, negative, magnitude);
+            if (!negative && magnitude <= 1) {
+                out = magnitude == 1;
                 return true;
             }
             error.Format("number %s is not 0 or 1", v.asString().c_str());
             break;
+        }
         case Json::stringValue: {
             const std::string text = v.asString();
             if (text == "true" || text == "1") {
@@ -278,6 +365,7 @@ bool OptionsNode::AsVal(bool& out) const
     } catch (const std::exception&) {
         error.Format("cannot convert %s to bool", KindName(v));
     }
+    m_fixed_error = nullptr;
     m_error = error;
     return false;
 }
@@ -287,17 +375,18 @@ bool OptionsNode::GetLeafValue(T& out, const char* key, const T& fallback) const
 {
     out = fallback;
     if (m_value == nullptr || !m_value->isObject()) {
-        SetError(WRONG_TYPE);
+        SetFixedError(WRONG_TYPE);
         return false;
     }
     const OptionsNode member = (*this)[key];
     if (member.IsNull()) {
-        SetError(NOT_FOUND);
+        SetFixedError(NOT_FOUND);
         return false;
     }
     if (!member.AsVal(out)) {
         // The reason of a failed conversion is kept on this node as well.
-        m_error = member.Error();
+        m_fixed_error = member.m_fixed_error;
+        m_error = member.m_error;
         return false;
     }
     return true;

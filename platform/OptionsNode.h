@@ -4,6 +4,9 @@
 
 #include <json/value.h>
 
+#include <cstddef>
+#include <string>
+
 #include "platform/String.h"
 
 namespace Zavrel {
@@ -26,6 +29,27 @@ public:
     // that is not an object, gives a node without a value.
     OptionsNode operator[](const char* key) const;
     OptionsNode Child(const char* key) const { return (*this)[key]; }
+
+    // A member name for FindMembers, with its length worked out once (at
+    // compile time for a constexpr table of keys).
+    struct Key {
+        constexpr Key() : name(""), length(0) {}
+        constexpr Key(const char* text) : name(text), length(std::char_traits<char>::length(text)) {}  // NOLINT
+        constexpr Key(const char* text, size_t textLength) : name(text), length(textLength) {}
+        const char* name;
+        size_t length;
+    };
+
+    // Looks up several members in one pass over the object's members:
+    // found[i] comes to view what (*this)[keys[i].name] views (its error text
+    // is left alone). The keys must differ from each other. When they are a
+    // good part of the members this costs far less than a lookup per key.
+    void FindMembers(const Key keys[], OptionsNode found[], size_t count) const;
+    template <size_t N>
+    void FindMembers(const Key (&keys)[N], OptionsNode (&found)[N]) const
+    {
+        FindMembers(keys, found, N);
+    }
 
     // Empty: no value, JSON null, or an object, array or string with no
     // content. Null: no value or JSON null.
@@ -68,15 +92,20 @@ public:
     template <typename T>
     bool GetLeafValue(T& out, const char* key, const T& fallback) const;
 
-    const string& Error() const { return m_error; }
-    void SetError(const char* text) const { m_error = text; }
+    const string& Error() const;
+    void SetError(const char* text) const;
 
     // Iteration over the elements of an array or the members of an object.
     OptionsNodeIterator begin() const;
     OptionsNodeIterator end() const;
 
 private:
+    // Records one of the fixed error texts without copying it: most failed
+    // reads are of optional members, and nobody asks for their error.
+    void SetFixedError(const char* text) const;
+
     const Json::Value* m_value;
+    mutable const char* m_fixed_error;  // a fixed text not yet copied into m_error
     mutable string m_error;
 };
 

@@ -20,6 +20,9 @@ protected:
             "negbig": -2147483649,
             "intmin": -2147483648,
             "intmax": 2147483647,
+            "int64min": -9223372036854775808,
+            "uint64max": 18446744073709551615,
+            "minusone": -1,
             "zero": 0,
             "one": 1,
             "two": 2,
@@ -106,7 +109,7 @@ TEST_F(OptionsNodeTest, KindsAndSizes)
     EXPECT_EQ(2u, Node("array").Size());
     EXPECT_EQ(1u, Node("object").Size());
     EXPECT_EQ(0u, Node("text").Size());
-    EXPECT_EQ(36u, options.Root().Size());
+    EXPECT_EQ(39u, options.Root().Size());
 }
 
 TEST_F(OptionsNodeTest, GetAsStringOfEveryKind)
@@ -156,6 +159,8 @@ TEST_F(OptionsNodeTest, IntFailuresKeepTheValueAndExplain)
     } cases[] = {
         {"big", "number 4294967295 is out of range for int"},
         {"negbig", "number -2147483649 is out of range for int"},
+        {"int64min", "number -9223372036854775808 is out of range for int"},
+        {"uint64max", "number 18446744073709551615 is out of range for int"},
         {"textintover", "number 2147483648 is out of range for int"},
         {"texthuge", "number 99999999999999999999999 is out of range for int"},
         {"real", "cannot convert real number to int"},
@@ -202,6 +207,9 @@ TEST_F(OptionsNodeTest, UnsignedFailuresKeepTheValueAndExplain)
         const char* error;
     } cases[] = {
         {"int", "number -12 is out of range for unsigned int"},
+        {"minusone", "number -1 is out of range for unsigned int"},
+        {"int64min", "number -9223372036854775808 is out of range for unsigned int"},
+        {"uint64max", "number 18446744073709551615 is out of range for unsigned int"},
         {"huge", "number 4294967296 is out of range for unsigned int"},
         {"negdigits", "text \"-42\" is not a decimal number"},
         {"texthuge", "number 99999999999999999999999 is out of range for unsigned int"},
@@ -248,6 +256,9 @@ TEST_F(OptionsNodeTest, BoolFailuresKeepTheValueAndExplain)
     } cases[] = {
         {"two", "number 2 is not 0 or 1"},
         {"int", "number -12 is not 0 or 1"},
+        {"minusone", "number -1 is not 0 or 1"},
+        {"int64min", "number -9223372036854775808 is not 0 or 1"},
+        {"uint64max", "number 18446744073709551615 is not 0 or 1"},
         {"real", "cannot convert real number to bool"},
         {"null", "cannot convert null to bool"},
         {"array", "cannot convert array to bool"},
@@ -352,6 +363,99 @@ TEST_F(OptionsNodeTest, GetLeafValueOfAnUnconvertibleMemberGivesTheFallbackAndTh
     EXPECT_FALSE(root.GetLeafValue(u, "huge", 4u));
     EXPECT_EQ(4u, u);
     EXPECT_EQ(string("number 4294967296 is out of range for unsigned int"), root.Error());
+}
+
+TEST_F(OptionsNodeTest, TheLatestFailedReadGivesTheErrorWhetherItsTextIsFixedOrFormatted)
+{
+    OptionsNode root = options.Root();
+    int v = 0;
+    EXPECT_FALSE(root.GetLeafValue(v, "absent", 0));
+    EXPECT_FALSE(root.GetLeafValue(v, "text", 0));
+    EXPECT_EQ(string("text \"vlan\" is not a decimal number"), root.Error());
+    EXPECT_FALSE(root.GetLeafValue(v, "absent", 0));
+    EXPECT_EQ(string("cannot find the node element"), root.Error());
+    root.SetError("custom");
+    EXPECT_EQ(string("custom"), root.Error());
+    OptionsNode array = Node("array");
+    EXPECT_FALSE(array.GetLeafValue(v, "a", 0));
+    const OptionsNode copy = array;
+    EXPECT_EQ(string("Incorrect Node type for Object or Array operations"), copy.Error());
+    EXPECT_EQ(string("Incorrect Node type for Object or Array operations"), array.Error());
+}
+
+// --- FindMembers
+
+TEST_F(OptionsNodeTest, FindMembersFindsWhatTheLookupOfEachKeyFinds)
+{
+    static constexpr OptionsNode::Key KEYS[] = {"text", "absent", "null", "object", "int", "t"};
+    OptionsNode found[6];
+    const OptionsNode root = options.Root();
+    root.FindMembers(KEYS, found);
+    for (size_t i = 0; i < 6; ++i) {
+        EXPECT_EQ(root[KEYS[i].name].Value(), found[i].Value()) << KEYS[i].name;
+    }
+    EXPECT_TRUE(found[0].HasValue());
+    EXPECT_FALSE(found[1].HasValue());
+    EXPECT_TRUE(found[2].HasValue());
+    EXPECT_TRUE(found[2].IsNull());
+    int i = 0;
+    EXPECT_TRUE(found[4].AsVal(i));
+    EXPECT_EQ(-12, i);
+}
+
+TEST_F(OptionsNodeTest, FindMembersMatchesWholeNamesOnly)
+{
+    static constexpr OptionsNode::Key KEYS[] = {"tex", "texts", "TEXT", "in"};
+    OptionsNode found[4];
+    options.Root().FindMembers(KEYS, found);
+    for (const OptionsNode& node : found) {
+        EXPECT_FALSE(node.HasValue());
+    }
+}
+
+TEST_F(OptionsNodeTest, FindMembersOfANodeThatIsNoObjectFindsNothing)
+{
+    static constexpr OptionsNode::Key KEYS[] = {"a"};
+    OptionsNode found[1] = {options.Root()};
+    Node("array").FindMembers(KEYS, found);
+    EXPECT_FALSE(found[0].HasValue());
+    found[0] = options.Root();
+    OptionsNode().FindMembers(KEYS, found);
+    EXPECT_FALSE(found[0].HasValue());
+    found[0] = options.Root();
+    Node("text").FindMembers(KEYS, found);
+    EXPECT_FALSE(found[0].HasValue());
+    found[0] = options.Root();
+    Node("object").FindMembers(KEYS, found);
+    EXPECT_TRUE(found[0].HasValue());
+}
+
+TEST_F(OptionsNodeTest, FindMembersTakesKeysOfAnyLengthAndAnEmptyName)
+{
+    Options doc;
+    ASSERT_TRUE(doc.LoadFromText(string(R"({"": 1, "a": 2, "a_rather_long_member_name": 3})")));
+    const OptionsNode::Key keys[] = {OptionsNode::Key("a_rather_long_member_name"),
+                                     OptionsNode::Key("", 0), OptionsNode::Key("ab", 1)};
+    OptionsNode found[3];
+    doc.Root().FindMembers(keys, found);
+    unsigned int v = 0;
+    EXPECT_TRUE(found[0].AsVal(v));
+    EXPECT_EQ(3u, v);
+    EXPECT_TRUE(found[1].AsVal(v));
+    EXPECT_EQ(1u, v);
+    EXPECT_TRUE(found[2].AsVal(v));  // the key is the first letter only
+    EXPECT_EQ(2u, v);
+    EXPECT_EQ(doc.Root()[""].Value(), found[1].Value());
+}
+
+TEST_F(OptionsNodeTest, FindMembersLeavesTheFoundNodesErrorsAlone)
+{
+    static constexpr OptionsNode::Key KEYS[] = {"int"};
+    OptionsNode found[1];
+    found[0].SetError("kept");
+    options.Root().FindMembers(KEYS, found);
+    EXPECT_TRUE(found[0].HasValue());
+    EXPECT_EQ(string("kept"), found[0].Error());
 }
 
 TEST_F(OptionsNodeTest, ErrorCanBeSetOnAConstNode)
