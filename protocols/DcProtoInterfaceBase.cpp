@@ -20,13 +20,16 @@ DcProtoInterfaceBase::~DcProtoInterfaceBase() = default;
 
 void DcProtoInterfaceBase::ApplyOptions(const OptionsNode& section, const string& source,
                                         DclConfigObject::OptionType) {
+    // Both settings are looked up in one pass over the section.
+    static constexpr OptionsNode::Key KEYS[] = {"enabled", "REDISTRIBUTION"};
+    OptionsNode settings[2];
+    section.FindMembers(KEYS, settings);
     bool enabled = false;
-    const int enabledSetting =
-        section.GetLeafValue<bool>(enabled, "enabled", false) ? (enabled ? 1 : 0) : -1;
+    const int enabledSetting = settings[0].AsVal(enabled) ? (enabled ? 1 : 0) : -1;
     // A section's profile starts from the defaults: sources it leaves out
     // are redistributed.
     RedistributionProfile profile;
-    const bool hasProfile = m_protocol != PROTO_NONE && profile.ParseOption(section);
+    const bool hasProfile = m_protocol != PROTO_NONE && profile.ParseSection(settings[1]);
 
     // The source's layer becomes the most recent one. When it already is,
     // it is updated in place, and an unchanged layer changes nothing.

@@ -84,17 +84,22 @@ bool OspfAreaConfig::Commit() {
 }
 
 bool OspfAreaConfig::ParseFromOption(const OptionsNode& node) {
+    static constexpr OptionsNode::Key KEYS[] = {"area", "stub", "interfaces"};
+    OptionsNode members[3];
+    node.FindMembers(KEYS, members);
     unsigned int area = 0;
-    if (!node.GetLeafValue<unsigned int>(area, "area", 0)) {
+    if (!members[0].AsVal(area)) {
         return false;
     }
     id = area;
-    node.GetLeafValue<bool>(stub, "stub", false);
-    OptionsNode list = node["interfaces"];
+    stub = false;
+    members[1].AsVal(stub);
+    const OptionsNode& list = members[2];
     if (list.IsEmpty()) {
         return true;
     }
-    for (OptionsNodeIterator it = list.begin(); it != list.end(); ++it) {
+    const OptionsNodeIterator end = list.end();
+    for (OptionsNodeIterator it = list.begin(); it != end; ++it) {
         unsigned int ifIndex = 0;
         if (it->AsVal(ifIndex)) {
             interfaces.insert(ifIndex);

@@ -53,7 +53,8 @@ bool DCLConfigList::ParseOptions(const OptionsNode& node, const string& name,
     if (section.IsEmpty()) {
         return true;
     }
-    for (OptionsNodeIterator it = section.begin(); it != section.end(); ++it) {
+    const OptionsNodeIterator end = section.end();
+    for (OptionsNodeIterator it = section.begin(); it != end; ++it) {
         if (!it->IsEmpty()) {
             ParseGroup(*it, name, type);
         }

@@ -38,25 +38,23 @@ void RedistributionProfile::Reset() {
 }
 
 bool RedistributionProfile::ParseOption(const OptionsNode& node) {
-    OptionsNode section = node["REDISTRIBUTION"];
+    return ParseSection(node["REDISTRIBUTION"]);
+}
+
+bool RedistributionProfile::ParseSection(const OptionsNode& section) {
     if (section.IsEmpty()) {
         return false;
     }
-    bool value = true;
-    if (section.GetLeafValue<bool>(value, "static", true)) {
-        staticRoutes = value;
-    }
-    if (section.GetLeafValue<bool>(value, "connected", true)) {
-        connected = value;
-    }
-    if (section.GetLeafValue<bool>(value, "bgp", true)) {
-        bgp = value;
-    }
-    if (section.GetLeafValue<bool>(value, "rip", true)) {
-        rip = value;
-    }
-    if (section.GetLeafValue<bool>(value, "ospf", true)) {
-        ospf = value;
+    // A source whose setting is missing or not a boolean keeps its value.
+    static constexpr OptionsNode::Key KEYS[] = {"static", "connected", "bgp", "rip", "ospf"};
+    bool* const fields[] = {&staticRoutes, &connected, &bgp, &rip, &ospf};
+    OptionsNode settings[SOURCE_COUNT];
+    section.FindMembers(KEYS, settings);
+    for (size_t i = 0; i < SOURCE_COUNT; ++i) {
+        bool value = true;
+        if (settings[i].AsVal(value)) {
+            *fields[i] = value;
+        }
     }
     return true;
 }

@@ -36,6 +36,9 @@ public:
     // it is missing or empty; otherwise each boolean leaf present among
     // "static", "connected", "bgp", "rip", "ospf" sets its flag.
     bool ParseOption(const OptionsNode& node);
+    // The same read on the "REDISTRIBUTION" section itself, for a caller
+    // that has looked it up already.
+    bool ParseSection(const OptionsNode& section);
 
     // The flag of a source given by its protocol code; false for other codes.
     bool Allows(unsigned int sourceProtocol) const;

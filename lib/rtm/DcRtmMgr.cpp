@@ -78,22 +78,29 @@ bool DcRtmMgr::GetRTMConfig(const OptionsNode& options, RTMData* data) {
     if (data == nullptr || rtm.IsEmpty()) {
         return false;
     }
-    const unsigned int deadTimer = data->deadTimer;
-    rtm.GetLeafValue<unsigned int>(data->deadTimer, "dead_rpm_timer", deadTimer);
+    static constexpr OptionsNode::Key RTM_KEYS[] = {"dead_rpm_timer", "ADMIN_DISTANCE"};
+    OptionsNode rtmMembers[2];
+    rtm.FindMembers(RTM_KEYS, rtmMembers);
+    // A dead timer that is missing or wrong keeps its value.
+    rtmMembers[0].AsVal(data->deadTimer);
 
     // Once an "ADMIN_DISTANCE" section is given, every distance it leaves
     // out is 0 (unlike the dead timer, which keeps its value).
-    OptionsNode distances = rtm["ADMIN_DISTANCE"];
+    const OptionsNode& distances = rtmMembers[1];
     if (!distances.IsEmpty()) {
-        const unsigned int none = 0;
-        distances.GetLeafValue<unsigned int>(data->ospfv2Internal, "ospfv2_internal", none);
-        distances.GetLeafValue<unsigned int>(data->ospfv2External, "ospfv2_external", none);
-        distances.GetLeafValue<unsigned int>(data->ospfv3Internal, "ospfv3_internal", none);
-        distances.GetLeafValue<unsigned int>(data->ospfv3External, "ospfv3_external", none);
-        distances.GetLeafValue<unsigned int>(data->ripv2, "ripv2", none);
-        distances.GetLeafValue<unsigned int>(data->ripng, "ripng", none);
-        distances.GetLeafValue<unsigned int>(data->ebgp, "ebgp", none);
-        distances.GetLeafValue<unsigned int>(data->ibgp, "ibgp", none);
+        static constexpr OptionsNode::Key DISTANCE_KEYS[] = {
+            "ospfv2_internal", "ospfv2_external", "ospfv3_internal", "ospfv3_external",
+            "ripv2",           "ripng",           "ebgp",            "ibgp"};
+        unsigned int* const fields[] = {&data->ospfv2Internal, &data->ospfv2External,
+                                        &data->ospfv3Internal, &data->ospfv3External,
+                                        &data->ripv2,          &data->ripng,
+                                        &data->ebgp,           &data->ibgp};
+        OptionsNode values[8];
+        distances.FindMembers(DISTANCE_KEYS, values);
+        for (size_t i = 0; i < 8; ++i) {
+            *fields[i] = 0;
+            values[i].AsVal(*fields[i]);
+        }
     }
     return true;
 }
