@@ -11,7 +11,11 @@ DcIpInterface* DcRouterBase::m_ip_interface = nullptr;
 DcSckInterface* DcRouterBase::m_sck_interface = nullptr;
 
 DcRouterBase::DcRouterBase(const string& name, unsigned short vid, DcProtoConfigBase* proto)
-    : m_proto(proto), m_name(name), m_vid(vid), m_status(DcProtoInterfaceBase::CONFIG_DISABLED) {
+    : m_proto(proto),
+      m_interface(dynamic_cast<DcProtoInterfaceBase*>(proto)),
+      m_name(name),
+      m_vid(vid),
+      m_status(DcProtoInterfaceBase::CONFIG_DISABLED) {
     m_display_id.Format("%s:%u", m_name.c_str(), static_cast<unsigned int>(vid));
     DcProtoInterfaceBase* iface = GetInterface();
     if (iface != nullptr && iface->GetRouter() == nullptr) {
@@ -22,6 +26,7 @@ DcRouterBase::DcRouterBase(const string& name, unsigned short vid, DcProtoConfig
 DcRouterBase::~DcRouterBase() {
     delete m_proto;
     m_proto = nullptr;
+    m_interface = nullptr;
     for (auto& entry : m_config_lists) {
         delete entry.second;
     }
@@ -35,9 +40,7 @@ DcConfigLists* DcRouterBase::CreateConfigLists(const string& name,
     return new DcConfigLists(name, type);
 }
 
-DcProtoInterfaceBase* DcRouterBase::GetInterface() const {
-    return dynamic_cast<DcProtoInterfaceBase*>(m_proto);
-}
+DcProtoInterfaceBase* DcRouterBase::GetInterface() const { return m_interface; }
 
 bool DcRouterBase::IsEnabled() {
     DcProtoInterfaceBase* iface = GetInterface();
@@ -96,7 +99,11 @@ void DcRouterBase::ProcessIPAddressChange(unsigned int ifIndex, const Ip4Addr& a
 
 bool DcRouterBase::Reload(const OptionsNode& node, const string& source,
                           DclConfigObject::OptionType type) {
-    OptionsNode section = node[m_name.c_str()];
+    return ReloadSection(node[m_name.c_str()], source, type);
+}
+
+bool DcRouterBase::ReloadSection(const OptionsNode& section, const string& source,
+                                 DclConfigObject::OptionType type) {
     if (section.IsEmpty()) {
         DeleteOptions(source, type);
         return true;

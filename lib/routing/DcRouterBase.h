@@ -83,6 +83,10 @@ public:
 
     // Applies the router's section of a VLAN entry delivered by source.
     bool Reload(const OptionsNode& node, const string& source, DclConfigObject::OptionType type);
+    // The same with the section already looked up in the entry (the member
+    // named after the router).
+    bool ReloadSection(const OptionsNode& section, const string& source,
+                       DclConfigObject::OptionType type);
     // Drops everything source configured.
     void DeleteOptions(const string& source, DclConfigObject::OptionType type);
 
@@ -111,6 +115,9 @@ public:
 private:
     std::map<string, DcConfigLists*> m_config_lists;
     DcProtoConfigBase* m_proto;
+    // m_proto as the interface base when it is one (looked up once: the
+    // protocol object is the router's for life).
+    DcProtoInterfaceBase* m_interface;
     std::map<unsigned int, bool> m_interfaces;
     string m_name;
     string m_display_id;

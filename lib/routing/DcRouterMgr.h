@@ -163,6 +163,9 @@ private:
     DcRouterMgr();
     void RegisterConsoleHandlers();
     void PrintSummary(DcConsole* console, const char* const names[4], const ProtocolType types[4]);
+    // Gives each router of the VLAN its section of entry.
+    void ReloadRouters(VlanRouters* record, const OptionsNode& entry, const string& source,
+                       DclConfigObject::OptionType type);
     // Drops the options of source from every router of the VLAN and the
     // source from the VLAN; deletes the VLAN when no source is left.
     void RemoveSourceFromVlan(unsigned short vid, VlanRouters* record, const string& source,

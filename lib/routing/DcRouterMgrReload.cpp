@@ -38,7 +38,8 @@ bool DcRouterMgr::Reload(const Options& options, const string& source,
     std::vector<bool> listed(VLAN_ID_COUNT, false);
 
     TRACE(10, "Reloading Configuration in all VLANs\n");
-    for (OptionsNodeIterator it = section.begin(); it != section.end(); ++it) {
+    const OptionsNodeIterator end = section.end();
+    for (OptionsNodeIterator it = section.begin(); it != end; ++it) {
         // The iterator hands out a fresh node on every access: keep this one,
         // which carries the error of the read below.
         const OptionsNode& entry = *it;
@@ -79,16 +80,7 @@ bool DcRouterMgr::Reload(const Options& options, const string& source,
         VlanRouters* record = vlan->second;
         record->sources.insert(source);
 
-        for (auto& router : record->routers) {
-            if (type == DclConfigObject::OPTION_TYPE_REMOTE) {
-                // A remote's options apply only to the routers that run.
-                if (router.second->IsEnabled()) {
-                    router.second->Reload(entry, source, DclConfigObject::OPTION_TYPE_REMOTE);
-                }
-            } else {
-                router.second->Reload(entry, source, type);
-            }
-        }
+        ReloadRouters(record, entry, source, type);
     }
 
     for (unsigned short vid : previous) {
@@ -103,6 +95,36 @@ bool DcRouterMgr::Reload(const Options& options, const string& source,
         RemoveSourceFromVlan(vid, vlan->second, source, type);
     }
     return true;
+}
+
+void DcRouterMgr::ReloadRouters(VlanRouters* record, const OptionsNode& entry,
+                                const string& source, DclConfigObject::OptionType type) {
+    // The routers' sections are found in one pass over the entry (the
+    // routers have distinct names), then applied in router order.
+    auto next = record->routers.begin();
+    while (next != record->routers.end()) {
+        DcRouterBase* routers[PROTOCOL_COUNT];
+        OptionsNode::Key names[PROTOCOL_COUNT];
+        OptionsNode sections[PROTOCOL_COUNT];
+        size_t count = 0;
+        for (; next != record->routers.end() && count < PROTOCOL_COUNT; ++next) {
+            routers[count] = next->second;
+            names[count] = OptionsNode::Key(next->second->GetName().c_str());
+            ++count;
+        }
+        entry.FindMembers(names, sections, count);
+        for (size_t i = 0; i < count; ++i) {
+            if (type == DclConfigObject::OPTION_TYPE_REMOTE) {
+                // A remote's options apply only to the routers that run.
+                if (routers[i]->IsEnabled()) {
+                    routers[i]->ReloadSection(sections[i], source,
+                                              DclConfigObject::OPTION_TYPE_REMOTE);
+                }
+            } else {
+                routers[i]->ReloadSection(sections[i], source, type);
+            }
+        }
+    }
 }
 
 void DcRouterMgr::DeleteOptions(const string& source, DclConfigObject::OptionType type) {

@@ -209,6 +209,21 @@ TEST_F(DcRouterBaseTest, ReloadAppliesTheSectionAndParsesItIntoANewBundle) {
     EXPECT_EQ(log.lines, (Lines{"update 1 v=11"}));
 }
 
+TEST_F(DcRouterBaseTest, ReloadSectionDoesWhatReloadDoesWithTheRoutersMember) {
+    const OptionsNode entry =
+        Load(R"({"OTHER": {"tag": "no"}, "ROUTER": {"tag": "t1", "ITEMS": [{"id": 3}]}})");
+    router->ReloadSection(entry["ROUTER"], "vlan.json", DclConfigObject::OPTION_TYPE_VLAN);
+    EXPECT_EQ(calls, (Lines{"apply vlan.json 0 t1"}));
+    EXPECT_EQ(log.lines, (Lines{"create 3 v=0"}));
+
+    calls.clear();
+    log.lines.clear();
+    router->ReloadSection(entry["MISSING"], "vlan.json", DclConfigObject::OPTION_TYPE_VLAN);
+    EXPECT_EQ(calls, (Lines{"delete vlan.json 0"}));
+    EXPECT_EQ(log.lines, (Lines{"destroy 3"}));
+    EXPECT_TRUE(router->GetConfigLists().empty());
+}
+
 TEST_F(DcRouterBaseTest, EachSourceGetsItsOwnBundle) {
     router->Reload(Load(R"({"ROUTER": {"ITEMS": [{"id": 1}]}})"), "a.json",
                    DclConfigObject::OPTION_TYPE_VLAN);

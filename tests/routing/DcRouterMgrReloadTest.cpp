@@ -211,6 +211,21 @@ TEST_F(RouterMgrReloadTest, VlanOptionsReachEveryRouterOfTheVlan) {
     }
 }
 
+TEST_F(RouterMgrReloadTest, EachRouterTakesOnlyTheMemberWithItsExactName) {
+    Load(
+        "{\"VLAN_CONFIGURATIONS\": [{\"MLD\": {\"enabled\": true}, \"bgp\": {\"enabled\": true}, "
+        "\"OSPFV\": {\"enabled\": true}, \"OSPFV22\": {\"enabled\": true}, \"vid\": 5, "
+        "\"RIPV2\": {\"enabled\": true}, \"IGMP\": {\"enabled\": false}}]}",
+        "a.json", VLAN_OPTIONS);
+    EXPECT_TRUE(Enabled(mgr, 5, DcRouterMgr::MLD));
+    EXPECT_TRUE(Enabled(mgr, 5, DcRouterMgr::RIPv2));
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::BGP));
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::OSPFv2));
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::OSPFv3));
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::RIPng));
+    EXPECT_FALSE(Enabled(mgr, 5, DcRouterMgr::IGMP));
+}
+
 TEST_F(RouterMgrReloadTest, RemoteOptionsReachOnlyTheRoutersThatRun) {
     Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"BGP\": {\"enabled\": true}}]}", "a.json",
          VLAN_OPTIONS);
