@@ -1,12 +1,14 @@
 #include "cfg/CfgBucket.h"
 
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include "mib/MibOid.h"
 
 namespace Zavrel {
 
-CfgBucket::CfgBucket() = default;
+CfgBucket::CfgBucket() : m_new(CfgMemory()) {}
 
 CfgBucket::~CfgBucket()
 {
@@ -54,8 +56,13 @@ CfgBucket::Entry* CfgBucket::EntryPool::Get()
 {
     if (m_free == nullptr) {
         const size_t size = m_next_block_size;
-        m_blocks.emplace_back(new Entry[size]);
-        Entry* block = m_blocks.back().get();
+        m_blocks.reserve(m_blocks.size() + 1);
+        Entry* block =
+            static_cast<Entry*>(CfgMemory()->allocate(size * sizeof(Entry), alignof(Entry)));
+        for (size_t i = 0; i < size; ++i) {
+            new (block + i) Entry();
+        }
+        m_blocks.push_back(Block{block, size});
         for (size_t i = size; i > 0; --i) {
             block[i - 1].listLink.next = m_free;
             m_free = &block[i - 1];
@@ -68,6 +75,14 @@ CfgBucket::Entry* CfgBucket::EntryPool::Get()
     m_free = entry->listLink.next;
     *entry = Entry();
     return entry;
+}
+
+CfgBucket::EntryPool::~EntryPool()
+{
+    for (const Block& block : m_blocks) {
+        std::destroy_n(block.entries, block.count);
+        CfgMemory()->deallocate(block.entries, block.count * sizeof(Entry), alignof(Entry));
+    }
 }
 
 void CfgBucket::EntryPool::Put(Entry* entry)
@@ -105,7 +120,7 @@ CfgBucket::Entry* CfgBucket::OidTable::Find(size_t hash) const
 
 void CfgBucket::OidTable::Grow()
 {
-    std::vector<Slot> old;
+    std::pmr::vector<Slot> old(m_slots.get_allocator());
     old.swap(m_slots);
     m_slots.resize(old.empty() ? 16 : old.size() * 2);
     for (const Slot& slot : old) {
@@ -412,7 +427,7 @@ void CfgBucket::MakeRoom(Entry* entry)
         if (step >= ORDER_MIN_GAP) {
             // The New index nodes of the window are taken out while their
             // keys change, so that a new key never meets an old one.
-            std::vector<std::map<uint64_t, Entry*>::node_type> nodes;
+            std::vector<NewIndex::node_type> nodes;
             uint64_t order = low;
             for (Entry* moved = first;; moved = moved->listLink.next) {
                 order += step;

@@ -17,9 +17,11 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <memory_resource>
 #include <vector>
 
 #include "cfg/CfgItem.h"
+#include "cfg/CfgMemory.h"
 
 namespace Zavrel {
 
@@ -28,6 +30,9 @@ class MibOid;
 class CfgBucket {
 public:
     struct Entry;
+    // The New entries by their order in the list; its nodes live in the
+    // queued configuration's memory.
+    typedef std::pmr::map<uint64_t, Entry*> NewIndex;
 
     // A chain of entries in list order, threaded through the entries.
     struct Chain {
@@ -46,7 +51,7 @@ public:
         const MibOid* oid = nullptr;  // the item's stored OID
         Link oidLink;
         uint64_t order = 0;
-        std::map<uint64_t, Entry*>::iterator newPos;
+        NewIndex::iterator newPos;
         unsigned long oidLength = 0;
         bool indexedNew = false;
         bool hasGroupKey = false;
@@ -61,6 +66,14 @@ public:
 
     CfgBucket();
     ~CfgBucket();  // destroys the items still held
+
+    // Buckets, with their entries and indexes, live in the queued
+    // configuration's memory (see CfgMemory.h).
+    static void* operator new(std::size_t size) { return CfgMemoryAllocate(size); }
+    static void operator delete(void* block, std::size_t size) noexcept
+    {
+        CfgMemoryDeallocate(block, size);
+    }
     CfgBucket(const CfgBucket&) = delete;
     CfgBucket& operator=(const CfgBucket&) = delete;
 
@@ -144,7 +157,7 @@ private:
         void Grow();
         void Erase(size_t index);
 
-        std::vector<Slot> m_slots;
+        std::pmr::vector<Slot> m_slots{CfgMemory()};
         size_t m_used = 0;
     };
 
@@ -153,13 +166,18 @@ private:
     class EntryPool {
     public:
         EntryPool() = default;
+        ~EntryPool();
         EntryPool(const EntryPool&) = delete;
         EntryPool& operator=(const EntryPool&) = delete;
         Entry* Get();
         void Put(Entry* entry);
 
     private:
-        std::vector<std::unique_ptr<Entry[]>> m_blocks;
+        struct Block {
+            Entry* entries;
+            size_t count;
+        };
+        std::pmr::vector<Block> m_blocks{CfgMemory()};
         size_t m_next_block_size = 8;
         Entry* m_free = nullptr;  // linked through listLink.next
     };
@@ -189,9 +207,9 @@ private:
     EntryPool m_pool;
     Chain m_list;  // every entry, in list order
     OidTable m_oid_chains;
-    std::map<unsigned long, Chain> m_groups;
+    std::pmr::map<unsigned long, Chain> m_groups{CfgMemory()};
     Chain m_ungrouped;
-    std::map<uint64_t, Entry*> m_new;
+    NewIndex m_new;
 };
 
 }  // namespace Zavrel

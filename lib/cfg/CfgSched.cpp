@@ -4,6 +4,7 @@
 
 #include "cfg/CfgBucket.h"
 #include "cfg/CfgItem.h"
+#include "cfg/CfgMemory.h"
 #include "mib/MibOid.h"
 #include "platform/Callback.h"
 #include "platform/DcConsole.h"
@@ -20,7 +21,7 @@ const CfgKey kFirstResumeKey(1, 0);
 CfgSched::CfgSched()
     : PeriodicTimer("CfgScheduler",
                     new MemberCallback2<CfgSched, unsigned int, void*>(this, &CfgSched::OnTimeout)),
-      m_buckets(),
+      m_buckets(CfgMemory()),
       m_resume_key(kFirstResumeKey)
 {
 }

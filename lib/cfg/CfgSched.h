@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <map>
+#include <memory_resource>
 #include <vector>
 
 #include "cfg/CfgKey.h"
@@ -63,7 +64,7 @@ public:
     const CfgKey& ResumeKey() const { return m_resume_key; }
 
 private:
-    using BucketMap = std::map<CfgKey, CfgBucket*>;
+    using BucketMap = std::pmr::map<CfgKey, CfgBucket*>;
 
     // One bucket's share of a tick; true when the tick must stop.
     bool VisitBucket(CfgBucket& bucket, unsigned int& count);
