@@ -24,6 +24,15 @@ namespace Zavrel {
 // The resource queued configuration is allocated from.
 std::pmr::memory_resource* CfgMemory();
 
+// What queued configuration costs: the bytes its blocks take, and the bytes
+// the pool has taken from the general heap for them (equal when the general
+// heap is used directly).
+struct CfgMemoryUse {
+    std::size_t inUse;
+    std::size_t reserved;
+};
+CfgMemoryUse CfgMemoryUsage();
+
 // Blocks of CfgMemory for class-specific operator new/delete; the nothrow
 // form returns null when the memory is exhausted.
 void* CfgMemoryAllocate(std::size_t size);

@@ -122,6 +122,19 @@ TEST(CfgMemoryTest, FreeingNullDoesNothing)
     EXPECT_NE(nullptr, CfgMemory());
 }
 
+TEST(CfgMemoryTest, UsageCountsTheBytesOfLiveBlocks)
+{
+    int destroyed = 0;
+    const CfgMemoryUse before = CfgMemoryUsage();
+    CfgItem* item = new LargeItem(destroyed);
+    const CfgMemoryUse during = CfgMemoryUsage();
+    EXPECT_EQ(sizeof(LargeItem), during.inUse - before.inUse);
+    EXPECT_GE(during.reserved, during.inUse);
+    delete item;
+    EXPECT_EQ(before.inUse, CfgMemoryUsage().inUse);
+    EXPECT_EQ(1, destroyed);
+}
+
 TEST(CfgMemoryTest, TheResourceIsTheSameForTheWholeProcess)
 {
     EXPECT_EQ(CfgMemory(), CfgMemory());
