@@ -4,23 +4,13 @@
 
 #include "cfg/CfgItem.h"
 #include "mib/MibOid.h"
+#include "cfg/PlainCfgItem.h"
 #include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
 namespace {
 
-// The smallest concrete item: only the pure operations.
-class PlainItem : public CfgItem {
-public:
-    bool CfgListReady() override { return true; }
-    bool CfgItemReady() override { return true; }
-    void PrintItem(DcConsole*) const override {}
-    void Send() override {}
-    MibOid& GetOid() override { return m_oid; }
-
-private:
-    MibOid m_oid;
-};
+using PlainItem = test::PlainCfgItem;
 
 class CfgItemTest : public test::TestEnv {};
 

@@ -10,25 +10,19 @@
 #include <gtest/gtest.h>
 
 #include "cfg/CfgItem.h"
-#include "mib/MibOid.h"
+#include "cfg/PlainCfgItem.h"
 
 namespace Zavrel {
 namespace {
 
 // Two item kinds of different sizes, each recording its destruction.
-class SmallItem : public CfgItem {
+class SmallItem : public test::PlainCfgItem {
 public:
     explicit SmallItem(int& destroyed) : m_destroyed(destroyed) {}
     ~SmallItem() override { ++m_destroyed; }
-    bool CfgListReady() override { return true; }
-    bool CfgItemReady() override { return true; }
-    void PrintItem(DcConsole*) const override {}
-    void Send() override {}
-    MibOid& GetOid() override { return m_oid; }
 
 private:
     int& m_destroyed;
-    MibOid m_oid;
 };
 
 class LargeItem : public SmallItem {
