@@ -151,9 +151,52 @@ string ReaderError(const std::string& errors)
 
 }  // namespace
 
-Options::Options() : m_root(Json::objectValue) {}
+Options::Options() : m_root(Json::objectValue) { Reindex(); }
 
-Options::Options(const Json::Value& root) : m_root(root) {}
+Options::Options(const Json::Value& root) : m_root(root) { Reindex(); }
+
+Options::Options(const Options& other) : m_root(other.m_root), m_error(other.m_error)
+{
+    Reindex();
+}
+
+Options::Options(Options&& other) noexcept : m_error(other.m_error)
+{
+    m_root.swap(other.m_root);
+    Reindex();
+    other.Reindex();
+}
+
+Options& Options::operator=(const Options& other)
+{
+    if (this != &other) {
+        Json::Value copy(other.m_root);
+        m_root.swap(copy);
+        m_error = other.m_error;
+        Reindex();
+    }
+    return *this;
+}
+
+Options& Options::operator=(Options&& other) noexcept
+{
+    if (this != &other) {
+        m_root.swap(other.m_root);
+        m_error = other.m_error;
+        Reindex();
+        other.Reindex();
+    }
+    return *this;
+}
+
+void Options::Reindex() noexcept
+{
+    try {
+        m_index.Build(m_root);
+    } catch (const std::exception&) {
+        m_index.Clear();
+    }
+}
 
 bool Options::LoadFromText(const string& text)
 {
@@ -195,6 +238,7 @@ bool Options::LoadFromText(const char* text, size_t length)
         }
         m_root.swap(root);
         m_error.clear();
+        Reindex();
         return true;
     } catch (const std::exception& e) {
         m_error.Format("the document could not be read: %s", e.what());

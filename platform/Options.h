@@ -6,6 +6,7 @@
 
 #include <json/value.h>
 
+#include "platform/OptionsIndex.h"
 #include "platform/OptionsNode.h"
 #include "platform/String.h"
 
@@ -27,6 +28,11 @@ public:
 
     Options();  // an empty object
     explicit Options(const Json::Value& root);
+    // Copies and moves index their own document.
+    Options(const Options& other);
+    Options(Options&& other) noexcept;
+    Options& operator=(const Options& other);
+    Options& operator=(Options&& other) noexcept;
 
     bool LoadFromText(const char* text, size_t length);
     bool LoadFromText(const string& text);
@@ -34,13 +40,21 @@ public:
 
     const string& Error() const { return m_error; }
 
-    OptionsNode Root() const { return OptionsNode(&m_root); }
+    OptionsNode Root() const
+    {
+        const OptionsIndex::Entry* root = m_index.Root();
+        return root != nullptr ? OptionsNode(root) : OptionsNode(&m_root);
+    }
     OptionsNode operator[](const char* key) const { return Root()[key]; }
     OptionsNode Child(const char* key) const { return Root()[key]; }
     const Json::Value& Json() const { return m_root; }
 
 private:
+    // Rebuilds the index; without memory for it, reads go to the document.
+    void Reindex() noexcept;
+
     Json::Value m_root;
+    OptionsIndex m_index;
     string m_error;
 };
 

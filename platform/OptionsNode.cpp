@@ -155,9 +155,17 @@ bool ConvertInteger(const Json::Value& v, T& out, string& error)
 
 }  // namespace
 
-OptionsNode::OptionsNode() : m_value(nullptr), m_fixed_error(nullptr) {}
+OptionsNode::OptionsNode() : m_value(nullptr), m_entry(nullptr), m_fixed_error(nullptr) {}
 
-OptionsNode::OptionsNode(const Json::Value* value) : m_value(value), m_fixed_error(nullptr) {}
+OptionsNode::OptionsNode(const Json::Value* value)
+    : m_value(value), m_entry(nullptr), m_fixed_error(nullptr)
+{
+}
+
+OptionsNode::OptionsNode(const OptionsIndex::Entry* entry)
+    : m_value(entry != nullptr ? entry->value : nullptr), m_entry(entry), m_fixed_error(nullptr)
+{
+}
 
 const string& OptionsNode::Error() const
 {
@@ -181,7 +189,14 @@ void OptionsNode::SetFixedError(const char* text) const
 
 OptionsNode OptionsNode::operator[](const char* key) const
 {
-    if (m_value == nullptr || key == nullptr || !m_value->isObject()) {
+    if (m_value == nullptr || key == nullptr) {
+        return OptionsNode();
+    }
+    if (m_entry != nullptr) {
+        const OptionsIndex::Entry* member = OptionsIndex::Find(*m_entry, key, std::strlen(key));
+        return member != nullptr ? OptionsNode(member) : OptionsNode();
+    }
+    if (!m_value->isObject()) {
         return OptionsNode();
     }
     return OptionsNode(m_value->find(key, key + std::strlen(key)));
@@ -193,6 +208,11 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
     // (copying texts would cost more than the search).
     for (size_t i = 0; i < count; ++i) {
         found[i].m_value = nullptr;
+        found[i].m_entry = nullptr;
+    }
+    if (m_entry != nullptr) {
+        FindIndexedMembers(keys, found, count);
+        return;
     }
     if (m_value == nullptr || !m_value->isObject()) {
         return;
@@ -219,10 +239,46 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
     }
 }
 
+void OptionsNode::FindIndexedMembers(const Key keys[], OptionsNode found[], size_t count) const
+{
+    if (m_entry->type != Json::objectValue) {
+        return;
+    }
+    size_t missing = count;
+    const OptionsIndex::Entry* end = m_entry->children + m_entry->count;
+    for (const OptionsIndex::Entry* member = m_entry->children; missing != 0 && member != end;
+         ++member) {
+        const size_t length = member->nameLength;
+        for (size_t i = 0; i < count; ++i) {
+            const Key& key = keys[i];
+            if (key.length == length && found[i].m_value == nullptr &&
+                (length == 0 || (key.name[0] == member->name[0] &&
+                                 std::memcmp(key.name, member->name, length) == 0))) {
+                found[i].m_value = member->value;
+                found[i].m_entry = member;
+                --missing;
+                break;
+            }
+        }
+    }
+}
+
 bool OptionsNode::IsEmpty() const
 {
     if (m_value == nullptr) {
         return true;
+    }
+    if (m_entry != nullptr) {
+        switch (m_entry->type) {
+        case Json::nullValue:
+            return true;
+        case Json::objectValue:
+        case Json::arrayValue:
+        case Json::stringValue:
+            return m_entry->count == 0;
+        default:
+            return false;
+        }
     }
     switch (m_value->type()) {
     case Json::nullValue:
@@ -242,16 +298,25 @@ bool OptionsNode::IsEmpty() const
 
 bool OptionsNode::IsNull() const
 {
+    if (m_entry != nullptr) {
+        return m_entry->type == Json::nullValue;
+    }
     return m_value == nullptr || m_value->isNull();
 }
 
 bool OptionsNode::IsObject() const
 {
+    if (m_entry != nullptr) {
+        return m_entry->type == Json::objectValue;
+    }
     return m_value != nullptr && m_value->isObject();
 }
 
 bool OptionsNode::IsArray() const
 {
+    if (m_entry != nullptr) {
+        return m_entry->type == Json::arrayValue;
+    }
     return m_value != nullptr && m_value->isArray();
 }
 
@@ -295,6 +360,9 @@ bool OptionsNode::AsVal(int& out) const
         SetFixedError(NOT_FOUND);
         return false;
     }
+    if (ReadIndexed(out)) {
+        return true;
+    }
     string error;
     if (ConvertInteger(*m_value, out, error)) {
         return true;
@@ -310,6 +378,9 @@ bool OptionsNode::AsVal(unsigned int& out) const
         SetFixedError(NOT_FOUND);
         return false;
     }
+    if (ReadIndexed(out)) {
+        return true;
+    }
     string error;
     if (ConvertInteger(*m_value, out, error)) {
         return true;
@@ -324,6 +395,9 @@ bool OptionsNode::AsVal(bool& out) const
     if (m_value == nullptr) {
         SetFixedError(NOT_FOUND);
         return false;
+    }
+    if (ReadIndexed(out)) {
+        return true;
     }
     const Json::Value& v = *m_value;
     string error;
@@ -374,7 +448,7 @@ template <typename T>
 bool OptionsNode::GetLeafValue(T& out, const char* key, const T& fallback) const
 {
     out = fallback;
-    if (m_value == nullptr || !m_value->isObject()) {
+    if (!IsObject()) {
         SetFixedError(WRONG_TYPE);
         return false;
     }
@@ -399,6 +473,11 @@ template bool OptionsNode::GetLeafValue<bool>(bool&, const char*, const bool&) c
 
 OptionsNodeIterator OptionsNode::begin() const
 {
+    if (m_entry != nullptr) {
+        const bool container =
+            m_entry->type == Json::objectValue || m_entry->type == Json::arrayValue;
+        return container ? OptionsNodeIterator(m_entry->children) : OptionsNodeIterator();
+    }
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return OptionsNodeIterator();
     }
@@ -407,10 +486,77 @@ OptionsNodeIterator OptionsNode::begin() const
 
 OptionsNodeIterator OptionsNode::end() const
 {
+    if (m_entry != nullptr) {
+        const bool container =
+            m_entry->type == Json::objectValue || m_entry->type == Json::arrayValue;
+        return container ? OptionsNodeIterator(m_entry->children + m_entry->count)
+                         : OptionsNodeIterator();
+    }
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return OptionsNodeIterator();
     }
     return OptionsNodeIterator(m_value->end(), true);
+}
+
+bool OptionsNode::ReadIndexed(int& out) const
+{
+    if (m_entry == nullptr) {
+        return false;
+    }
+    if (m_entry->type == Json::intValue && m_entry->number.integer >= INT_MIN &&
+        m_entry->number.integer <= INT_MAX) {
+        out = static_cast<int>(m_entry->number.integer);
+        return true;
+    }
+    if (m_entry->type == Json::uintValue &&
+        m_entry->number.unsign <= static_cast<unsigned long long>(INT_MAX)) {
+        out = static_cast<int>(m_entry->number.unsign);
+        return true;
+    }
+    return false;
+}
+
+bool OptionsNode::ReadIndexed(unsigned int& out) const
+{
+    if (m_entry == nullptr) {
+        return false;
+    }
+    if (m_entry->type == Json::intValue && m_entry->number.integer >= 0 &&
+        static_cast<unsigned long long>(m_entry->number.integer) <= UINT_MAX) {
+        out = static_cast<unsigned int>(m_entry->number.integer);
+        return true;
+    }
+    if (m_entry->type == Json::uintValue && m_entry->number.unsign <= UINT_MAX) {
+        out = static_cast<unsigned int>(m_entry->number.unsign);
+        return true;
+    }
+    return false;
+}
+
+bool OptionsNode::ReadIndexed(bool& out) const
+{
+    if (m_entry == nullptr) {
+        return false;
+    }
+    switch (m_entry->type) {
+    case Json::booleanValue:
+        out = m_entry->number.boolean;
+        return true;
+    case Json::intValue:
+        if (m_entry->number.integer == 0 || m_entry->number.integer == 1) {
+            out = m_entry->number.integer == 1;
+            return true;
+        }
+        return false;
+    case Json::uintValue:
+        if (m_entry->number.unsign <= 1) {
+            out = m_entry->number.unsign == 1;
+            return true;
+        }
+        return false;
+    default:
+        return false;
+    }
 }
 
 }  // namespace Zavrel

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <string>
 
+#include "platform/OptionsIndex.h"
 #include "platform/String.h"
 
 namespace Zavrel {
@@ -21,6 +22,9 @@ class OptionsNode {
 public:
     OptionsNode();  // no value
     explicit OptionsNode(const Json::Value* value);
+    // A node of an indexed document: reads go to the index where it holds
+    // the answer (see OptionsIndex.h) and to the value otherwise.
+    explicit OptionsNode(const OptionsIndex::Entry* entry);
 
     bool HasValue() const { return m_value != nullptr; }
     const Json::Value* Value() const { return m_value; }
@@ -104,7 +108,15 @@ private:
     // reads are of optional members, and nobody asks for their error.
     void SetFixedError(const char* text) const;
 
+    // Conversions answered from the index alone (numbers and booleans that
+    // convert); false sends the caller to the value.
+    bool ReadIndexed(int& out) const;
+    bool ReadIndexed(unsigned int& out) const;
+    bool ReadIndexed(bool& out) const;
+    void FindIndexedMembers(const Key keys[], OptionsNode found[], size_t count) const;
+
     const Json::Value* m_value;
+    const OptionsIndex::Entry* m_entry;  // null when the document is not indexed
     mutable const char* m_fixed_error;  // a fixed text not yet copied into m_error
     mutable string m_error;
 };

@@ -1,5 +1,7 @@
 #include "platform/OptionsNodeIterator.h"
 
+#include <string>
+
 namespace Zavrel {
 
 OptionsNodeIterator::OptionsNodeIterator(Json::Value::const_iterator position, bool valid)
@@ -7,9 +9,18 @@ OptionsNodeIterator::OptionsNodeIterator(Json::Value::const_iterator position, b
 {
 }
 
+OptionsNodeIterator::OptionsNodeIterator(const OptionsIndex::Entry* entry)
+    : m_valid(entry != nullptr), m_entry(entry)
+{
+}
+
 const OptionsNode& OptionsNodeIterator::operator*() const
 {
-    m_current = m_valid ? OptionsNode(&*m_position) : OptionsNode();
+    if (m_entry != nullptr) {
+        m_current = OptionsNode(m_entry);
+    } else {
+        m_current = m_valid ? OptionsNode(&*m_position) : OptionsNode();
+    }
     return m_current;
 }
 
@@ -18,12 +29,17 @@ string OptionsNodeIterator::Name() const
     if (!m_valid) {
         return string();
     }
+    if (m_entry != nullptr) {
+        return string(std::string(m_entry->name, m_entry->nameLength));
+    }
     return string(m_position.name());
 }
 
 OptionsNodeIterator& OptionsNodeIterator::operator++()
 {
-    if (m_valid) {
+    if (m_entry != nullptr) {
+        ++m_entry;
+    } else if (m_valid) {
         ++m_position;
     }
     return *this;
@@ -33,6 +49,9 @@ bool OptionsNodeIterator::operator==(const OptionsNodeIterator& other) const
 {
     if (!m_valid || !other.m_valid) {
         return m_valid == other.m_valid;
+    }
+    if (m_entry != nullptr || other.m_entry != nullptr) {
+        return m_entry == other.m_entry;
     }
     return m_position == other.m_position;
 }
