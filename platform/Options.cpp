@@ -191,11 +191,7 @@ Options& Options::operator=(Options&& other) noexcept
 
 void Options::Reindex() noexcept
 {
-    try {
-        m_index.Build(m_root);
-    } catch (const std::exception&) {
-        m_index.Clear();
-    }
+    m_index.Reset(&m_root);
 }
 
 bool Options::LoadFromText(const string& text)

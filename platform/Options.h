@@ -43,14 +43,14 @@ public:
     OptionsNode Root() const
     {
         const OptionsIndex::Entry* root = m_index.Root();
-        return root != nullptr ? OptionsNode(root) : OptionsNode(&m_root);
+        return root != nullptr ? OptionsNode(&m_index, root) : OptionsNode(&m_root);
     }
     OptionsNode operator[](const char* key) const { return Root()[key]; }
     OptionsNode Child(const char* key) const { return Root()[key]; }
     const Json::Value& Json() const { return m_root; }
 
 private:
-    // Rebuilds the index; without memory for it, reads go to the document.
+    // Starts the index over for the current document.
     void Reindex() noexcept;
 
     Json::Value m_root;

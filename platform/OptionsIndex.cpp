@@ -1,10 +1,14 @@
 #include "platform/OptionsIndex.h"
 
 #include <cstring>
+#include <new>
 
 namespace Zavrel {
 
 namespace {
+
+const size_t ENTRY_BLOCK = 1024;
+const size_t NAME_BLOCK = 16384;
 
 // jsoncpp's order of member names: bytes compared over the shorter length,
 // then the shorter name first.
@@ -18,15 +22,15 @@ bool NameBefore(const char* a, size_t aLength, const char* b, size_t bLength)
     return aLength < bLength;
 }
 
-OptionsIndex::Entry EntryFor(const Json::Value& value)
+void Describe(OptionsIndex::Entry& entry, const Json::Value& value)
 {
-    OptionsIndex::Entry entry;
     entry.value = &value;
     entry.children = nullptr;
-    entry.name = nullptr;
+    entry.name = "";
     entry.nameLength = 0;
     entry.count = 0;
     entry.type = value.type();
+    entry.laidOut = false;
     entry.sorted = true;
     entry.number.unsign = 0;
     switch (entry.type) {
@@ -47,87 +51,106 @@ OptionsIndex::Entry EntryFor(const Json::Value& value)
         }
         break;
     }
+    case Json::objectValue:
+    case Json::arrayValue:
+        entry.count = value.size() == 0 ? 0 : 1;  // the real count once laid out
+        break;
     default:
         break;
     }
-    return entry;
 }
 
 }  // namespace
 
-void OptionsIndex::Clear()
+void OptionsIndex::Reset(const Json::Value* root)
 {
-    m_entries.clear();
-    m_entries.shrink_to_fit();
-    m_names.clear();
-    m_names.shrink_to_fit();
+    m_entry_blocks.clear();
+    m_next_entry = nullptr;
+    m_entries_left = 0;
+    m_name_blocks.clear();
+    m_next_name = nullptr;
+    m_names_left = 0;
+    m_has_root = root != nullptr;
+    if (root != nullptr) {
+        Describe(m_root, *root);
+    }
 }
 
-void OptionsIndex::Build(const Json::Value& root)
+OptionsIndex::Entry* OptionsIndex::TakeEntries(size_t count) const
 {
-    Clear();
-    // Offsets while the arrays grow; turned into pointers at the end.
-    std::vector<size_t> firstChild;
-    std::vector<size_t> nameAt;
-    m_entries.push_back(EntryFor(root));
-    firstChild.push_back(0);
-    nameAt.push_back(0);
-
-    // Depth first, without recursion: a container's children are added
-    // together, then the first child's subtree, and so on.
-    std::vector<size_t> pending(1, 0);
-    while (!pending.empty()) {
-        const size_t at = pending.back();
-        pending.pop_back();
-        const Json::ValueType type = m_entries[at].type;
-        if (type != Json::objectValue && type != Json::arrayValue) {
-            continue;
-        }
-        const Json::Value& container = *m_entries[at].value;
-        const size_t first = m_entries.size();
-        for (Json::Value::const_iterator it = container.begin(); it != container.end(); ++it) {
-            Entry entry = EntryFor(*it);
-            nameAt.push_back(m_names.size());
-            if (type == Json::objectValue) {
-                const char* end = nullptr;
-                const char* name = it.memberName(&end);
-                if (name != nullptr && end != nullptr) {
-                    m_names.insert(m_names.end(), name, end);
-                    entry.nameLength = static_cast<uint32_t>(end - name);
-                }
-            }
-            m_entries.push_back(entry);
-            firstChild.push_back(0);
-        }
-        const size_t count = m_entries.size() - first;
-        m_entries[at].count = static_cast<uint32_t>(count);
-        firstChild[at] = first;
-        if (type == Json::objectValue) {
-            for (size_t i = first + 1; i < first + count; ++i) {
-                if (!NameBefore(m_names.data() + nameAt[i - 1], m_entries[i - 1].nameLength,
-                                m_names.data() + nameAt[i], m_entries[i].nameLength)) {
-                    m_entries[at].sorted = false;
-                    break;
-                }
-            }
-        }
-        for (size_t i = first + count; i > first; --i) {
-            pending.push_back(i - 1);
-        }
+    if (count > m_entries_left) {
+        const size_t size = count > ENTRY_BLOCK ? count : ENTRY_BLOCK;
+        m_entry_blocks.emplace_back(new Entry[size]);
+        m_next_entry = m_entry_blocks.back().get();
+        m_entries_left = size;
     }
+    Entry* taken = m_next_entry;
+    m_next_entry += count;
+    m_entries_left -= count;
+    return taken;
+}
 
-    for (size_t i = 0; i < m_entries.size(); ++i) {
-        Entry& entry = m_entries[i];
-        const bool container =
-            entry.type == Json::objectValue || entry.type == Json::arrayValue;
-        entry.children = container && entry.count != 0 ? &m_entries[firstChild[i]] : nullptr;
-        entry.name = m_names.empty() ? "" : m_names.data() + nameAt[i];
+const char* OptionsIndex::KeepName(const char* name, size_t length) const
+{
+    if (length == 0) {
+        return "";
+    }
+    if (length > m_names_left) {
+        const size_t size = length > NAME_BLOCK ? length : NAME_BLOCK;
+        m_name_blocks.emplace_back(new char[size]);
+        m_next_name = m_name_blocks.back().get();
+        m_names_left = size;
+    }
+    char* kept = m_next_name;
+    std::memcpy(kept, name, length);
+    m_next_name += length;
+    m_names_left -= length;
+    return kept;
+}
+
+bool OptionsIndex::LayOut(const Entry& entry) const
+{
+    if (entry.laidOut || (entry.type != Json::objectValue && entry.type != Json::arrayValue)) {
+        return true;
+    }
+    const Json::Value& container = *entry.value;
+    try {
+        // size() counts an array up to its last index, at least its
+        // elements: room enough.
+        const size_t room = container.size();
+        Entry* children = room == 0 ? nullptr : TakeEntries(room);
+        size_t count = 0;
+        const Json::Value::const_iterator end = container.end();
+        for (Json::Value::const_iterator it = container.begin(); it != end && count < room; ++it) {
+            Entry& child = children[count];
+            Describe(child, *it);
+            if (entry.type == Json::objectValue) {
+                const char* nameEnd = nullptr;
+                const char* name = it.memberName(&nameEnd);
+                if (name != nullptr && nameEnd != nullptr) {
+                    child.nameLength = static_cast<uint32_t>(nameEnd - name);
+                    child.name = KeepName(name, child.nameLength);
+                }
+                if (count != 0 && !NameBefore(children[count - 1].name,
+                                              children[count - 1].nameLength, child.name,
+                                              child.nameLength)) {
+                    entry.sorted = false;
+                }
+            }
+            ++count;
+        }
+        entry.children = count == 0 ? nullptr : children;
+        entry.count = static_cast<uint32_t>(count);
+        entry.laidOut = true;
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
     }
 }
 
 const OptionsIndex::Entry* OptionsIndex::Find(const Entry& object, const char* key, size_t length)
 {
-    if (object.type != Json::objectValue || object.count == 0) {
+    if (object.type != Json::objectValue || !object.laidOut || object.count == 0) {
         return nullptr;
     }
     const Entry* begin = object.children;

@@ -1,17 +1,20 @@
-// OptionsIndex: a compact, read-only index over a loaded options document.
+// OptionsIndex: a compact, read-only index over a loaded options document,
+// laid out as the document is read.
 //
 // jsoncpp keeps every member of an object in a map node of its own, with the
 // member's name in another block; reading a large document walks memory
-// spread over tens of megabytes. The index lays the same tree out again in
-// one array, the children of each object or array next to each other and
-// each container's children right after the container's siblings, with all
-// member names in one buffer and the numbers and booleans copied in. A
-// reload that reads a VLAN entry then walks a few kilobytes that lie
-// together, and leaves jsoncpp's values to the reads that need them (texts,
-// real numbers, error texts).
+// spread over tens of megabytes. The first read of an object or array lays
+// its children out in the index, next to each other, with their names in
+// one buffer and their numbers and booleans copied in. Reading the document
+// again (a reload of the same options, a second reader) then walks a few
+// kilobytes per VLAN entry that lie together, in the order they were first
+// read, and leaves jsoncpp's values to the reads that need them (texts, real
+// numbers, error texts). Building costs one pass over what is read, which
+// the first read makes anyway; loading a document builds nothing.
 //
-// The index points into the document it was built from: it stays valid while
-// that document lives and is not changed.
+// The index points into the document it was made for: it stays valid while
+// that document lives and is not changed. It is changed by reads (as a
+// cache): like the rest of the library, one thread uses it.
 #ifndef ZAVREL_PLATFORM_OPTIONSINDEX_H
 #define ZAVREL_PLATFORM_OPTIONSINDEX_H
 
@@ -19,6 +22,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace Zavrel {
@@ -26,20 +30,22 @@ namespace Zavrel {
 class OptionsIndex {
 public:
     struct Entry {
-        const Json::Value* value;  // the value in the document
-        const Entry* children;     // objects and arrays: the first child
-        const char* name;          // object members: the name (nameLength bytes)
+        const Json::Value* value;        // the value in the document
+        mutable const Entry* children;   // containers, once laid out: the first child
+        const char* name;                // object members: the name (nameLength bytes)
         uint32_t nameLength;
-        // Objects and arrays: number of children; texts: length in bytes.
-        uint32_t count;
+        // Texts: length in bytes. Containers: 0 when empty; once laid out,
+        // the number of children.
+        mutable uint32_t count;
         Json::ValueType type;
+        mutable bool laidOut;  // containers: children are in the index
         // Objects: the children are in the order of jsoncpp's own lookup, so
         // that a binary search finds what jsoncpp finds.
-        bool sorted;
+        mutable bool sorted;
         union {
-            long long integer;           // intValue
-            unsigned long long unsign;   // uintValue
-            bool boolean;                // booleanValue
+            long long integer;          // intValue
+            unsigned long long unsign;  // uintValue
+            bool boolean;               // booleanValue
         } number;
     };
 
@@ -47,20 +53,33 @@ public:
     OptionsIndex(const OptionsIndex&) = delete;
     OptionsIndex& operator=(const OptionsIndex&) = delete;
 
-    // Indexes the tree below root (replacing what was indexed before).
-    void Build(const Json::Value& root);
-    void Clear();
+    // Starts over for the document below root (null: no document).
+    void Reset(const Json::Value* root);
 
-    // The root's entry; null before Build.
-    const Entry* Root() const { return m_entries.empty() ? nullptr : &m_entries.front(); }
+    // The root's entry; null without a document.
+    const Entry* Root() const { return m_has_root ? &m_root : nullptr; }
 
-    // The member of an object entry named by the length bytes at key; null
-    // when there is none (or the entry is not an object).
+    // Lays the children of a container entry out in the index, on its first
+    // use; true when they are there (always for other entries). False only
+    // without memory for them: the caller then reads the document itself.
+    bool LayOut(const Entry& entry) const;
+
+    // The member of a laid-out object entry named by the length bytes at
+    // key; null when there is none (or the entry is not an object).
     static const Entry* Find(const Entry& object, const char* key, size_t length);
 
 private:
-    std::vector<Entry> m_entries;
-    std::vector<char> m_names;
+    Entry* TakeEntries(size_t count) const;
+    const char* KeepName(const char* name, size_t length) const;
+
+    Entry m_root;
+    bool m_has_root = false;
+    mutable std::vector<std::unique_ptr<Entry[]>> m_entry_blocks;
+    mutable Entry* m_next_entry = nullptr;
+    mutable size_t m_entries_left = 0;
+    mutable std::vector<std::unique_ptr<char[]>> m_name_blocks;
+    mutable char* m_next_name = nullptr;
+    mutable size_t m_names_left = 0;
 };
 
 }  // namespace Zavrel

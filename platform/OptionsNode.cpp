@@ -155,16 +155,27 @@ bool ConvertInteger(const Json::Value& v, T& out, string& error)
 
 }  // namespace
 
-OptionsNode::OptionsNode() : m_value(nullptr), m_entry(nullptr), m_fixed_error(nullptr) {}
-
-OptionsNode::OptionsNode(const Json::Value* value)
-    : m_value(value), m_entry(nullptr), m_fixed_error(nullptr)
+OptionsNode::OptionsNode()
+    : m_value(nullptr), m_index(nullptr), m_entry(nullptr), m_fixed_error(nullptr)
 {
 }
 
-OptionsNode::OptionsNode(const OptionsIndex::Entry* entry)
-    : m_value(entry != nullptr ? entry->value : nullptr), m_entry(entry), m_fixed_error(nullptr)
+OptionsNode::OptionsNode(const Json::Value* value)
+    : m_value(value), m_index(nullptr), m_entry(nullptr), m_fixed_error(nullptr)
 {
+}
+
+OptionsNode::OptionsNode(const OptionsIndex* index, const OptionsIndex::Entry* entry)
+    : m_value(entry != nullptr ? entry->value : nullptr),
+      m_index(entry != nullptr ? index : nullptr),
+      m_entry(index != nullptr ? entry : nullptr),
+      m_fixed_error(nullptr)
+{
+}
+
+bool OptionsNode::LaidOut() const
+{
+    return m_entry != nullptr && m_index->LayOut(*m_entry);
 }
 
 const string& OptionsNode::Error() const
@@ -192,9 +203,9 @@ OptionsNode OptionsNode::operator[](const char* key) const
     if (m_value == nullptr || key == nullptr) {
         return OptionsNode();
     }
-    if (m_entry != nullptr) {
+    if (LaidOut()) {
         const OptionsIndex::Entry* member = OptionsIndex::Find(*m_entry, key, std::strlen(key));
-        return member != nullptr ? OptionsNode(member) : OptionsNode();
+        return member != nullptr ? OptionsNode(m_index, member) : OptionsNode();
     }
     if (!m_value->isObject()) {
         return OptionsNode();
@@ -208,9 +219,10 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
     // (copying texts would cost more than the search).
     for (size_t i = 0; i < count; ++i) {
         found[i].m_value = nullptr;
+        found[i].m_index = nullptr;
         found[i].m_entry = nullptr;
     }
-    if (m_entry != nullptr) {
+    if (LaidOut()) {
         FindIndexedMembers(keys, found, count);
         return;
     }
@@ -255,6 +267,7 @@ void OptionsNode::FindIndexedMembers(const Key keys[], OptionsNode found[], size
                 (length == 0 || (key.name[0] == member->name[0] &&
                                  std::memcmp(key.name, member->name, length) == 0))) {
                 found[i].m_value = member->value;
+                found[i].m_index = m_index;
                 found[i].m_entry = member;
                 --missing;
                 break;
@@ -473,10 +486,11 @@ template bool OptionsNode::GetLeafValue<bool>(bool&, const char*, const bool&) c
 
 OptionsNodeIterator OptionsNode::begin() const
 {
-    if (m_entry != nullptr) {
+    if (LaidOut()) {
         const bool container =
             m_entry->type == Json::objectValue || m_entry->type == Json::arrayValue;
-        return container ? OptionsNodeIterator(m_entry->children) : OptionsNodeIterator();
+        return container ? OptionsNodeIterator(m_index, m_entry->children)
+                         : OptionsNodeIterator();
     }
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return OptionsNodeIterator();
@@ -486,10 +500,10 @@ OptionsNodeIterator OptionsNode::begin() const
 
 OptionsNodeIterator OptionsNode::end() const
 {
-    if (m_entry != nullptr) {
+    if (LaidOut()) {
         const bool container =
             m_entry->type == Json::objectValue || m_entry->type == Json::arrayValue;
-        return container ? OptionsNodeIterator(m_entry->children + m_entry->count)
+        return container ? OptionsNodeIterator(m_index, m_entry->children + m_entry->count)
                          : OptionsNodeIterator();
     }
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {

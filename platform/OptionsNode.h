@@ -24,7 +24,7 @@ public:
     explicit OptionsNode(const Json::Value* value);
     // A node of an indexed document: reads go to the index where it holds
     // the answer (see OptionsIndex.h) and to the value otherwise.
-    explicit OptionsNode(const OptionsIndex::Entry* entry);
+    OptionsNode(const OptionsIndex* index, const OptionsIndex::Entry* entry);
 
     bool HasValue() const { return m_value != nullptr; }
     const Json::Value* Value() const { return m_value; }
@@ -116,6 +116,11 @@ private:
     void FindIndexedMembers(const Key keys[], OptionsNode found[], size_t count) const;
 
     const Json::Value* m_value;
+    // The node's entry in its document's index, when there is one and the
+    // entry's children could be laid out (LaidOut); null otherwise.
+    bool LaidOut() const;
+
+    const OptionsIndex* m_index;
     const OptionsIndex::Entry* m_entry;  // null when the document is not indexed
     mutable const char* m_fixed_error;  // a fixed text not yet copied into m_error
     mutable string m_error;

@@ -9,15 +9,16 @@ OptionsNodeIterator::OptionsNodeIterator(Json::Value::const_iterator position, b
 {
 }
 
-OptionsNodeIterator::OptionsNodeIterator(const OptionsIndex::Entry* entry)
-    : m_valid(entry != nullptr), m_entry(entry)
+OptionsNodeIterator::OptionsNodeIterator(const OptionsIndex* index,
+                                         const OptionsIndex::Entry* entry)
+    : m_valid(entry != nullptr), m_index(index), m_entry(entry)
 {
 }
 
 const OptionsNode& OptionsNodeIterator::operator*() const
 {
     if (m_entry != nullptr) {
-        m_current = OptionsNode(m_entry);
+        m_current = OptionsNode(m_index, m_entry);
     } else {
         m_current = m_valid ? OptionsNode(&*m_position) : OptionsNode();
     }
