@@ -7,9 +7,6 @@ namespace Zavrel {
 
 namespace {
 
-const size_t ENTRY_BLOCK = 1024;
-const size_t NAME_BLOCK = 16384;
-
 // jsoncpp's order of member names: bytes compared over the shorter length,
 // then the shorter name first.
 bool NameBefore(const char* a, size_t aLength, const char* b, size_t bLength)
@@ -64,48 +61,12 @@ void Describe(OptionsIndex::Entry& entry, const Json::Value& value)
 
 void OptionsIndex::Reset(const Json::Value* root)
 {
-    m_entry_blocks.clear();
-    m_next_entry = nullptr;
-    m_entries_left = 0;
-    m_name_blocks.clear();
-    m_next_name = nullptr;
-    m_names_left = 0;
+    m_entries.Clear();
+    m_names.Clear();
     m_has_root = root != nullptr;
     if (root != nullptr) {
         Describe(m_root, *root);
     }
-}
-
-OptionsIndex::Entry* OptionsIndex::TakeEntries(size_t count) const
-{
-    if (count > m_entries_left) {
-        const size_t size = count > ENTRY_BLOCK ? count : ENTRY_BLOCK;
-        m_entry_blocks.emplace_back(new Entry[size]);
-        m_next_entry = m_entry_blocks.back().get();
-        m_entries_left = size;
-    }
-    Entry* taken = m_next_entry;
-    m_next_entry += count;
-    m_entries_left -= count;
-    return taken;
-}
-
-const char* OptionsIndex::KeepName(const char* name, size_t length) const
-{
-    if (length == 0) {
-        return "";
-    }
-    if (length > m_names_left) {
-        const size_t size = length > NAME_BLOCK ? length : NAME_BLOCK;
-        m_name_blocks.emplace_back(new char[size]);
-        m_next_name = m_name_blocks.back().get();
-        m_names_left = size;
-    }
-    char* kept = m_next_name;
-    std::memcpy(kept, name, length);
-    m_next_name += length;
-    m_names_left -= length;
-    return kept;
 }
 
 bool OptionsIndex::LayOut(const Entry& entry) const
@@ -118,7 +79,7 @@ bool OptionsIndex::LayOut(const Entry& entry) const
         // size() counts an array up to its last index, at least its
         // elements: room enough.
         const size_t room = container.size();
-        Entry* children = room == 0 ? nullptr : TakeEntries(room);
+        Entry* children = room == 0 ? nullptr : m_entries.Take(room);
         size_t count = 0;
         const Json::Value::const_iterator end = container.end();
         for (Json::Value::const_iterator it = container.begin(); it != end && count < room; ++it) {
@@ -127,9 +88,11 @@ bool OptionsIndex::LayOut(const Entry& entry) const
             if (entry.type == Json::objectValue) {
                 const char* nameEnd = nullptr;
                 const char* name = it.memberName(&nameEnd);
-                if (name != nullptr && nameEnd != nullptr) {
+                if (name != nullptr && nameEnd != nullptr && nameEnd != name) {
                     child.nameLength = static_cast<uint32_t>(nameEnd - name);
-                    child.name = KeepName(name, child.nameLength);
+                    char* kept = m_names.Take(child.nameLength);
+                    std::memcpy(kept, name, child.nameLength);
+                    child.name = kept;
                 }
                 if (count != 0 && !NameBefore(children[count - 1].name,
                                               children[count - 1].nameLength, child.name,

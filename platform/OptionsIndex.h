@@ -69,17 +69,41 @@ public:
     static const Entry* Find(const Entry& object, const char* key, size_t length);
 
 private:
-    Entry* TakeEntries(size_t count) const;
-    const char* KeepName(const char* name, size_t length) const;
+    // Runs of T handed out one after another from blocks of at least
+    // BLOCK elements, kept until Clear.
+    template <typename T, size_t BLOCK>
+    class Blocks {
+    public:
+        T* Take(size_t count)
+        {
+            if (count > m_left) {
+                const size_t size = count > BLOCK ? count : BLOCK;
+                m_blocks.emplace_back(new T[size]);
+                m_next = m_blocks.back().get();
+                m_left = size;
+            }
+            T* taken = m_next;
+            m_next += count;
+            m_left -= count;
+            return taken;
+        }
+        void Clear()
+        {
+            m_blocks.clear();
+            m_next = nullptr;
+            m_left = 0;
+        }
+
+    private:
+        std::vector<std::unique_ptr<T[]>> m_blocks;
+        T* m_next = nullptr;
+        size_t m_left = 0;
+    };
 
     Entry m_root;
     bool m_has_root = false;
-    mutable std::vector<std::unique_ptr<Entry[]>> m_entry_blocks;
-    mutable Entry* m_next_entry = nullptr;
-    mutable size_t m_entries_left = 0;
-    mutable std::vector<std::unique_ptr<char[]>> m_name_blocks;
-    mutable char* m_next_name = nullptr;
-    mutable size_t m_names_left = 0;
+    mutable Blocks<Entry, 1024> m_entries;
+    mutable Blocks<char, 16384> m_names;
 };
 
 }  // namespace Zavrel
