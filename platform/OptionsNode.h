@@ -38,7 +38,11 @@ public:
     // compile time for a constexpr table of keys).
     struct Key {
         constexpr Key() : name(""), length(0) {}
-        constexpr Key(const char* text) : name(text), length(std::char_traits<char>::length(text)) {}  // NOLINT
+        // Implicit, so that a table of keys can be written as literals.
+        constexpr Key(const char* text)  // NOLINT
+            : name(text), length(std::char_traits<char>::length(text))
+        {
+        }
         constexpr Key(const char* text, size_t textLength) : name(text), length(textLength) {}
         const char* name;
         size_t length;
@@ -114,13 +118,12 @@ private:
     bool ReadIndexed(unsigned int& out) const;
     bool ReadIndexed(bool& out) const;
     void FindIndexedMembers(const Key keys[], OptionsNode found[], size_t count) const;
-
-    const Json::Value* m_value;
-    // The node's entry in its document's index, when there is one and the
-    // entry's children could be laid out (LaidOut); null otherwise.
+    // True when the node has an entry in its document's index and the
+    // entry's children are laid out there (laying them out on first use).
     bool LaidOut() const;
 
-    const OptionsIndex* m_index;
+    const Json::Value* m_value;
+    const OptionsIndex* m_index;         // the document's index, with m_entry
     const OptionsIndex::Entry* m_entry;  // null when the document is not indexed
     mutable const char* m_fixed_error;  // a fixed text not yet copied into m_error
     mutable string m_error;
