@@ -23,6 +23,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Zavrel {
@@ -78,7 +79,8 @@ private:
         {
             if (count > m_left) {
                 const size_t size = count > BLOCK ? count : BLOCK;
-                m_blocks.emplace_back(new T[size]);
+                std::unique_ptr<T[]> block(new T[size]);
+                m_blocks.push_back(std::move(block));
                 m_next = m_blocks.back().get();
                 m_left = size;
             }
