@@ -8,6 +8,7 @@
 #include <exception>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include <json/reader.h>
 
@@ -160,7 +161,7 @@ Options::Options(const Options& other) : m_root(other.m_root), m_error(other.m_e
     Reindex();
 }
 
-Options::Options(Options&& other) noexcept : m_error(other.m_error)
+Options::Options(Options&& other) noexcept : m_error(std::move(other.m_error))
 {
     m_root.swap(other.m_root);
     Reindex();
@@ -170,9 +171,11 @@ Options::Options(Options&& other) noexcept : m_error(other.m_error)
 Options& Options::operator=(const Options& other)
 {
     if (this != &other) {
-        Json::Value copy(other.m_root);
-        m_root.swap(copy);
-        m_error = other.m_error;
+        // Copies first: a failed copy leaves this document as it was.
+        Json::Value root(other.m_root);
+        string error(other.m_error);
+        m_root.swap(root);
+        m_error = std::move(error);
         Reindex();
     }
     return *this;
@@ -182,7 +185,7 @@ Options& Options::operator=(Options&& other) noexcept
 {
     if (this != &other) {
         m_root.swap(other.m_root);
-        m_error = other.m_error;
+        m_error = std::move(other.m_error);
         Reindex();
         other.Reindex();
     }
