@@ -301,96 +301,82 @@ void BM_InsertNew(benchmark::State& state)
     Finish(state, totals);
 }
 
-// Inserts routes equal to held ones: each replaces its held route and moves
-// one place up.
-void BM_InsertReplace(benchmark::State& state)
+// Batches over routes spread across the held ones (a new set each round):
+// op is timed on each route of the batch; restore then brings the scheduler
+// back to the held count, untimed.
+template <typename Op, typename Restore>
+void SpreadBatches(benchmark::State& state, Op op, Restore restore)
 {
     Fixture f(static_cast<size_t>(state.range(0)));
     uint32_t cursor = 0;
     Totals totals;
     for (auto _ : state) {
         const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        const std::vector<StaticRouteItem*> items = Routes(numbers);
+        const std::vector<StaticRouteItem*> routes = Routes(numbers);
         TimeBatch(state, totals, kBatch, [&] {
-            for (StaticRouteItem* item : items) {
-                f.sched.Insert(kKey, item);
+            for (StaticRouteItem* route : routes) {
+                op(f.sched, route);
             }
         });
         cursor += 1;
-        SendAll(f.sched, kBatch);
-        Complete(numbers);
+        restore(f.sched, numbers, routes);
     }
     Finish(state, totals);
+}
+
+// Inserts routes equal to held ones: each replaces its held route and moves
+// one place up.
+void BM_InsertReplace(benchmark::State& state)
+{
+    SpreadBatches(
+        state, [](CfgSched& sched, StaticRouteItem* item) { sched.Insert(kKey, item); },
+        [](CfgSched& sched, const std::vector<uint32_t>& numbers,
+           const std::vector<StaticRouteItem*>&) {
+            SendAll(sched, kBatch);
+            Complete(numbers);
+        });
 }
 
 // Reports failures worth a retry: the sent route goes back to New.
 void BM_Update(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    uint32_t cursor = 0;
-    Totals totals;
-    for (auto _ : state) {
-        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        const std::vector<StaticRouteItem*> probes = Routes(numbers);
-        TimeBatch(state, totals, kBatch, [&] {
-            for (StaticRouteItem* probe : probes) {
-                f.sched.Update(kKey, probe, 1, true);
-            }
+    SpreadBatches(
+        state, [](CfgSched& sched, StaticRouteItem* probe) { sched.Update(kKey, probe, 1, true); },
+        [](CfgSched& sched, const std::vector<uint32_t>& numbers,
+           const std::vector<StaticRouteItem*>& probes) {
+            DeleteAll(probes);
+            SendAll(sched, kBatch);
+            Complete(numbers);
         });
-        cursor += 1;
-        DeleteAll(probes);
-        SendAll(f.sched, kBatch);
-        Complete(numbers);
-    }
-    Finish(state, totals);
 }
 
 // What Update and Remove spend outside the scheduler: the OID of the
 // stack's report (one stack call), at the same sizes.
 void BM_ReportOidOnly(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    uint32_t cursor = 0;
-    Totals totals;
-    for (auto _ : state) {
-        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        const std::vector<StaticRouteItem*> probes = Routes(numbers);
-        TimeBatch(state, totals, kBatch, [&] {
-            for (StaticRouteItem* probe : probes) {
-                benchmark::DoNotOptimize(probe->GetOid());
-            }
+    SpreadBatches(
+        state, [](CfgSched&, StaticRouteItem* probe) { benchmark::DoNotOptimize(probe->GetOid()); },
+        [](CfgSched&, const std::vector<uint32_t>&, const std::vector<StaticRouteItem*>& probes) {
+            DeleteAll(probes);
+            Forget();
         });
-        cursor += 1;
-        DeleteAll(probes);
-        Forget();
-    }
-    Finish(state, totals);
 }
 
 // Confirms sent routes: each is destroyed.
 void BM_Remove(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    uint32_t cursor = 0;
-    Totals totals;
-    for (auto _ : state) {
-        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
-        const std::vector<StaticRouteItem*> probes = Routes(numbers);
-        TimeBatch(state, totals, kBatch, [&] {
-            for (StaticRouteItem* probe : probes) {
-                f.sched.Remove(kKey, probe, 1);
+    SpreadBatches(
+        state, [](CfgSched& sched, StaticRouteItem* probe) { sched.Remove(kKey, probe, 1); },
+        [](CfgSched& sched, const std::vector<uint32_t>& numbers,
+           const std::vector<StaticRouteItem*>& probes) {
+            DeleteAll(probes);
+            // Put the confirmed routes back, sent.
+            for (uint32_t n : numbers) {
+                sched.Insert(kKey, Route(n));
             }
+            SendAll(sched, kBatch);
+            Complete(numbers);
         });
-        cursor += 1;
-        DeleteAll(probes);
-        // Put the confirmed routes back, sent.
-        for (uint32_t n : numbers) {
-            f.sched.Insert(kKey, Route(n));
-        }
-        SendAll(f.sched, kBatch);
-        Complete(numbers);
-    }
-    Finish(state, totals);
 }
 
 // One tick with every held route sent and waiting, and 31 New behind them.

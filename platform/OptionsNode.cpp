@@ -222,14 +222,27 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
         found[i].m_index = nullptr;
         found[i].m_entry = nullptr;
     }
+    size_t missing = count;
     if (LaidOut()) {
-        FindIndexedMembers(keys, found, count);
+        if (m_entry->type != Json::objectValue) {
+            return;
+        }
+        const OptionsIndex::Entry* end = m_entry->children + m_entry->count;
+        for (const OptionsIndex::Entry* member = m_entry->children;
+             missing != 0 && member != end; ++member) {
+            OptionsNode* node = MatchKey(keys, found, count, member->name, member->nameLength);
+            if (node != nullptr) {
+                node->m_value = member->value;
+                node->m_index = m_index;
+                node->m_entry = member;
+                --missing;
+            }
+        }
         return;
     }
     if (m_value == nullptr || !m_value->isObject()) {
         return;
     }
-    size_t missing = count;
     const Json::Value::const_iterator end = m_value->end();
     for (Json::Value::const_iterator it = m_value->begin(); missing != 0 && it != end; ++it) {
         const char* nameEnd = nullptr;
@@ -237,43 +250,26 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
         if (name == nullptr || nameEnd == nullptr) {
             continue;
         }
-        const size_t length = static_cast<size_t>(nameEnd - name);
-        for (size_t i = 0; i < count; ++i) {
-            const Key& key = keys[i];
-            if (key.length == length && found[i].m_value == nullptr &&
-                (length == 0 ||
-                 (key.name[0] == name[0] && std::memcmp(key.name, name, length) == 0))) {
-                found[i].m_value = &*it;
-                --missing;
-                break;
-            }
+        OptionsNode* node =
+            MatchKey(keys, found, count, name, static_cast<size_t>(nameEnd - name));
+        if (node != nullptr) {
+            node->m_value = &*it;
+            --missing;
         }
     }
 }
 
-void OptionsNode::FindIndexedMembers(const Key keys[], OptionsNode found[], size_t count) const
+OptionsNode* OptionsNode::MatchKey(const Key keys[], OptionsNode found[], size_t count,
+                                   const char* name, size_t length)
 {
-    if (m_entry->type != Json::objectValue) {
-        return;
-    }
-    size_t missing = count;
-    const OptionsIndex::Entry* end = m_entry->children + m_entry->count;
-    for (const OptionsIndex::Entry* member = m_entry->children; missing != 0 && member != end;
-         ++member) {
-        const size_t length = member->nameLength;
-        for (size_t i = 0; i < count; ++i) {
-            const Key& key = keys[i];
-            if (key.length == length && found[i].m_value == nullptr &&
-                (length == 0 || (key.name[0] == member->name[0] &&
-                                 std::memcmp(key.name, member->name, length) == 0))) {
-                found[i].m_value = member->value;
-                found[i].m_index = m_index;
-                found[i].m_entry = member;
-                --missing;
-                break;
-            }
+    for (size_t i = 0; i < count; ++i) {
+        const Key& key = keys[i];
+        if (key.length == length && found[i].m_value == nullptr &&
+            (length == 0 || (key.name[0] == name[0] && std::memcmp(key.name, name, length) == 0))) {
+            return &found[i];
         }
     }
+    return nullptr;
 }
 
 bool OptionsNode::IsEmpty() const
@@ -367,7 +363,8 @@ string OptionsNode::GetAsString(const char* key) const
     return (*this)[key].GetAsString();
 }
 
-bool OptionsNode::AsVal(int& out) const
+template <typename T>
+bool OptionsNode::AsInteger(T& out) const
 {
     if (m_value == nullptr) {
         SetFixedError(NOT_FOUND);
@@ -385,22 +382,14 @@ bool OptionsNode::AsVal(int& out) const
     return false;
 }
 
+bool OptionsNode::AsVal(int& out) const
+{
+    return AsInteger(out);
+}
+
 bool OptionsNode::AsVal(unsigned int& out) const
 {
-    if (m_value == nullptr) {
-        SetFixedError(NOT_FOUND);
-        return false;
-    }
-    if (ReadIndexed(out)) {
-        return true;
-    }
-    string error;
-    if (ConvertInteger(*m_value, out, error)) {
-        return true;
-    }
-    m_fixed_error = nullptr;
-    m_error = error;
-    return false;
+    return AsInteger(out);
 }
 
 bool OptionsNode::AsVal(bool& out) const

@@ -117,7 +117,13 @@ private:
     bool ReadIndexed(int& out) const;
     bool ReadIndexed(unsigned int& out) const;
     bool ReadIndexed(bool& out) const;
-    void FindIndexedMembers(const Key keys[], OptionsNode found[], size_t count) const;
+    // The int and unsigned int conversions.
+    template <typename T>
+    bool AsInteger(T& out) const;
+    // The node of found that waits for the member called name (the first
+    // key of that name whose node is still empty), or null.
+    static OptionsNode* MatchKey(const Key keys[], OptionsNode found[], size_t count,
+                                 const char* name, size_t length);
     // True when the node has an entry in its document's index and the
     // entry's children are laid out there (laying them out on first use).
     bool LaidOut() const;

@@ -89,6 +89,16 @@ bool ParseNumber(unsigned int* out, const char* text)
     return *end == '\0';
 }
 
+bool ParseMetric(unsigned char* out, const char* text)
+{
+    unsigned int value = 0;
+    if (!ParseNumber(&value, text) || value >= 256) {
+        return false;
+    }
+    *out = static_cast<unsigned char>(value);
+    return true;
+}
+
 bool ParseRange(unsigned int* low, unsigned int* high, const char* text)
 {
     if (text == nullptr) {

@@ -29,6 +29,9 @@ bool ParseBool(bool* out, const char* text);
 // Unsigned decimal through strtoul. The converted value is always stored;
 // the result is true exactly when the whole text was consumed.
 bool ParseNumber(unsigned int* out, const char* text);
+// A route metric: ParseNumber's text with a value below 256 ("" reads as
+// 0). Anything else fails and leaves *out.
+bool ParseMetric(unsigned char* out, const char* text);
 // "<n>" (low = high = n) or "<n>-<m>". Partial values are stored even when
 // the result is false. No ordering check is made.
 bool ParseRange(unsigned int* low, unsigned int* high, const char* text);

@@ -25,16 +25,7 @@ MibOid::MibOid(const MibOid& other) : MibOid()
 
 MibOid::MibOid(MibOid&& other) noexcept : MibOid()
 {
-    if (other.OnHeap()) {
-        m_heap = other.m_heap;
-        m_held = other.m_held;
-        m_length = other.m_length;
-        other.m_held = 0;
-        other.m_length = 0;
-        memset(other.m_inline, 0, sizeof(other.m_inline));
-    } else {
-        CopyFrom(other);
-    }
+    MoveFrom(other);
 }
 
 MibOid& MibOid::operator=(const MibOid& other)
@@ -48,17 +39,7 @@ MibOid& MibOid::operator=(const MibOid& other)
 MibOid& MibOid::operator=(MibOid&& other) noexcept
 {
     if (this != &other) {
-        if (other.OnHeap()) {
-            Release();
-            m_heap = other.m_heap;
-            m_held = other.m_held;
-            m_length = other.m_length;
-            other.m_held = 0;
-            other.m_length = 0;
-            memset(other.m_inline, 0, sizeof(other.m_inline));
-        } else {
-            CopyFrom(other);
-        }
+        MoveFrom(other);
     }
     return *this;
 }
@@ -92,6 +73,22 @@ void MibOid::Hold(unsigned long count)
     }
     // Inline and heap components past m_held are already zero.
     m_held = static_cast<unsigned short>(count);
+}
+
+void MibOid::MoveFrom(MibOid& other) noexcept
+{
+    if (!other.OnHeap()) {
+        // Inline components are copied (no allocation).
+        CopyFrom(other);
+        return;
+    }
+    Release();
+    m_heap = other.m_heap;
+    m_held = other.m_held;
+    m_length = other.m_length;
+    other.m_held = 0;
+    other.m_length = 0;
+    memset(other.m_inline, 0, sizeof(other.m_inline));
 }
 
 void MibOid::CopyFrom(const MibOid& other)

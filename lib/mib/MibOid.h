@@ -59,6 +59,9 @@ private:
     // ones are zero.
     void Hold(unsigned long count);
     void CopyFrom(const MibOid& other);
+    // Takes other's heap components, or copies inline ones; other is left
+    // empty when it gave its heap.
+    void MoveFrom(MibOid& other) noexcept;
     void Release();
 
     unsigned long m_length;

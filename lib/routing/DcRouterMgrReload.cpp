@@ -109,7 +109,8 @@ void DcRouterMgr::ReloadRouters(VlanRouters* record, const OptionsNode& entry,
         size_t count = 0;
         for (; next != record->routers.end() && count < PROTOCOL_COUNT; ++next) {
             routers[count] = next->second;
-            names[count] = OptionsNode::Key(next->second->GetName().c_str());
+            const string& name = next->second->GetName();
+            names[count] = OptionsNode::Key(name.c_str(), name.length());
             ++count;
         }
         entry.FindMembers(names, sections, count);

@@ -75,12 +75,7 @@ bool Ip4RouteConfig::ParseGroup(unsigned short vlan_, const OptionsNode& record)
         return false;
     }
     // An absent metric is the empty text, which reads as 0.
-    unsigned int value = 0;
-    if (!ParseNumber(&value, record.GetAsString("metric").c_str()) || value >= 256) {
-        return false;
-    }
-    metric = static_cast<unsigned char>(value);
-    return true;
+    return ParseMetric(&metric, record.GetAsString("metric").c_str());
 }
 
 }  // namespace Zavrel

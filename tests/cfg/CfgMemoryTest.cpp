@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <memory_resource>
 #include <new>
 #include <vector>
 
@@ -112,8 +113,10 @@ TEST(CfgMemoryTest, BlocksAreAlignedAndWritable)
 
 TEST(CfgMemoryTest, FreeingNullDoesNothing)
 {
+    const CfgMemoryUse before = CfgMemoryUsage();
     CfgMemoryDeallocate(nullptr, 64);
-    EXPECT_NE(nullptr, CfgMemory());
+    EXPECT_EQ(before.inUse, CfgMemoryUsage().inUse);
+    EXPECT_EQ(before.reserved, CfgMemoryUsage().reserved);
 }
 
 TEST(CfgMemoryTest, UsageCountsTheBytesOfLiveBlocks)
@@ -129,9 +132,15 @@ TEST(CfgMemoryTest, UsageCountsTheBytesOfLiveBlocks)
     EXPECT_EQ(1, destroyed);
 }
 
-TEST(CfgMemoryTest, TheResourceIsTheSameForTheWholeProcess)
+TEST(CfgMemoryTest, ContainersOnTheResourceAreCountedToo)
 {
-    EXPECT_EQ(CfgMemory(), CfgMemory());
+    const CfgMemoryUse before = CfgMemoryUsage();
+    {
+        std::pmr::vector<std::uint64_t> values(CfgMemory());
+        values.reserve(100);
+        EXPECT_EQ(100 * sizeof(std::uint64_t), CfgMemoryUsage().inUse - before.inUse);
+    }
+    EXPECT_EQ(before.inUse, CfgMemoryUsage().inUse);
 }
 
 }  // namespace

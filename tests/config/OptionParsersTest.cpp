@@ -44,6 +44,20 @@ TEST_F(OptionParsersTest, ParseNumberReadsPlainDecimal)
     EXPECT_EQ(4094u, value);
 }
 
+TEST_F(OptionParsersTest, ParseMetricTakesZeroTo255AndLeavesTheValueOtherwise)
+{
+    unsigned char metric = 7;
+    EXPECT_TRUE(ParseMetric(&metric, ""));
+    EXPECT_EQ(0, metric);
+    EXPECT_TRUE(ParseMetric(&metric, "255"));
+    EXPECT_EQ(255, metric);
+    EXPECT_FALSE(ParseMetric(&metric, "256"));
+    EXPECT_FALSE(ParseMetric(&metric, "3x"));
+    EXPECT_FALSE(ParseMetric(&metric, "-1"));
+    EXPECT_FALSE(ParseMetric(&metric, nullptr));
+    EXPECT_EQ(255, metric);
+}
+
 TEST_F(OptionParsersTest, ParseRangeOfOneNumberGivesEqualBounds)
 {
     unsigned int low = 0, high = 0;
