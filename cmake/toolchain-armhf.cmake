@@ -1,14 +1,13 @@
 # Cross build for the 32-bit embedded target: ARMv7 hard-float Linux
-# (arm-linux-gnueabihf), with Debian's cross compiler and Debian's armhf
-# library packages (installed multiarch under /usr/lib/arm-linux-gnueabihf).
-# Programs built here run on the build machine under qemu user emulation,
-# which is how ctest runs the tests and gtest lists them.
+# (arm-linux-gnueabihf), with Debian's cross compiler and the project's armhf
+# sysroot. Programs built here run on the build machine under qemu user
+# emulation, which is how ctest runs the tests and gtest lists them.
 #
-# Needs (scripts/deps.sh with ZAVREL_CROSS=armhf installs them):
-#   g++-arm-linux-gnueabihf qemu-user and the :armhf -dev packages of
-#   jsoncpp, googletest and readline; libevent-dev for armhf, which cannot be
-#   installed next to the host's, unpacked into ZAVREL_ARMHF_EXTRA
-#   (default /opt/zavrel-armhf).
+# Needs (ZAVREL_CROSS=armhf scripts/deps.sh makes both):
+#   host packages g++-arm-linux-gnueabihf, libc6-dev-armhf-cross, qemu-user;
+#   the sysroot of scripts/armhf-sysroot.sh: the armhf libraries (jsoncpp,
+#   googletest, readline with ncurses, libevent) unpacked from Debian's armhf
+#   packages into ZAVREL_ARMHF_SYSROOT (default build/sysroot-armhf).
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)
 
@@ -17,28 +16,48 @@ set(CMAKE_C_COMPILER ${ZAVREL_ARMHF_TRIPLET}-gcc)
 set(CMAKE_CXX_COMPILER ${ZAVREL_ARMHF_TRIPLET}-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE ${ZAVREL_ARMHF_TRIPLET})
 
-if(DEFINED ENV{ZAVREL_ARMHF_EXTRA})
-  set(ZAVREL_ARMHF_EXTRA "$ENV{ZAVREL_ARMHF_EXTRA}")
+if(DEFINED ENV{ZAVREL_ARMHF_SYSROOT})
+  set(ZAVREL_ARMHF_SYSROOT "$ENV{ZAVREL_ARMHF_SYSROOT}")
 else()
-  set(ZAVREL_ARMHF_EXTRA /opt/zavrel-armhf)
+  get_filename_component(ZAVREL_ARMHF_SYSROOT "${CMAKE_CURRENT_LIST_DIR}/../build/sysroot-armhf" ABSOLUTE)
 endif()
+if(NOT EXISTS "${ZAVREL_ARMHF_SYSROOT}/.manifest")
+  message(FATAL_ERROR "No armhf sysroot at ${ZAVREL_ARMHF_SYSROOT}: make it with "
+                      "ZAVREL_CROSS=armhf scripts/deps.sh (or scripts/armhf-sysroot.sh)")
+endif()
+set(zavrel_armhf_libdirs
+  "${ZAVREL_ARMHF_SYSROOT}/usr/lib/${ZAVREL_ARMHF_TRIPLET}"
+  "${ZAVREL_ARMHF_SYSROOT}/lib/${ZAVREL_ARMHF_TRIPLET}")
 
 # Libraries, headers and packages come only from the armhf side: the cross
-# toolchain's own tree, the multiarch armhf directories under / (selected by
-# CMAKE_LIBRARY_ARCHITECTURE) and the unpacked extras. Programs (pkg-config,
-# qemu) come from the build machine.
-set(CMAKE_FIND_ROOT_PATH /usr/${ZAVREL_ARMHF_TRIPLET} ${ZAVREL_ARMHF_EXTRA} /)
+# toolchain's own tree and the sysroot. Programs (pkg-config, qemu) come from
+# the build machine.
+set(CMAKE_FIND_ROOT_PATH /usr/${ZAVREL_ARMHF_TRIPLET} ${ZAVREL_ARMHF_SYSROOT})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# pkg-config reads the armhf .pc files only.
+# The sysroot's /usr/include is the target's system header folder, as it is
+# on the device.
+set(CMAKE_C_STANDARD_INCLUDE_DIRECTORIES "${ZAVREL_ARMHF_SYSROOT}/usr/include")
+set(CMAKE_CXX_STANDARD_INCLUDE_DIRECTORIES "${ZAVREL_ARMHF_SYSROOT}/usr/include")
+
+# The linker finds the libraries that linked libraries need (readline's
+# tinfo, for one) in the sysroot.
+string(REPLACE ";" ":" zavrel_armhf_rpath_link "${zavrel_armhf_libdirs}")
+foreach(kind EXE SHARED MODULE)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-Wl,-rpath-link,${zavrel_armhf_rpath_link}")
+endforeach()
+
+# pkg-config reads the sysroot's .pc files only, and puts their -I and -L
+# folders inside the sysroot.
 set(ENV{PKG_CONFIG_PATH} "")
 set(ENV{PKG_CONFIG_LIBDIR}
-  "${ZAVREL_ARMHF_EXTRA}/usr/lib/${ZAVREL_ARMHF_TRIPLET}/pkgconfig:/usr/lib/${ZAVREL_ARMHF_TRIPLET}/pkgconfig:/usr/share/pkgconfig")
+  "${ZAVREL_ARMHF_SYSROOT}/usr/lib/${ZAVREL_ARMHF_TRIPLET}/pkgconfig:${ZAVREL_ARMHF_SYSROOT}/usr/share/pkgconfig")
+set(ENV{PKG_CONFIG_SYSROOT_DIR} "${ZAVREL_ARMHF_SYSROOT}")
 
-# Programs run under qemu-arm, which loads the armhf dynamic loader and
-# libraries from the cross tree first; the script also lets a program start
-# itself again (death tests).
+# Programs run under qemu-arm with the sysroot as their root (the script
+# finds it as this file does); the script also lets a program start itself
+# again (death tests).
 set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_CURRENT_LIST_DIR}/qemu-armhf.sh)

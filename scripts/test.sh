@@ -2,7 +2,8 @@
 # Builds and runs every test three times: the normal build, the Debug build
 # under AddressSanitizer and UndefinedBehaviorSanitizer, and the 32-bit ARM
 # cross build (arm-linux-gnueabihf) with its tests run under qemu-arm.
-# Exits non-zero on any failure.
+# First it installs what is missing (scripts/deps.sh: host packages, and the
+# project's armhf sysroot under build/). Exits non-zero on any failure.
 #
 #   ZAVREL_ARMHF=off          leaves the armhf build out (on by default)
 #   ZAVREL_TEST_BUDGET=<s>    seconds the whole run may take (default 5400,
@@ -14,17 +15,19 @@ cd "$(dirname "$0")/.."
 
 armhf=${ZAVREL_ARMHF:-on}
 budget=${ZAVREL_TEST_BUDGET:-5400}
+declare -A took
+echo "=== deps: missing packages (and the armhf sysroot when armhf is on)" >&2
 if [ "$armhf" = "on" ]; then
   ZAVREL_CROSS=armhf scripts/deps.sh
 else
   scripts/deps.sh
 fi
+took[deps]=$SECONDS
 
 jobs=$(nproc)
 status=0
 all_passed=0
 all_failed=0
-declare -A took
 
 # run_preset <preset> [ctest arguments...]; $targets, when set, limits the build.
 targets=()
@@ -81,7 +84,7 @@ if [ "$armhf" = "on" ]; then
 fi
 
 summary=""
-for preset in default asan armhf; do
+for preset in deps default asan armhf; do
   [ -n "${took[$preset]:-}" ] && summary+=" ${preset} ${took[$preset]} s;"
 done
 echo "=== times:${summary} total ${SECONDS} s" >&2
