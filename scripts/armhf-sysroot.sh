@@ -4,6 +4,9 @@
 #
 #   scripts/armhf-sysroot.sh             make the sysroot, or do nothing when
 #                                        the one in place is complete
+#   scripts/armhf-sysroot.sh --print-request
+#                                        print the first line of the
+#                                        manifest this script would write
 #
 # Nothing is installed through dpkg and nothing of the host's apt or dpkg
 # state changes: the armhf package indexes are read by apt with a private
@@ -43,13 +46,16 @@ toolchain=(libc6 libc6-dev libc-dev libgcc-s1 libgcc-12-dev gcc-12-base libstdc+
            libstdc++-12-dev libcrypt1 libcrypt-dev linux-libc-dev)
 
 request="request: ${wanted[*]}"
+if [ "${1:-}" = "--print-request" ]; then
+  echo "$request"
+  exit 0
+fi
 if [ -f "$sysroot/.manifest" ] && [ "$(head -n1 "$sysroot/.manifest")" = "$request" ]; then
   exit 0
 fi
 
 fail() { echo "armhf sysroot: $*" >&2; exit 1; }
 
-[ -d "$cross_runtime" ] || fail "the cross toolchain's runtime $cross_runtime is missing (scripts/deps.sh installs it)"
 
 mkdir -p "$aptdir/lists/partial" "$aptdir/cache/archives/partial"
 : >"$aptdir/status"
@@ -66,18 +72,19 @@ fi
 # goes on with the indexes that did load, and says which one did not. Whether
 # that matters is decided per package below.
 update_log=$aptdir/update.log
-if ! apt-get "${apt_opts[@]}" update >"$update_log" 2>&1; then
+fetch_failures() { grep -oE '^[EW]: Failed to fetch [^ ]+' "$update_log" | sed -E 's/^[EW]: Failed to fetch //' | sort -u | tr '\n' ' ' || true; }
+apt-get "${apt_opts[@]}" update >"$update_log" 2>&1 || true
+if [ -n "$(fetch_failures)" ]; then
   sleep 5
-  if ! apt-get "${apt_opts[@]}" update >"$update_log" 2>&1; then
-    failed=$(grep -oE '^E: Failed to fetch [^ ]+' "$update_log" | sed 's/^E: Failed to fetch //' | tr '\n' ' ' || true)
-    echo "armhf sysroot: warning: index not fetched, going on without it: ${failed:-see $update_log}" >&2
-  fi
+  apt-get "${apt_opts[@]}" update >"$update_log" 2>&1 || true
+  failed=$(fetch_failures)
+  [ -z "$failed" ] || echo "armhf sysroot: warning: index not fetched, going on without it: $failed" >&2
 fi
 
 # Prints "Package Version Architecture Multi-Arch" and the dependency list of
 # the index's candidate, or nothing when the index has no such package.
 describe() {
-  apt-cache "${apt_opts[@]}" show --no-all-versions "$1" 2>/dev/null | awk '
+  { apt-cache "${apt_opts[@]}" show --no-all-versions "$1" 2>/dev/null || true; } | awk '
     /^Package: /     { p = $2 }
     /^Version: /     { v = $2 }
     /^Architecture: / { a = $2 }
@@ -132,6 +139,8 @@ if [ ${#missing[@]} -gt 0 ]; then
   fail "not in the armhf package index: ${missing[*]} (index errors, if any: $update_log)"
 fi
 
+[ -d "$cross_runtime" ] || fail "the cross toolchain's runtime $cross_runtime is missing (scripts/deps.sh installs it)"
+
 # Fetches and unpacks into a fresh folder, then puts it in place, so that a
 # run cut short never leaves a sysroot that looks complete.
 mkdir -p "$(dirname "$sysroot")"
@@ -142,8 +151,8 @@ chmod 755 "$work/debs"
 pins=()
 for name in "${!version[@]}"; do pins+=("$name=${version[$name]}"); done
 if ! (cd "$work/debs" && apt-get "${apt_opts[@]}" download -q "${pins[@]}" >"$work/download.log" 2>&1); then
-  failed=$(grep -E '^(E|W):' "$work/download.log" | head -n1 || true)
-  fail "could not download ${pins[*]}: ${failed:-see the apt output}"
+  failed=$(sed -nE 's#^E: Failed to fetch [^ ]*/([^/_ ]+)_[^ ]*\.deb +(.*)#\1 (\2)#p' "$work/download.log" | sort -u | tr '\n' ' ')
+  fail "could not download: ${failed:-$(grep -m1 -E '^E:' "$work/download.log" || echo "see apt-get download")}"
 fi
 for deb in "$work"/debs/*.deb; do
   dpkg-deb -x "$deb" "$work/root"
