@@ -6,7 +6,7 @@
 # Needs (ZAVREL_CROSS=armhf scripts/deps.sh makes both):
 #   host packages g++-arm-linux-gnueabihf, libc6-dev-armhf-cross, qemu-user;
 #   the sysroot of scripts/armhf-sysroot.sh: the armhf libraries (jsoncpp,
-#   googletest, readline with ncurses, libevent) unpacked from Debian's armhf
+#   googletest, readline with ncurses, libevent, libmnl) unpacked from Debian's armhf
 #   packages into ZAVREL_ARMHF_SYSROOT (default build/sysroot-armhf).
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR arm)

@@ -1,5 +1,7 @@
 #include "emulator/RtmInstance.h"
 
+#include <optional>
+
 #include "emulator/EmulatorTypes.h"
 
 namespace Zavrel::Emulator {
@@ -129,7 +131,7 @@ void RtmInstance::Resolve(RibEntry& entry, unsigned long requestedIfIndex,
 }
 
 void RtmInstance::Recompute(const IpAddress& destination, unsigned long prefixLength,
-                            const std::vector<ConnectedPrefix>& connected) {
+                            const std::vector<ConnectedPrefix>& connected, FibSink& fib) {
     std::vector<RibEntry> candidates;
     for (const ConnectedPrefix& prefix : connected) {
         if (prefix.prefix == destination && prefix.prefixLength == prefixLength) {
@@ -183,11 +185,41 @@ void RtmInstance::Recompute(const IpAddress& destination, unsigned long prefixLe
         Resolve(entry, route.ifIndex, connected);
         candidates.push_back(entry);
     }
+    const RibEntry* installed = m_rib.Installed(destination, prefixLength);
+    std::optional<FibRoute> before;
+    if (installed != nullptr) {
+        before = FibRouteOf(*installed);
+    }
     m_rib.SetDestination(destination, prefixLength, std::move(candidates));
+    installed = m_rib.Installed(destination, prefixLength);
+    if (installed == nullptr) {
+        if (before) {
+            RibEntry withdrawn;
+            withdrawn.destination = destination;
+            withdrawn.prefixLength = prefixLength;
+            fib.Set(FibKeyOf(m_id, withdrawn), nullptr);
+        }
+    } else {
+        const FibRoute after = FibRouteOf(*installed);
+        if (!before || *before != after) {
+            fib.Set(FibKeyOf(m_id, *installed), &after);
+        }
+    }
 }
 
-void RtmInstance::Refresh(const std::vector<ConnectedPrefix>& connected) {
+void RtmInstance::WithdrawAll(FibSink& fib) const {
+    for (const auto& entry : m_rib.Entries()) {
+        if (entry.second.fib) {
+            fib.Set(FibKeyOf(m_id, entry.second), nullptr);
+        }
+    }
+}
+
+void RtmInstance::Refresh(const std::vector<ConnectedPrefix>& connected, FibSink& fib) {
     if (m_rebuild) {
+        // Every installed route is withdrawn and the RIB built again; the
+        // forwarding table applies only what differs at the end of the run.
+        WithdrawAll(fib);
         m_rib.Clear();
         m_dirty.clear();
         for (const ConnectedPrefix& prefix : connected) {
@@ -202,7 +234,7 @@ void RtmInstance::Refresh(const std::vector<ConnectedPrefix>& connected) {
         m_rebuild = false;
     }
     for (const auto& destination : m_dirty) {
-        Recompute(destination.first, destination.second, connected);
+        Recompute(destination.first, destination.second, connected, fib);
     }
     m_dirty.clear();
 }

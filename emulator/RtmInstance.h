@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "emulator/FibSink.h"
 #include "emulator/InterfaceTable.h"
 #include "emulator/IpAddress.h"
 #include "emulator/Rib.h"
@@ -107,13 +108,18 @@ public:
     // resolved again.
     void MarkAllDirty() { m_rebuild = true; }
     bool IsDirty() const { return m_rebuild || !m_dirty.empty(); }
-    // Brings the RIB up to date with the sources and the connected prefixes.
-    void Refresh(const std::vector<ConnectedPrefix>& connected);
+    // Brings the RIB up to date with the sources and the connected prefixes,
+    // and tells the forwarding table every destination whose installed route
+    // changed.
+    void Refresh(const std::vector<ConnectedPrefix>& connected, FibSink& fib);
+    // Tells the forwarding table that none of this instance's routes is
+    // installed any more (the instance goes away).
+    void WithdrawAll(FibSink& fib) const;
     const Rib& GetRib() const { return m_rib; }
 
 private:
     void Recompute(const IpAddress& destination, unsigned long prefixLength,
-                   const std::vector<ConnectedPrefix>& connected);
+                   const std::vector<ConnectedPrefix>& connected, FibSink& fib);
     // Resolves a next hop over the connected prefixes; sets entry.ifIndex
     // and entry.unresolved.
     static void Resolve(RibEntry& entry, unsigned long requestedIfIndex,

@@ -64,6 +64,7 @@ void Stack::Reset() {
     m_management.clear();
     m_instances.clear();
     m_interfaces.Clear();
+    m_fib->Forget();
     m_faults.Clear();
     m_monitor.Clear();
     for (size_t i = 0; i < REQUEST_KIND_COUNT; ++i) {
@@ -81,6 +82,10 @@ void Stack::Reset() {
     m_ipsFilters.clear();
     m_account.Enable(false);
     m_account.Clear();
+}
+
+void Stack::SetFibSink(std::unique_ptr<FibSink> sink) {
+    m_fib = sink ? std::move(sink) : std::make_unique<MemoryFib>();
 }
 
 uint64_t Stack::NowMs() const {

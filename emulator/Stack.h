@@ -27,6 +27,7 @@
 #include "emulator/TimeAccount.h"
 #include "emulator/EmulatorTypes.h"
 #include "emulator/FaultPlan.h"
+#include "emulator/FibSink.h"
 #include "emulator/InterfaceTable.h"
 #include "emulator/ManagementChannel.h"
 #include "emulator/OidCodec.h"
@@ -113,6 +114,12 @@ public:
     void PostProtocolRoute(unsigned long instance, const ProtocolRoute& route, bool add);
     void CloseManagementChannel();
 
+    // The forwarding table every RTM instance installs its routes into (by
+    // default MemoryFib). A reset keeps the sink and forgets what it holds.
+    void SetFibSink(std::unique_ptr<FibSink> sink);
+    FibSink& Fib() { return *m_fib; }
+    const FibSink& Fib() const { return *m_fib; }
+
     // ---- introspection
     bool IsStarted() const { return m_started; }
     const std::vector<std::string>& Components() const { return m_components; }
@@ -127,7 +134,8 @@ public:
     }
     const RtmInstance* FindInstance(unsigned long id) const;
     const InterfaceTable& Interfaces() const { return m_interfaces; }
-    // Brings every RIB up to date (they are otherwise refreshed in runs).
+    // Brings every RIB up to date and commits the forwarding table (they are
+    // otherwise refreshed at the end of each run).
     void RefreshRibs();
 
     const ContractMonitor& Monitor() const { return m_monitor; }
@@ -263,6 +271,7 @@ private:
 
     std::map<unsigned long, std::unique_ptr<RtmInstance>> m_instances;
     InterfaceTable m_interfaces;
+    std::unique_ptr<FibSink> m_fib = std::make_unique<MemoryFib>();
 
     FaultPlan m_faults;
     ContractMonitor m_monitor;

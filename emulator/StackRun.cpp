@@ -254,7 +254,11 @@ void Stack::ProcessAddress(Work& work) {
 
 void Stack::ProcessInstance(Work& work) {
     if (work.action != 0) {
-        m_instances.erase(work.instance);
+        auto gone = m_instances.find(work.instance);
+        if (gone != m_instances.end()) {
+            gone->second->WithdrawAll(*m_fib);
+            m_instances.erase(gone);
+        }
         return;
     }
     auto found = m_instances.find(work.instance);
@@ -282,14 +286,16 @@ void Stack::MarkInterfacesChanged(unsigned long instance) {
     if (rtm != nullptr) {
         rtm->MarkAllDirty();
     }
+    m_fib->InterfacesChanged();
 }
 
 void Stack::RefreshRibs() {
     for (auto& entry : m_instances) {
         if (entry.second->IsDirty()) {
-            entry.second->Refresh(m_interfaces.Connected(entry.first));
+            entry.second->Refresh(m_interfaces.Connected(entry.first), *m_fib);
         }
     }
+    m_fib->Commit();
 }
 
 bool Stack::HasPendingWork() const {

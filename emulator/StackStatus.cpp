@@ -78,11 +78,14 @@ std::string Stack::DumpRib() const {
     for (const auto& entry : m_instances) {
         for (const auto& rib : entry.second->GetRib().Entries()) {
             const RibEntry& row = rib.second;
-            text += Line("%c %lu %s/%lu via %s ifIndex %lu %s distance %lu metric %lu age %lu%s\n",
+            const std::string forwarding =
+                row.fib ? m_fib->Describe(FibKeyOf(entry.first, row)) : std::string();
+            text += Line("%c %lu %s/%lu via %s ifIndex %lu %s distance %lu metric %lu age %lu%s%s%s\n",
                          row.fib ? '>' : ' ', entry.first, row.destination.ToString().c_str(),
                          row.prefixLength, row.nextHop.ToString().c_str(), row.ifIndex,
                          RouteSourceName(row.source), row.distance, row.metric, AgeOf(row.sinceMs),
-                         row.unresolved ? " unresolved" : "");
+                         row.unresolved ? " unresolved" : "", forwarding.empty() ? "" : " ",
+                         forwarding.c_str());
         }
     }
     return text;
@@ -165,6 +168,7 @@ std::string Stack::StatusText() const {
     } else {
         text += Line("Management channel: %s\n", m_channel.IsOpen() ? "not registered" : "closed");
     }
+    text += m_fib->StatusText();
     return text;
 }
 

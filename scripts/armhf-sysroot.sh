@@ -38,7 +38,7 @@ cross_runtime=/usr/$triplet/lib
 
 # The -dev packages the cross build links, with everything they need at link
 # and run time (worked out below from their dependencies).
-wanted=(libjsoncpp-dev libgtest-dev libgmock-dev libreadline-dev libevent-dev)
+wanted=(libjsoncpp-dev libgtest-dev libgmock-dev libreadline-dev libevent-dev libmnl-dev)
 
 # Provided by the cross toolchain's host packages, so never taken from the
 # armhf index: the C library, the compiler's runtime and their headers.

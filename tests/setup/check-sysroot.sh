@@ -30,7 +30,7 @@ case ${1:-} in
       echo "expected a failure, got success: $out"; exit 1
     fi
     line=$(grep '^armhf sysroot: not in the armhf package index: ' <<<"$out" || true)
-    expected="armhf sysroot: not in the armhf package index: libjsoncpp-dev libgtest-dev libgmock-dev libreadline-dev libevent-dev (index errors, if any: $ZAVREL_ARMHF_APT/update.log)"
+    expected="armhf sysroot: not in the armhf package index: libjsoncpp-dev libgtest-dev libgmock-dev libreadline-dev libevent-dev libmnl-dev (index errors, if any: $ZAVREL_ARMHF_APT/update.log)"
     [ "$line" = "$expected" ] || { echo "unexpected output: $out"; exit 1; }
     [ ! -e "$ZAVREL_ARMHF_SYSROOT" ] || { echo "a sysroot was left behind"; exit 1; }
     ;;
