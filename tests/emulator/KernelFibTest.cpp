@@ -75,9 +75,10 @@ protected:
         const std::string output = NetNamespace::Run(command, &status);
         ASSERT_EQ(0, status) << command << ": " << output;
     }
-    // The kernel's routes of a table, as iproute2 prints them.
+    // The kernel's routes of a table, as iproute2 prints them with numbers
+    // for protocols and scopes (the same whatever names the machine knows).
     static std::string Table(const char* family, unsigned long table) {
-        return NetNamespace::Run(std::string("ip ") + family + " route show table " +
+        return NetNamespace::Run(std::string("ip -N ") + family + " route show table " +
                                  std::to_string(table));
     }
 
@@ -99,7 +100,7 @@ TEST_F(KernelFibTest, RoutesOfAVlanGoIntoItsTableWithOurProtocolAndPriority) {
     Install(10, "2001:db8:1::", 64, Via("::", veth0, RouteSource::Connected));
     Install(10, "2001:db8:99::", 48, Via("2001:db8:1::2", veth0));
     fib->Commit();
-    EXPECT_EQ("10.1.0.0/24 dev veth0 proto 201 scope link metric 20 \n"
+    EXPECT_EQ("10.1.0.0/24 dev veth0 proto 201 scope 253 metric 20 \n"
               "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n",
               Table("-4", 10));
     EXPECT_EQ("2001:db8:1::/64 dev veth0 proto 201 metric 20 pref medium\n"
@@ -187,7 +188,7 @@ TEST_F(KernelFibTest, TheKernelsReservedTablesAreNeverWritten) {
     fib->Commit();
     EXPECT_EQ("kernel: table 254 is reserved by the kernel",
               fib->Describe(Key(254, "198.51.100.0", 24)));
-    EXPECT_EQ("", NetNamespace::Run("ip -4 route show table main proto 201"));
+    EXPECT_EQ("", NetNamespace::Run("ip -N -4 route show table main proto 201"));
     EXPECT_EQ(-1, fib->RetryDue());
 }
 
@@ -199,7 +200,7 @@ TEST_F(KernelFibTest, ARouteDeletedFromOutsideIsPutBackAndCounted) {
     fib->OnNotification();
     EXPECT_EQ(1u, fib->GetCounters().repaired);
     EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n"
-              "203.0.113.0/24 via 10.1.0.3 dev veth0 proto static \n",
+              "203.0.113.0/24 via 10.1.0.3 dev veth0 proto 4 \n",
               Table("-4", 10));
 }
 
@@ -212,7 +213,7 @@ TEST_F(KernelFibTest, ARouteReplacedFromOutsideIsPutBackAndOthersAreLeftAlone) {
     Shell("ip -6 route del 2001:db8:99::/48 table 10");
     fib->OnNotification();
     EXPECT_EQ(2u, fib->GetCounters().repaired);
-    EXPECT_EQ("198.51.100.0/24 via 10.1.0.7 dev veth0 proto static metric 5 \n"
+    EXPECT_EQ("198.51.100.0/24 via 10.1.0.7 dev veth0 proto 4 metric 5 \n"
               "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n",
               Table("-4", 10));
     EXPECT_EQ("2001:db8:99::/48 via 2001:db8:1::2 dev veth0 proto 201 metric 20 pref medium\n",
@@ -278,7 +279,7 @@ TEST_F(KernelFibTest, RoutesOfOtherProtocolsAreNeverAdopted) {
     fib = Open();
     EXPECT_EQ(0u, fib->AdoptedCount());
     fib->ReleaseAdopted();
-    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto static metric 20 \n",
+    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 4 metric 20 \n",
               Table("-4", 10));
 }
 
