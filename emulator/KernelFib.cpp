@@ -232,6 +232,16 @@ void KernelFib::ReleaseAdopted() {
     Send();
 }
 
+void KernelFib::RemoveAll() {
+    for (const auto& route : Committed()) {
+        if (!IsReservedTable(route.first.table) && m_refused.count(route.first) == 0) {
+            m_inFlight[m_requests.Queue(false, ToKernel(route.first, route.second))] =
+                std::make_pair(false, route.first);
+        }
+    }
+    ReleaseAdopted();
+}
+
 void KernelFib::OnNotification() {
     if (!m_events.IsOpen()) {
         return;

@@ -70,6 +70,9 @@ public:
     long RetryDue();
     // Removes the adopted routes that the stack has not installed again.
     void ReleaseAdopted();
+    // Removes every route of ours from the kernel (a clean exit); the
+    // committed table stays as it was.
+    void RemoveAll();
 
     const Counters& GetCounters() const { return m_counters; }
     size_t RefusedCount() const { return m_refused.size(); }
