@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <sys/socket.h>
+#include <time.h>
 #include <utility>
 #include <vector>
 
@@ -19,6 +20,12 @@ bool IsReservedTable(unsigned long table) {
 
 std::string ReservedTableText(unsigned long table) {
     return "table " + std::to_string(table) + " is reserved by the kernel";
+}
+
+uint64_t ThreadCpuNs() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<uint64_t>(now.tv_sec) * 1000000000u + static_cast<uint64_t>(now.tv_nsec);
 }
 
 std::string RefusalText(int error, const std::string& kernelText) {
@@ -164,7 +171,10 @@ void KernelFib::Send() {
         refusal.dueMs = now + std::min(RETRY_FIRST_MS << (refusal.attempts - 1), RETRY_MAX_MS);
     };
     std::string error;
-    if (!m_requests.Flush(onAck, error)) {
+    const uint64_t cpuBefore = ThreadCpuNs();
+    const bool sent = m_requests.Flush(onAck, error);
+    m_counters.sendCpuNs += ThreadCpuNs() - cpuBefore;
+    if (!sent) {
         m_failure = error;
         // Whatever was not answered counts as refused with the socket's error.
         for (const auto& pending : m_inFlight) {

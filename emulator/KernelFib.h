@@ -52,6 +52,9 @@ public:
         uint64_t released = 0;  // adopted routes removed as no longer wanted
         uint64_t batches = 0;   // sends
         uint64_t resyncs = 0;   // notification overruns answered by a dump
+        uint64_t sendCpuNs = 0; // CPU time of the thread in sends and their
+                                // acknowledgements (the kernel's work on
+                                // them included), read once per send
     };
 
     // clock: milliseconds, the clock of the event loop.
