@@ -167,9 +167,21 @@ char** Completer::Attempt(const char* text, int start, int) {
     if (array == nullptr) {
         return nullptr;
     }
-    // The first entry is what replaces the word; readline narrows it to
-    // what the matches share when there are several.
-    array[0] = strdup(matches.size() == 1 ? matches[0].c_str() : text);
+    // The first entry replaces the word: what every match starts with, or
+    // the word itself when they share less than it (a word typed in
+    // capitals, or the placeholder marks).
+    std::string common = matches[0];
+    for (const std::string& match : matches) {
+        size_t same = 0;
+        while (same < common.size() && same < match.size() && common[same] == match[same]) {
+            ++same;
+        }
+        common.resize(same);
+    }
+    if (common.size() < strlen(text)) {
+        common = text;
+    }
+    array[0] = strdup(common.c_str());
     for (size_t i = 0; i < matches.size(); ++i) {
         array[i + 1] = strdup(matches[i].c_str());
     }
