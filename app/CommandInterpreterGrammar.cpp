@@ -92,7 +92,8 @@ const WordHelp WORD_HELP[] = {
 
 }  // namespace
 
-void CommandInterpreter::DescribeCommands(CommandGrammar& grammar) {
+void CommandInterpreter::DescribeCommands(CommandGrammar& grammar)
+{
     for (const WordHelp& entry : WORD_HELP) {
         grammar.AddWordHelp(entry.command, entry.word, entry.help);
     }
@@ -123,7 +124,8 @@ void CommandInterpreter::DescribeCommands(CommandGrammar& grammar) {
     }
 }
 
-std::vector<std::string> CommandInterpreter::InterfaceNames() const {
+std::vector<std::string> CommandInterpreter::InterfaceNames() const
+{
     std::vector<std::string> names;
     for (const auto& entry : m_interfaceNames) {
         names.push_back(entry.second);

@@ -24,8 +24,9 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
             m_console.Print("%s\n", document.c_str());
         } else if (status) {
             m_stack.PrintStatus(m_console);
-            m_console.Print("Event loop: %zu stack descriptor(s) registered, %lu ready callback(s)\n",
-                            m_sockets.RegisteredCount(), m_sockets.CallbackCount());
+            m_console.Print(
+                "Event loop: %zu stack descriptor(s) registered, %lu ready callback(s)\n",
+                m_sockets.RegisteredCount(), m_sockets.CallbackCount());
         } else {
             m_stack.PrintTables(m_console);
         }

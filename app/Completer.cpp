@@ -15,7 +15,8 @@ Completer* Completer::s_installed = nullptr;
 
 namespace {
 
-bool StartsWith(const std::string& word, const std::string& prefix) {
+bool StartsWith(const std::string& word, const std::string& prefix)
+{
     return word.size() >= prefix.size() &&
            strncasecmp(word.c_str(), prefix.c_str(), prefix.size()) == 0;
 }
@@ -24,7 +25,8 @@ bool StartsWith(const std::string& word, const std::string& prefix) {
 // empty when the text ends in a blank. Quotes are not taken apart here: a
 // line with an open quote completes nothing.
 bool SplitForCompletion(const std::string& text, std::vector<std::string>& words,
-                        std::string& partial) {
+                        std::string& partial)
+{
     std::string error;
     if (!Words::Split(text, words, error)) {
         return false;
@@ -40,13 +42,17 @@ bool SplitForCompletion(const std::string& text, std::vector<std::string>& words
 }  // namespace
 
 Completer::Completer(GrammarSource grammar, ValueSource values)
-    : m_grammar(std::move(grammar)), m_values(std::move(values)) {}
+    : m_grammar(std::move(grammar)), m_values(std::move(values))
+{
+}
 
-Completer::~Completer() {
+Completer::~Completer()
+{
     Uninstall();
 }
 
-Completer::Candidates Completer::Complete(const std::string& text) const {
+Completer::Candidates Completer::Complete(const std::string& text) const
+{
     Candidates candidates;
     std::vector<std::string> words;
     std::string partial;
@@ -79,7 +85,8 @@ Completer::Candidates Completer::Complete(const std::string& text) const {
     return candidates;
 }
 
-std::string Completer::Help(const std::string& text) const {
+std::string Completer::Help(const std::string& text) const
+{
     std::vector<std::string> words;
     std::string partial;
     if (!SplitForCompletion(text, words, partial)) {
@@ -117,7 +124,8 @@ std::string Completer::Help(const std::string& text) const {
     return help;
 }
 
-std::string Completer::Listing(const std::vector<GrammarChoice>& choices) {
+std::string Completer::Listing(const std::vector<GrammarChoice>& choices)
+{
     std::string text;
     for (const GrammarChoice& choice : choices) {
         text += text.empty() ? choice.word : "  " + choice.word;
@@ -125,14 +133,16 @@ std::string Completer::Listing(const std::vector<GrammarChoice>& choices) {
     return text + "\n";
 }
 
-void Completer::Install() {
+void Completer::Install()
+{
     s_installed = this;
     rl_attempted_completion_function = &Completer::Attempt;
     rl_completion_display_matches_hook = &Completer::Display;
     rl_bind_key('?', &Completer::HelpKey);
 }
 
-void Completer::Uninstall() {
+void Completer::Uninstall()
+{
     if (s_installed != this) {
         return;
     }
@@ -142,7 +152,8 @@ void Completer::Uninstall() {
     rl_bind_key('?', rl_insert);
 }
 
-char** Completer::Attempt(const char* text, int start, int) {
+char** Completer::Attempt(const char* text, int start, int)
+{
     // Never fall back to file names.
     rl_attempted_completion_over = 1;
     if (s_installed == nullptr) {
@@ -193,7 +204,8 @@ char** Completer::Attempt(const char* text, int start, int) {
     return array;
 }
 
-void Completer::Display(char**, int, int) {
+void Completer::Display(char**, int, int)
+{
     if (s_installed == nullptr) {
         return;
     }
@@ -203,7 +215,8 @@ void Completer::Display(char**, int, int) {
     rl_redisplay();
 }
 
-int Completer::HelpKey(int, int) {
+int Completer::HelpKey(int, int)
+{
     if (s_installed == nullptr) {
         return 0;
     }

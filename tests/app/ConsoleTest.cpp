@@ -18,44 +18,51 @@ const char PROMPT[] = "zavrel-router[vlan 1]> ";
 
 class ConsoleTest : public TestEnv {
 protected:
-    void SetUp() override {
+    void SetUp() override
+    {
         TestEnv::SetUp();
         char pattern[] = "/tmp/zavrel-console-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         m_home = pattern;
     }
-    void TearDown() override {
+    void TearDown() override
+    {
         const std::string command = "rm -rf '" + m_home + "'";
         EXPECT_EQ(system(command.c_str()), 0);
         TestEnv::TearDown();
     }
 
     // Starts the application on the virtual clock and waits for the prompt.
-    void StartInteractive(PtySession& session) {
+    void StartInteractive(PtySession& session)
+    {
         ASSERT_TRUE(session.Start({"--virtual-time"}, m_home)) << session.Error();
         ASSERT_TRUE(session.WaitFor(PROMPT)) << session.Take();
         EXPECT_EQ(session.Take(), PROMPT);
     }
     // Types keys and returns the screen output up to and with expected.
     static std::string Type(PtySession& session, const std::string& keys,
-                            const std::string& expected) {
+                            const std::string& expected)
+    {
         EXPECT_TRUE(session.Send(keys));
         EXPECT_TRUE(session.WaitFor(expected)) << "waiting for '" << expected << "'";
         return session.Take();
     }
     // Ends the session with quit, expecting exit status 0.
-    static void Quit(PtySession& session) {
+    static void Quit(PtySession& session)
+    {
         EXPECT_TRUE(session.Send("\x15quit\r"));
         EXPECT_EQ(session.WaitForExit(), 0);
     }
     std::string HistoryPath() const { return m_home + "/state/zavrel-router/history"; }
-    static std::string Read(const std::string& path) {
+    static std::string Read(const std::string& path)
+    {
         std::ifstream in(path);
         std::stringstream text;
         text << in.rdbuf();
         return text.str();
     }
-    static std::string SiteVlans() {
+    static std::string SiteVlans()
+    {
         const char* source = getenv("ZAVREL_SOURCE_DIR");
         return std::string(source != nullptr ? source : ".") + "/examples/site-vlans.json";
     }
@@ -63,7 +70,8 @@ protected:
     std::string m_home;
 };
 
-TEST_F(ConsoleTest, TabCompletesCommandWords) {
+TEST_F(ConsoleTest, TabCompletesCommandWords)
+{
     PtySession session;
     StartInteractive(session);
     EXPECT_EQ(Type(session, "st\t", "stack "), "stack ");
@@ -72,7 +80,8 @@ TEST_F(ConsoleTest, TabCompletesCommandWords) {
     Quit(session);
 }
 
-TEST_F(ConsoleTest, SecondTabListsTheChoices) {
+TEST_F(ConsoleTest, SecondTabListsTheChoices)
+{
     PtySession session;
     StartInteractive(session);
     // The first Tab completes what the choices share, the next two list
@@ -83,7 +92,8 @@ TEST_F(ConsoleTest, SecondTabListsTheChoices) {
     Quit(session);
 }
 
-TEST_F(ConsoleTest, QuestionMarkListsTheNextWordsAndKeepsTheLine) {
+TEST_F(ConsoleTest, QuestionMarkListsTheNextWordsAndKeepsTheLine)
+{
     PtySession session;
     StartInteractive(session);
     EXPECT_EQ(Type(session, "rtm route ", "rtm route "), "rtm route ");
@@ -99,7 +109,8 @@ TEST_F(ConsoleTest, QuestionMarkListsTheNextWordsAndKeepsTheLine) {
     Quit(session);
 }
 
-TEST_F(ConsoleTest, QuestionMarkNamesAValueAndTheLibrarysWords) {
+TEST_F(ConsoleTest, QuestionMarkNamesAValueAndTheLibrarysWords)
+{
     PtySession session;
     StartInteractive(session);
     Type(session, "interface add ", "add ");
@@ -118,7 +129,8 @@ TEST_F(ConsoleTest, QuestionMarkNamesAValueAndTheLibrarysWords) {
     Quit(session);
 }
 
-TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist) {
+TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist)
+{
     PtySession session;
     StartInteractive(session);
     Type(session, "load " + SiteVlans() + "\r", PROMPT);
@@ -136,7 +148,8 @@ TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist) {
     Quit(session);
 }
 
-TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns) {
+TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns)
+{
     {
         PtySession first;
         StartInteractive(first);
@@ -155,7 +168,8 @@ TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns) {
     EXPECT_EQ(Read(HistoryPath()), "vlan 20\nquit\nvlan 20\nquit\n");
 }
 
-TEST_F(ConsoleTest, CommandArgumentsWriteNoHistory) {
+TEST_F(ConsoleTest, CommandArgumentsWriteNoHistory)
+{
     PtySession session;
     ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "-c", "vlan 20"}, m_home))
         << session.Error();
@@ -164,7 +178,8 @@ TEST_F(ConsoleTest, CommandArgumentsWriteNoHistory) {
     EXPECT_NE(stat(HistoryPath().c_str(), &info), 0);
 }
 
-TEST_F(ConsoleTest, StackStatusAndTablesJsonParse) {
+TEST_F(ConsoleTest, StackStatusAndTablesJsonParse)
+{
     PtySession session;
     ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "-c", "load " + SiteVlans(), "-c",
                                "interface add 10 100 eth0", "-c",

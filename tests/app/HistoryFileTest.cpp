@@ -16,20 +16,23 @@ namespace {
 
 class HistoryFileTest : public TestEnv {
 protected:
-    void SetUp() override {
+    void SetUp() override
+    {
         TestEnv::SetUp();
         char pattern[] = "/tmp/zavrel-history-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         m_dir = pattern;
         clear_history();
     }
-    void TearDown() override {
+    void TearDown() override
+    {
         clear_history();
         const std::string command = "rm -rf '" + m_dir + "'";
         EXPECT_EQ(system(command.c_str()), 0);
         TestEnv::TearDown();
     }
-    static std::string Read(const std::string& path) {
+    static std::string Read(const std::string& path)
+    {
         std::ifstream in(path);
         std::stringstream text;
         text << in.rdbuf();
@@ -39,7 +42,8 @@ protected:
     std::string m_dir;
 };
 
-TEST_F(HistoryFileTest, PathFollowsXdgStateHomeThenHome) {
+TEST_F(HistoryFileTest, PathFollowsXdgStateHomeThenHome)
+{
     EXPECT_EQ(HistoryFile::PathFrom("/state", "/home/u"), "/state/zavrel-router/history");
     EXPECT_EQ(HistoryFile::PathFrom("", "/home/u"), "/home/u/.local/state/zavrel-router/history");
     EXPECT_EQ(HistoryFile::PathFrom(nullptr, "/home/u"),
@@ -47,7 +51,8 @@ TEST_F(HistoryFileTest, PathFollowsXdgStateHomeThenHome) {
     EXPECT_EQ(HistoryFile::PathFrom(nullptr, nullptr), "");
 }
 
-TEST_F(HistoryFileTest, SavesIntoANewDirectoryAndLoadsBack) {
+TEST_F(HistoryFileTest, SavesIntoANewDirectoryAndLoadsBack)
+{
     const std::string path = m_dir + "/a/b/history";
     HistoryFile file(path);
     add_history("vlan 10");
@@ -60,7 +65,8 @@ TEST_F(HistoryFileTest, SavesIntoANewDirectoryAndLoadsBack) {
     EXPECT_STREQ(history_get(history_base)->line, "vlan 10");
 }
 
-TEST_F(HistoryFileTest, KeepsOnlyTheNewestLines) {
+TEST_F(HistoryFileTest, KeepsOnlyTheNewestLines)
+{
     const std::string path = m_dir + "/history";
     HistoryFile file(path, 3);
     EXPECT_EQ(file.Load(), "");  // no file yet
@@ -71,7 +77,8 @@ TEST_F(HistoryFileTest, KeepsOnlyTheNewestLines) {
     EXPECT_EQ(Read(path), "three\nfour\nfive\n");
 }
 
-TEST_F(HistoryFileTest, NoPathMeansNoFile) {
+TEST_F(HistoryFileTest, NoPathMeansNoFile)
+{
     HistoryFile file("");
     add_history("quit");
     EXPECT_FALSE(file.Save());
