@@ -90,7 +90,7 @@ std::string Completer::Help(const std::string& text) const
     std::vector<std::string> words;
     std::string partial;
     if (!SplitForCompletion(text, words, partial)) {
-        return "% unterminated quote\n";
+        return std::string();
     }
     CommandGrammar grammar;
     if (m_grammar) {
@@ -124,11 +124,21 @@ std::string Completer::Help(const std::string& text) const
     return help;
 }
 
-std::string Completer::Listing(const std::vector<GrammarChoice>& choices)
+std::string Completer::Listing(const std::vector<GrammarChoice>& choices, size_t width)
 {
     std::string text;
+    size_t column = 0;
     for (const GrammarChoice& choice : choices) {
-        text += text.empty() ? choice.word : "  " + choice.word;
+        if (column != 0 && column + 2 + choice.word.size() > width) {
+            text += "\n";
+            column = 0;
+        }
+        if (column != 0) {
+            text += "  ";
+            column += 2;
+        }
+        text += choice.word;
+        column += choice.word.size();
     }
     return text + "\n";
 }
@@ -209,19 +219,25 @@ void Completer::Display(char**, int, int)
     if (s_installed == nullptr) {
         return;
     }
-    const std::string text = "\n" + Listing(s_installed->m_lastListing);
+    int rows = 0;
+    int columns = 0;
+    rl_get_screen_size(&rows, &columns);
+    const size_t width = columns > 0 ? static_cast<size_t>(columns) : 80;
+    const std::string text = "\n" + Listing(s_installed->m_lastListing, width);
     fputs(text.c_str(), rl_outstream != nullptr ? rl_outstream : stdout);
     rl_on_new_line();
     rl_redisplay();
 }
 
-int Completer::HelpKey(int, int)
+int Completer::HelpKey(int count, int key)
 {
-    if (s_installed == nullptr) {
-        return 0;
-    }
     const std::string before(rl_line_buffer, static_cast<size_t>(rl_point));
-    const std::string text = "\n" + s_installed->Help(before);
+    const std::string help = s_installed != nullptr ? s_installed->Help(before) : std::string();
+    if (help.empty()) {
+        // Inside a quoted word a '?' is part of the word.
+        return rl_insert(count, key);
+    }
+    const std::string text = "\n" + help;
     FILE* out = rl_outstream != nullptr ? rl_outstream : stdout;
     fputs(text.c_str(), out);
     fflush(out);

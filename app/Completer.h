@@ -36,10 +36,12 @@ public:
     // to the cursor): keywords and existing values that start with it.
     Candidates Complete(const std::string& text) const;
     // The text '?' prints for the line up to the cursor: one line per word
-    // that may come next ("<cr>" when the line is a whole command).
+    // that may come next ("<cr>" when the line is a whole command); empty
+    // inside a quoted word, where '?' is a character like any other.
     std::string Help(const std::string& text) const;
-    // The text a second Tab prints: the choices, two blanks apart.
-    static std::string Listing(const std::vector<GrammarChoice>& choices);
+    // The text a second Tab prints: the choices, two blanks apart, in lines
+    // of at most width characters (a longer word gets a line of its own).
+    static std::string Listing(const std::vector<GrammarChoice>& choices, size_t width = 80);
 
     // Binds Tab and '?' of readline to this completer until Uninstall (or
     // destruction). One completer is bound at a time.

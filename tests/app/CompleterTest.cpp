@@ -72,7 +72,17 @@ TEST_F(CompleterTest, HelpListsTheNextWordsWithTheirHelp)
               "  <cr>  run the command\n"
               "  ...   the command's own words\n");
     EXPECT_EQ(completer.Help("bogus "), "% no command fits here\n");
-    EXPECT_EQ(completer.Help("load \"x"), "% unterminated quote\n");
+    EXPECT_EQ(completer.Help("load \"x"), "");
+}
+
+TEST_F(CompleterTest, ListingWrapsAtTheWidth)
+{
+    const std::vector<GrammarChoice> choices = {
+        {"interface", ""}, {"interfaces", ""}, {"interfaces6", ""}, {"ip", ""}};
+    EXPECT_EQ(Completer::Listing(choices, 80), "interface  interfaces  interfaces6  ip\n");
+    EXPECT_EQ(Completer::Listing(choices, 23), "interface  interfaces\ninterfaces6  ip\n");
+    EXPECT_EQ(Completer::Listing(choices, 5), "interface\ninterfaces\ninterfaces6\nip\n");
+    EXPECT_EQ(Completer::Listing({}, 80), "\n");
 }
 
 }  // namespace
