@@ -70,10 +70,7 @@ int Application::Main(int argc, char** argv)
     if (!m_quit && m_options.readStdin) {
         if (isatty(STDIN_FILENO)) {
             Completer completer(
-                [](CommandGrammar& grammar) {
-                    CommandInterpreter::DescribeCommands(grammar);
-                    LibraryGrammar::Describe(grammar);
-                },
+                &Application::DescribeCommands,
                 [this](const std::string& placeholder) { return ExistingValues(placeholder); });
             HistoryFile history(HistoryFile::DefaultPath());
             ReadlineSource source([this]() { return Prompt(); }, &completer, &history);
@@ -134,6 +131,12 @@ bool Application::Start()
     return true;
 }
 
+void Application::DescribeCommands(CommandGrammar& grammar)
+{
+    CommandInterpreter::DescribeCommands(grammar);
+    LibraryGrammar::Describe(grammar);
+}
+
 std::vector<std::string> Application::ExistingValues(const std::string& placeholder) const
 {
     std::vector<std::string> values;
@@ -145,6 +148,13 @@ std::vector<std::string> Application::ExistingValues(const std::string& placehol
         }
     } else if (placeholder == "<name>") {
         values = m_interpreter->InterfaceNames();
+    } else if (placeholder == "<command>") {
+        // help <command>: every first word.
+        CommandGrammar grammar;
+        DescribeCommands(grammar);
+        for (const GrammarChoice& choice : grammar.After({}).choices) {
+            values.push_back(choice.word);
+        }
     }
     return values;
 }

@@ -129,6 +129,19 @@ TEST_F(ConsoleTest, QuestionMarkNamesAValueAndTheLibrarysWords)
     Quit(session);
 }
 
+TEST_F(ConsoleTest, HelpTakesACommandNameAndAQuotedWordKeepsItsQuestionMark)
+{
+    PtySession session;
+    StartInteractive(session);
+    EXPECT_EQ(Type(session, "help ser\t", "serializer "), "help serializer ");
+    EXPECT_EQ(Type(session, "\r", std::string(PROMPT)),
+              "\r\nserializer ...\r\n"
+              "    Debug traces from serializer type in metaswitch\r\n" +
+                  std::string(PROMPT));
+    EXPECT_EQ(Type(session, "load \"what?", "what?"), "load \"what?");
+    Quit(session);
+}
+
 TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist)
 {
     PtySession session;
