@@ -184,4 +184,40 @@ CommandGrammar::Next CommandGrammar::After(const std::vector<std::string>& words
     return result;
 }
 
+std::vector<std::vector<std::string>> CommandGrammar::Examples(ValueOf valueOf) const
+{
+    // The tokens as words: the first alternative of each, or alternative
+    // of the token at vary.
+    const auto spell = [valueOf](const std::vector<Token>& tokens, size_t vary,
+                                 size_t alternative) {
+        std::vector<std::string> line;
+        for (size_t i = 0; i < tokens.size(); ++i) {
+            const std::string& word = tokens[i][i == vary ? alternative : 0];
+            line.push_back(word[0] == '<' ? valueOf(word) : word);
+        }
+        return line;
+    };
+    std::vector<std::vector<std::string>> lines;
+    for (const Form& form : m_forms) {
+        std::vector<Token> tokens = form.fixed;
+        for (bool withOptions : {false, true}) {
+            if (withOptions) {
+                if (form.options.empty()) {
+                    break;
+                }
+                for (const std::vector<Token>& group : form.options) {
+                    tokens.insert(tokens.end(), group.begin(), group.end());
+                }
+            }
+            lines.push_back(spell(tokens, tokens.size(), 0));
+            for (size_t t = 0; t < tokens.size(); ++t) {
+                for (size_t a = 1; a < tokens[t].size(); ++a) {
+                    lines.push_back(spell(tokens, t, a));
+                }
+            }
+        }
+    }
+    return lines;
+}
+
 }  // namespace Zavrel

@@ -45,6 +45,15 @@ public:
 
     size_t FormCount() const { return m_forms.size(); }
 
+    // Every form written out as command lines that use each of its words:
+    // one line with the first of every alternative, one line more for each
+    // further alternative, and the same again with every optional group
+    // added; valueOf gives the word that stands for a placeholder. (Tests
+    // run these lines to see that the commands take every word the grammar
+    // offers.)
+    using ValueOf = std::string (*)(const std::string& placeholder);
+    std::vector<std::vector<std::string>> Examples(ValueOf valueOf) const;
+
 private:
     using Token = std::vector<std::string>;
     struct Form {

@@ -117,5 +117,25 @@ TEST_F(CommandGrammarTest, TheApplicationsCommandsDescribeThemselves)
     EXPECT_TRUE(ip.anyWords);
 }
 
+std::string Sample(const std::string& placeholder)
+{
+    return placeholder == "<vlan>" ? "10" : "1";
+}
+
+TEST_F(CommandGrammarTest, ExamplesUseEveryWordOnce)
+{
+    ASSERT_TRUE(grammar.AddForm("route add|del <vlan> [metric <n>] [admin up|down]", "x"));
+    ASSERT_TRUE(grammar.AddForm("serializer ...", "x"));
+    const std::vector<std::vector<std::string>> expected = {
+        {"route", "add", "10"},
+        {"route", "del", "10"},
+        {"route", "add", "10", "metric", "1", "admin", "up"},
+        {"route", "del", "10", "metric", "1", "admin", "up"},
+        {"route", "add", "10", "metric", "1", "admin", "down"},
+        {"serializer"},
+    };
+    EXPECT_EQ(grammar.Examples(&Sample), expected);
+}
+
 }  // namespace
 }  // namespace Zavrel::test
