@@ -12,6 +12,7 @@
 namespace Zavrel {
 
 Completer* Completer::s_installed = nullptr;
+const char Completer::WORD_BREAKS[] = " \t";
 
 namespace {
 
@@ -148,6 +149,12 @@ void Completer::Install()
     s_installed = this;
     rl_attempted_completion_function = &Completer::Attempt;
     rl_completion_display_matches_hook = &Completer::Display;
+    // Words end at blanks only, as the command line splits them: a word
+    // such as "10.1.0.0/16" or "ospf-external" is completed as a whole.
+    m_wordBreaks = rl_completer_word_break_characters;
+    // (Older readlines declare the variable without const.)
+    rl_completer_word_break_characters =
+        const_cast<decltype(rl_completer_word_break_characters)>(WORD_BREAKS);
     rl_bind_key('?', &Completer::HelpKey);
 }
 
@@ -159,6 +166,8 @@ void Completer::Uninstall()
     s_installed = nullptr;
     rl_attempted_completion_function = nullptr;
     rl_completion_display_matches_hook = nullptr;
+    rl_completer_word_break_characters =
+        const_cast<decltype(rl_completer_word_break_characters)>(m_wordBreaks);
     rl_bind_key('?', rl_insert);
 }
 

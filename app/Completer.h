@@ -56,6 +56,8 @@ private:
     GrammarSource m_grammar;
     ValueSource m_values;
     std::vector<GrammarChoice> m_lastListing;
+    const char* m_wordBreaks = nullptr;  // readline's word breaks before Install
+    static const char WORD_BREAKS[];
     static Completer* s_installed;
 };
 

@@ -161,6 +161,17 @@ TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist)
     Quit(session);
 }
 
+TEST_F(ConsoleTest, WordsWithPunctuationCompleteAsAWhole)
+{
+    PtySession session;
+    StartInteractive(session);
+    Type(session, "interface add 10 100 eth0@vlan10\r", PROMPT);
+    Type(session, "interface up 10 100 ", "100 ");
+    // '@' ends a word for readline's own completion, never here.
+    EXPECT_EQ(Type(session, "eth0@v\t", "lan10 "), "eth0@vlan10 ");
+    Quit(session);
+}
+
 TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns)
 {
     {
