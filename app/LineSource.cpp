@@ -106,6 +106,8 @@ ReadlineSource::ReadlineSource(std::function<std::string()> prompt, Completer* c
 ReadlineSource::~ReadlineSource()
 {
     if (m_history != nullptr) {
+        // A history that cannot be written (no HOME, a read-only place) is
+        // lost quietly, as shells do: it is no reason to complain at exit.
         m_history->Save();
     }
     if (m_completer != nullptr) {
