@@ -50,7 +50,7 @@ protected:
     // Ends the session with quit, expecting exit status 0.
     static void Quit(PtySession& session)
     {
-        EXPECT_TRUE(session.Send("\x15quit\r"));
+        EXPECT_TRUE(session.Send("\x05\x15quit\r"));  // Ctrl-E, Ctrl-U: an empty line
         EXPECT_EQ(session.WaitForExit(), 0);
     }
     std::string HistoryPath() const { return m_home + "/state/zavrel-router/history"; }
@@ -106,6 +106,22 @@ TEST_F(ConsoleTest, QuestionMarkListsTheNextWordsAndKeepsTheLine)
               "  detail  every field\r\n"
               "  <cr>    run the command\r\n" +
                   std::string(PROMPT) + "rtm route ");
+    Quit(session);
+}
+
+TEST_F(ConsoleTest, QuestionMarkInsideTheLineAnswersForTheWordsBeforeTheCursor)
+{
+    PtySession session;
+    StartInteractive(session);
+    Type(session, "stack status", "status");
+    // Back over "status" and two letters of "stack": '?' at "st|ack".
+    const std::string back(9, '\x02');  // Ctrl-B
+    const std::string line = std::string(PROMPT) + "stack status" + std::string(9, '\b');
+    const std::string listing = Type(session, back + "?", line);
+    EXPECT_EQ(listing.substr(listing.find('\r')),
+              "\r\n  stack  inject failures into the routing stack, delay its answers, show its "
+              "counters and tables, hand it routes learnt by a routing protocol\r\n" +
+                  line);
     Quit(session);
 }
 
