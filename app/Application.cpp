@@ -2,6 +2,9 @@
 
 #include <unistd.h>
 
+#include "app/Completer.h"
+#include "app/HistoryFile.h"
+#include "app/LibraryGrammar.h"
 #include "interfaces/DcInterfaceMgr.h"
 #include "routing/DcRouterMgr.h"
 
@@ -66,7 +69,11 @@ int Application::Main(int argc, char** argv)
     }
     if (!m_quit && m_options.readStdin) {
         if (isatty(STDIN_FILENO)) {
-            ReadlineSource source([this]() { return Prompt(); });
+            Completer completer(
+                &Application::DescribeCommands,
+                [this](const std::string& placeholder) { return ExistingValues(placeholder); });
+            HistoryFile history(HistoryFile::DefaultPath());
+            ReadlineSource source([this]() { return Prompt(); }, &completer, &history);
             RunSource(source);
         } else {
             StreamSource source(stdin, "<stdin>");
@@ -122,6 +129,34 @@ bool Application::Start()
         return false;
     }
     return true;
+}
+
+void Application::DescribeCommands(CommandGrammar& grammar)
+{
+    CommandInterpreter::DescribeCommands(grammar);
+    LibraryGrammar::Describe(grammar);
+}
+
+std::vector<std::string> Application::ExistingValues(const std::string& placeholder) const
+{
+    std::vector<std::string> values;
+    if (placeholder == "<vlan>" || placeholder == "<vid>") {
+        if (DcRouterMgr* manager = DcRouterMgr::GetInstance()) {
+            for (const auto& entry : manager->GetVlans()) {
+                values.push_back(std::to_string(entry.first));
+            }
+        }
+    } else if (placeholder == "<name>") {
+        values = m_interpreter->InterfaceNames();
+    } else if (placeholder == "<command>") {
+        // help <command>: every first word.
+        CommandGrammar grammar;
+        DescribeCommands(grammar);
+        for (const GrammarChoice& choice : grammar.After({}).choices) {
+            values.push_back(choice.word);
+        }
+    }
+    return values;
 }
 
 std::string Application::Prompt() const

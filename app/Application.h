@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/AppIpInterface.h"
 #include "app/AppTraceSink.h"
@@ -44,6 +45,11 @@ private:
     // Reports a bad command; false when the application must stop.
     bool Fail(const std::string& where, const std::string& message);
     std::string Prompt() const;
+    // Every command's words: the application's and the library's.
+    static void DescribeCommands(CommandGrammar& grammar);
+    // The values that exist for a placeholder of the grammar: the VLANs the
+    // router manager holds, the interfaces announced, the commands.
+    std::vector<std::string> ExistingValues(const std::string& placeholder) const;
 
     CommandLine m_options;
     std::unique_ptr<AppTraceSink> m_trace;

@@ -51,7 +51,9 @@ const std::vector<CommandInterpreter::Command>& CommandInterpreter::Commands()
          "[ifindex <n>] [metric <n>]\n"
          "stack withdraw <vlan> <protocol> <prefix>/<length> via <gateway> [ifindex <n>]",
          "inject failures into the routing stack, delay its answers, show its counters and "
-         "tables, hand it routes learnt by a routing protocol"},
+         "tables, hand it routes learnt by a routing protocol",
+         "stack status json\n"
+         "stack tables json"},
         {"ip", &CommandInterpreter::Ip4, "ip <word> ...",
          "IPv4 routing commands (ip alone lists the words)"},
         {"ip6", &CommandInterpreter::Ip6, "ip6 <word> ...",

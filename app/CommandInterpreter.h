@@ -7,8 +7,10 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "app/CommandGrammar.h"
 #include "app/LoopDriver.h"
 #include "app/LoopSocketInterface.h"
 #include "app/StackControl.h"
@@ -53,6 +55,14 @@ public:
     // baseDir: the directory relative file names are taken from.
     Result Execute(const std::vector<std::string>& words, const std::string& baseDir);
 
+    // Adds the forms of the application's commands, read from the same
+    // table the commands are dispatched and explained from, with the help
+    // of their words (CommandInterpreterGrammar.cpp).
+    static void DescribeCommands(CommandGrammar& grammar);
+    // Names of the interfaces announced with 'interface add' and not
+    // removed, sorted, each once.
+    std::vector<std::string> InterfaceNames() const;
+
     // Whether each command is printed, after the prompt, before it runs.
     bool IsEcho() const { return m_echo; }
     void SetEcho(bool echo) { m_echo = echo; }
@@ -70,6 +80,10 @@ private:
         Handler handler;
         const char* usage;    // one or more lines, each without newline
         const char* summary;  // one line
+        // Further forms, one a line, that the grammar offers (Tab, '?')
+        // but the usage leaves out, so that help and the usage in error
+        // texts read as they always have; null when none.
+        const char* more = nullptr;
     };
     static const std::vector<Command>& Commands();
     static const Command* FindCommand(const std::string& name);
@@ -121,6 +135,8 @@ private:
     StackControl& m_stack;
     const LoopSocketInterface& m_sockets;
     bool m_echo = false;
+    // (VLAN, ifindex) -> name of the interfaces announced and not removed.
+    std::map<std::pair<unsigned short, unsigned int>, std::string> m_interfaceNames;
 };
 
 }  // namespace Zavrel

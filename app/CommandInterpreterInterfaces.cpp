@@ -75,6 +75,7 @@ CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
     unsigned short routerStatus;
     if (remove) {
         interfaces->RemoveInterface(vlan, ifIndex, name);
+        m_interfaceNames.erase(std::make_pair(vlan, ifIndex));
         routerStatus = ROUTER_IF_REMOVED;
     } else if (up) {
         interfaces->SetInterfaceUp(vlan, ifIndex, name);
@@ -145,6 +146,7 @@ CommandInterpreter::Result CommandInterpreter::InterfaceAdd(const Args& args)
     }
     interfaces->AddInterface(vlan, ifIndex, args[4].c_str(),
                              static_cast<DcInterfaceMgr::IntfType>(type), flags, extra, oper);
+    m_interfaceNames[std::make_pair(vlan, ifIndex)] = args[4];
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     if (VlanExists(manager, vlan)) {
         manager->ProcessInterfaceStatusChange(vlan, ifIndex,

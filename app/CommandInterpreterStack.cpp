@@ -9,20 +9,27 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
         return Result::Fail("stack: missing sub-command " + SubCommandsOf("stack"));
     }
     const std::string& verb = args[1];
-    if (Words::Is(verb, "status")) {
-        if (args.Count() > 2) {
-            return Result::Fail("stack status: unexpected '" + args[2] + "'");
+    if (Words::Is(verb, "status") || Words::Is(verb, "tables")) {
+        const bool status = Words::Is(verb, "status");
+        const bool json = args.Count() > 2 && Words::Is(args[2], "json");
+        const size_t extra = json ? 3 : 2;
+        if (args.Count() > extra) {
+            return Result::Fail(std::string(status ? "stack status" : "stack tables") +
+                                ": unexpected '" + args[extra] + "'");
         }
-        m_stack.PrintStatus(m_console);
-        m_console.Print("Event loop: %zu stack descriptor(s) registered, %lu ready callback(s)\n",
-                        m_sockets.RegisteredCount(), m_sockets.CallbackCount());
-        return Result::Local();
-    }
-    if (Words::Is(verb, "tables")) {
-        if (args.Count() > 2) {
-            return Result::Fail("stack tables: unexpected '" + args[2] + "'");
+        if (json) {
+            const std::string document =
+                status ? m_stack.StatusJson(m_sockets.RegisteredCount(), m_sockets.CallbackCount())
+                       : m_stack.TablesJson();
+            m_console.Print("%s\n", document.c_str());
+        } else if (status) {
+            m_stack.PrintStatus(m_console);
+            m_console.Print(
+                "Event loop: %zu stack descriptor(s) registered, %lu ready callback(s)\n",
+                m_sockets.RegisteredCount(), m_sockets.CallbackCount());
+        } else {
+            m_stack.PrintTables(m_console);
         }
-        m_stack.PrintTables(m_console);
         return Result::Local();
     }
     if (Words::Is(verb, "learn") || Words::Is(verb, "withdraw")) {

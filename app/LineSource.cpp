@@ -7,6 +7,9 @@
 #include <readline/history.h>
 #include <readline/readline.h>
 
+#include "app/Completer.h"
+#include "app/HistoryFile.h"
+
 namespace Zavrel {
 
 LineSource::~LineSource() = default;
@@ -86,7 +89,31 @@ std::string StreamSource::Where() const
     return m_name + ":" + std::to_string(m_line);
 }
 
-ReadlineSource::ReadlineSource(std::function<std::string()> prompt) : m_prompt(std::move(prompt)) {}
+ReadlineSource::ReadlineSource(std::function<std::string()> prompt, Completer* completer,
+                               HistoryFile* history)
+    : m_prompt(std::move(prompt)), m_completer(completer), m_history(history)
+{
+    // Lets an inputrc tell this program's settings apart ($if zavrel-router).
+    rl_readline_name = "zavrel-router";
+    if (m_completer != nullptr) {
+        m_completer->Install();
+    }
+    if (m_history != nullptr) {
+        m_lastHistory = m_history->Load();
+    }
+}
+
+ReadlineSource::~ReadlineSource()
+{
+    if (m_history != nullptr) {
+        // A history that cannot be written (no HOME, a read-only place) is
+        // lost quietly, as shells do: it is no reason to complain at exit.
+        m_history->Save();
+    }
+    if (m_completer != nullptr) {
+        m_completer->Uninstall();
+    }
+}
 
 bool ReadlineSource::Next(std::string& line)
 {

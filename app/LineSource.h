@@ -63,17 +63,28 @@ private:
     unsigned long m_line = 0;
 };
 
+class Completer;
+class HistoryFile;
+
 // A terminal: line editing and history, with a prompt made fresh for each
-// line.
+// line. With a completer, Tab and '?' complete and explain the words; with
+// a history file, the history is read from it at the start and written
+// back at the end.
 class ReadlineSource : public LineSource {
 public:
-    explicit ReadlineSource(std::function<std::string()> prompt);
+    explicit ReadlineSource(std::function<std::string()> prompt, Completer* completer = nullptr,
+                            HistoryFile* history = nullptr);
+    ~ReadlineSource() override;
+    ReadlineSource(const ReadlineSource&) = delete;
+    ReadlineSource& operator=(const ReadlineSource&) = delete;
     bool Next(std::string& line) override;
     std::string Where() const override { return std::string(); }
     bool IsInteractive() const override { return true; }
 
 private:
     std::function<std::string()> m_prompt;
+    Completer* m_completer;
+    HistoryFile* m_history;
     std::string m_lastHistory;
 };
 

@@ -1,5 +1,8 @@
 #include "app/StackControl.h"
 
+#include <json/value.h>
+#include <json/writer.h>
+
 #include "emulator/Emulator.h"
 
 namespace Zavrel {
@@ -68,6 +71,35 @@ void StackControl::PrintTables(DcConsole& console)
 {
     const std::string text = Emulator::DumpTables();
     console.Print("%s", text.c_str());
+}
+
+namespace {
+
+std::string Document(const Json::Value& value)
+{
+    Json::StreamWriterBuilder builder;
+    builder["indentation"] = "  ";
+    return Json::writeString(builder, value);
+}
+
+}  // namespace
+
+std::string StackControl::StatusJson(size_t descriptors, unsigned long callbacks)
+{
+    Json::Value document(Json::objectValue);
+    document["version"] = JSON_VERSION;
+    document["stack"] = Emulator::StatusJson();
+    document["eventLoop"]["stackDescriptors"] = static_cast<Json::UInt64>(descriptors);
+    document["eventLoop"]["readyCallbacks"] = static_cast<Json::UInt64>(callbacks);
+    return Document(document);
+}
+
+std::string StackControl::TablesJson()
+{
+    Json::Value document(Json::objectValue);
+    document["version"] = JSON_VERSION;
+    document["tables"] = Emulator::TablesJson();
+    return Document(document);
 }
 
 bool StackControl::Learn(unsigned short vlan, bool ipv6, Protocol protocol,

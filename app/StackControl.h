@@ -4,6 +4,7 @@
 #ifndef ZAVREL_APP_STACKCONTROL_H
 #define ZAVREL_APP_STACKCONTROL_H
 
+#include <cstddef>
 #include <string>
 
 #include "platform/DcConsole.h"
@@ -30,6 +31,12 @@ public:
     void PrintStatus(DcConsole& console);
     // Prints every table the stack holds.
     void PrintTables(DcConsole& console);
+    // The same as one JSON document each, with a "version" member (shape:
+    // docs/app.md). The status also tells the event loop's stack
+    // descriptors and ready callbacks.
+    static constexpr int JSON_VERSION = 1;
+    std::string StatusJson(size_t descriptors, unsigned long callbacks);
+    std::string TablesJson();
     // Hands the RTM instance of the VLAN (IPv6 when ipv6) a route learnt by
     // a routing protocol, or withdraws it; the stack takes it on its next
     // run, woken through its descriptor. False when the stack refuses the

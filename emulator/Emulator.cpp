@@ -1,5 +1,7 @@
 #include "emulator/Emulator.h"
 
+#include <json/value.h>
+
 namespace Zavrel::Emulator {
 
 Stack& Instance() {
@@ -110,6 +112,16 @@ std::string DumpTables() {
 
 std::string StatusText() {
     return Instance().StatusText();
+}
+
+Json::Value TablesJson() {
+    Stack& stack = Instance();
+    stack.RefreshRibs();
+    return stack.TablesJson();
+}
+
+Json::Value StatusJson() {
+    return Instance().StatusJson();
 }
 
 }  // namespace Zavrel::Emulator

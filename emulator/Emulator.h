@@ -56,6 +56,10 @@ bool WithdrawProtocolRoute(unsigned long instance, RouteSource source,
 // "Redistribution:", "RIB:", "Interfaces:", "Addresses:").
 std::string DumpTables();
 std::string StatusText();
+// The same as JSON objects: DumpTables has one array member per table,
+// StatusText one member per line (see docs/app.md for the shape).
+Json::Value TablesJson();
+Json::Value StatusJson();
 
 }  // namespace Zavrel::Emulator
 

@@ -1,5 +1,7 @@
 #include "emulator/FaultPlan.h"
 
+#include <json/value.h>
+
 #include <cstdio>
 
 namespace Zavrel::Emulator {
@@ -101,6 +103,25 @@ std::string FaultPlan::Describe() const {
         text += line;
     }
     return text;
+}
+
+Json::Value FaultPlan::ToJson() const {
+    Json::Value faults(Json::arrayValue);
+    for (size_t i = 0; i < REQUEST_KIND_COUNT; ++i) {
+        const PerKind& kind = m_kinds[i];
+        if (kind.failNext == 0 && kind.delay == 1 && kind.ratePerMillion == 0) {
+            continue;
+        }
+        Json::Value fault(Json::objectValue);
+        fault["kind"] = RequestKindName(static_cast<RequestKind>(i));
+        fault["failNext"] = kind.failNext;
+        fault["failResult"] = static_cast<Json::UInt64>(kind.failResult);
+        fault["answerAfterRuns"] = kind.delay;
+        fault["failPerMillion"] = static_cast<Json::UInt>(kind.ratePerMillion);
+        fault["rateResult"] = static_cast<Json::UInt64>(kind.rateResult);
+        faults.append(fault);
+    }
+    return faults;
 }
 
 }  // namespace Zavrel::Emulator

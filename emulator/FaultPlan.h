@@ -11,6 +11,10 @@
 
 #include "emulator/EmulatorTypes.h"
 
+namespace Json {
+class Value;
+}
+
 namespace Zavrel::Emulator {
 
 struct FaultDecision {
@@ -43,6 +47,9 @@ public:
     bool IsEmpty() const;
     // One line per kind with a fault, "none" when there are none.
     std::string Describe() const;
+    // The same as Describe, one object per kind with a fault (an empty
+    // array when there are none).
+    Json::Value ToJson() const;
 
 private:
     struct PerKind {

@@ -161,6 +161,9 @@ public:
     std::string DumpInterfaces() const;
     std::string DumpAddresses() const;
     std::string StatusText() const;
+    // The same information as one JSON value each (StackJson.cpp).
+    Json::Value TablesJson() const;
+    Json::Value StatusJson() const;
 
     // The socket handler of the channel (InvokeCallback reaches it).
     static void OnChannelEvent(int fd, int events, void* context);
