@@ -1,5 +1,8 @@
 #include "app/Application.h"
 
+#include <net/if.h>
+#include <poll.h>
+
 #include <unistd.h>
 
 #include "app/Completer.h"
@@ -14,6 +17,7 @@ Application::Application() = default;
 
 Application::~Application()
 {
+    LineSource::SetInputWait(nullptr);
     if (m_trace) {
         SetTraceSink(m_previousTrace);
     }
@@ -67,6 +71,11 @@ int Application::Main(int argc, char** argv)
             break;
         }
     }
+    if (m_kernel) {
+        // What an earlier run left in the kernel and the start-up commands
+        // did not want again goes now.
+        m_kernel->Settled();
+    }
     if (!m_quit && m_options.readStdin) {
         if (isatty(STDIN_FILENO)) {
             Completer completer(
@@ -79,6 +88,9 @@ int Application::Main(int argc, char** argv)
             StreamSource source(stdin, "<stdin>");
             RunSource(source);
         }
+    }
+    if (m_kernel) {
+        m_kernel->Stop();
     }
     fflush(stdout);
     return m_exitStatus;
@@ -128,7 +140,53 @@ bool Application::Start()
                 m_settler->Limit());
         return false;
     }
-    return true;
+    return !m_options.kernel || StartKernel();
+}
+
+bool Application::StartKernel()
+{
+    m_kernel = std::make_unique<KernelPlane>(
+        [this](const std::string& line, std::string& error) {
+            std::vector<std::string> words;
+            if (!Words::Split(line, words, error)) {
+                return false;
+            }
+            const CommandInterpreter::Result result = m_interpreter->Execute(words, "");
+            error = result.error;
+            return result.status != CommandInterpreter::Result::FAILED;
+        },
+        [this](const std::string& line) {
+            m_console->Print("%s%s\n", m_console->AtLineStart() ? "" : "\n", line.c_str());
+            m_console->Flush();
+        });
+    std::string error;
+    if (!m_kernel->Start(error)) {
+        fprintf(stderr, "zavrel-router: --kernel: %s\n", error.c_str());
+        m_kernel.reset();
+        return false;
+    }
+    m_interpreter->SetKernelPlane(m_kernel.get());
+    if (!m_driver->IsVirtual()) {
+        // Input is read a byte at a time so that waiting for it can be left
+        // to the loop: kernel notifications are handled while the console
+        // is idle.
+        setvbuf(stdin, nullptr, _IONBF, 0);
+        LineSource::SetInputWait([this](int fd) { WaitForInput(fd); });
+    }
+    if (!m_options.kernelAttach.empty() && !m_kernel->LoadBindings(m_options.kernelAttach, error)) {
+        fprintf(stderr, "zavrel-router: --kernel-attach: %s\n", error.c_str());
+        return false;
+    }
+    return m_settler->RunUntilQuiet([]() { return true; });
+}
+
+void Application::WaitForInput(int fd)
+{
+    pollfd input{fd, POLLIN, 0};
+    while (poll(&input, 1, 0) == 0) {
+        m_driver->Step(m_driver->NowMs() + RealLoopDriver::MAX_WAIT_MS);
+        m_console->Flush();
+    }
 }
 
 void Application::DescribeCommands(CommandGrammar& grammar)
@@ -148,6 +206,14 @@ std::vector<std::string> Application::ExistingValues(const std::string& placehol
         }
     } else if (placeholder == "<name>") {
         values = m_interpreter->InterfaceNames();
+    } else if (placeholder == "<ifname>") {
+        // The kernel's interfaces, for 'interface attach'.
+        if (struct if_nameindex* names = if_nameindex()) {
+            for (struct if_nameindex* name = names; name->if_index != 0; ++name) {
+                values.push_back(name->if_name);
+            }
+            if_freenameindex(names);
+        }
     } else if (placeholder == "<command>") {
         // help <command>: every first word.
         CommandGrammar grammar;

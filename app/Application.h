@@ -14,6 +14,7 @@
 #include "app/AppTraceSink.h"
 #include "app/CommandInterpreter.h"
 #include "app/CommandLine.h"
+#include "app/KernelPlane.h"
 #include "app/LineSource.h"
 #include "app/LoopDriver.h"
 #include "app/LoopSocketInterface.h"
@@ -39,6 +40,11 @@ public:
 
 private:
     bool Start();
+    // --kernel: the link to the kernel, the bindings file, and a loop that
+    // keeps running while the application waits for input.
+    bool StartKernel();
+    // Lets the loop run until the descriptor has input.
+    void WaitForInput(int fd);
     // Runs every line of the source; false when the application must stop.
     bool RunSource(LineSource& source);
     bool RunLine(const std::string& line, LineSource& source);
@@ -62,6 +68,7 @@ private:
     std::unique_ptr<SystemProbe> m_probe;
     std::unique_ptr<Settler> m_settler;
     std::unique_ptr<CommandInterpreter> m_interpreter;
+    std::unique_ptr<KernelPlane> m_kernel;
     int m_exitStatus = 0;
     bool m_quit = false;
 };

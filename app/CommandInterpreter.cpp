@@ -24,8 +24,9 @@ const std::vector<CommandInterpreter::Command>& CommandInterpreter::Commands()
         {"interface", &CommandInterpreter::Interface,
          "interface add <vlan> <ifindex> <name> [type <n>] [flags <n>] [extra <n>] [up|down]\n"
          "interface up|down|remove <vlan> <ifindex> <name>\n"
-         "interface primary <vlan> <name>",
-         "announce, change and remove interfaces"},
+         "interface primary <vlan> <name>\n"
+         "interface attach|detach <vlan> <ifname>",
+         "announce, change and remove interfaces; bind kernel interfaces (--kernel)"},
         {"address", &CommandInterpreter::Address,
          "address add|del|change <vlan> <ifindex> <address>/<length>",
          "add, delete or change an IPv4 or IPv6 interface address"},

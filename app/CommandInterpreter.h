@@ -19,6 +19,8 @@
 
 namespace Zavrel {
 
+class KernelPlane;
+
 class CommandInterpreter {
 public:
     struct Result {
@@ -66,6 +68,8 @@ public:
     // Whether each command is printed, after the prompt, before it runs.
     bool IsEcho() const { return m_echo; }
     void SetEcho(bool echo) { m_echo = echo; }
+    // The link to the kernel that 'interface attach|detach' use (null: off).
+    void SetKernelPlane(KernelPlane* kernel) { m_kernel = kernel; }
 
 private:
     struct Args {
@@ -101,6 +105,7 @@ private:
     // CommandInterpreterInterfaces.cpp
     Result Interface(const Args& args);
     Result InterfaceAdd(const Args& args);
+    Result InterfaceAttach(const Args& args);
     Result Address(const Args& args);
     Result Join(const Args& args);
     Result Leave(const Args& args);
@@ -135,6 +140,7 @@ private:
     StackControl& m_stack;
     const LoopSocketInterface& m_sockets;
     bool m_echo = false;
+    KernelPlane* m_kernel = nullptr;
     // (VLAN, ifindex) -> name of the interfaces announced and not removed.
     std::map<std::pair<unsigned short, unsigned int>, std::string> m_interfaceNames;
 };

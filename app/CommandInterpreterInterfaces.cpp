@@ -1,5 +1,6 @@
 // Interfaces, addresses and network membership.
 #include "app/CommandInterpreter.h"
+#include "app/KernelPlane.h"
 #include "interfaces/DcInterfaceMgr.h"
 #include "routing/DcRouterMgr.h"
 
@@ -32,6 +33,9 @@ CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
     const std::string& verb = args[1];
     if (Words::Is(verb, "add")) {
         return InterfaceAdd(args);
+    }
+    if (Words::Is(verb, "attach") || Words::Is(verb, "detach")) {
+        return InterfaceAttach(args);
     }
     DcInterfaceMgr* interfaces = DcInterfaceMgr::GetInstance();
     if (interfaces == nullptr) {
@@ -86,6 +90,32 @@ CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
     }
     if (VlanExists(manager, vlan)) {
         manager->ProcessInterfaceStatusChange(vlan, ifIndex, routerStatus);
+    }
+    return Result::Ok();
+}
+
+CommandInterpreter::Result CommandInterpreter::InterfaceAttach(const Args& args)
+{
+    const bool attach = Words::Is(args[1], "attach");
+    const std::string prefix = "interface " + args[1] + ": ";
+    std::string error;
+    unsigned short vlan = 0;
+    if (!ReadVlan(args, 2, vlan, error)) {
+        return Result::Fail(prefix + error);
+    }
+    if (args.Count() < 4) {
+        return Result::Fail(prefix + "missing <ifname>");
+    }
+    if (args.Count() > 4) {
+        return Result::Fail(prefix + "unexpected '" + args[4] + "'");
+    }
+    if (m_kernel == nullptr) {
+        return Result::Fail(prefix + "the kernel link is off (start with --kernel)");
+    }
+    const bool done = attach ? m_kernel->Attach(vlan, args[3], error)
+                             : m_kernel->Detach(vlan, args[3], error);
+    if (!done) {
+        return Result::Fail(prefix + error);
     }
     return Result::Ok();
 }

@@ -36,6 +36,12 @@ void CommandLine::PrintUsage(FILE* out)
           "      --no-stdin         do not read commands from standard input\n"
           "      --settle-limit MS  longest wait for the system to become quiet after a\n"
           "                         command (300000)\n"
+          "      --kernel           forward for real: the stack's routes go into the kernel's\n"
+          "                         tables (VLAN v: table v) and 'interface attach' binds\n"
+          "                         kernel interfaces to VLANs (needs CAP_NET_ADMIN; see\n"
+          "                         docs/kernel.md)\n"
+          "      --kernel-attach FILE  as --kernel, binding the interfaces FILE names:\n"
+          "                         {\"attach\": [{\"vlan\": 10, \"interface\": \"eth1\"}]}\n"
           "  -h, --help             print this help and exit\n"
           "  -V, --version          print the version and exit\n"
           "\n"
@@ -129,6 +135,20 @@ bool CommandLine::Parse(int argc, char** argv, std::string& error)
                 return false;
             }
             virtualTime = true;
+        } else if (arg == "--kernel") {
+            if (!noValue()) {
+                return false;
+            }
+            kernel = true;
+        } else if (arg == "--kernel-attach") {
+            if (!takeValue(kernelAttach)) {
+                return false;
+            }
+            if (kernelAttach.empty()) {
+                error = "option " + arg + " needs a file name";
+                return false;
+            }
+            kernel = true;
         } else if (arg == "--strict") {
             if (!noValue()) {
                 return false;

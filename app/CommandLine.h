@@ -31,6 +31,10 @@ public:
     bool showHelp = false;
     bool showVersion = false;
     bool readStdin = true;
+    // Routes into the kernel, interfaces from it (--kernel); the interface
+    // bindings file of --kernel-attach (implies --kernel).
+    bool kernel = false;
+    std::string kernelAttach;
     int traceLevel = 0;
     unsigned int settleLimitMs = 0;  // 0: the default bound
     std::vector<Source> sources;

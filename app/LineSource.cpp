@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include <readline/history.h>
 #include <readline/readline.h>
@@ -11,6 +12,36 @@
 #include "app/HistoryFile.h"
 
 namespace Zavrel {
+
+namespace {
+
+LineSource::InputWait& InputWaitHook()
+{
+    static LineSource::InputWait wait;
+    return wait;
+}
+
+// readline's way to read a key, waiting on the loop first.
+int WaitingGetc(FILE* stream)
+{
+    InputWaitHook()(fileno(stream));
+    return rl_getc(stream);
+}
+
+}  // namespace
+
+void LineSource::SetInputWait(InputWait wait)
+{
+    InputWaitHook() = std::move(wait);
+    rl_getc_function = InputWaitHook() ? WaitingGetc : rl_getc;
+}
+
+void LineSource::WaitForInput(int fd)
+{
+    if (InputWaitHook()) {
+        InputWaitHook()(fd);
+    }
+}
 
 LineSource::~LineSource() = default;
 
@@ -64,6 +95,7 @@ bool StreamSource::Next(std::string& line)
     if (m_stream == nullptr) {
         return false;
     }
+    WaitForInput(fileno(m_stream));
     line.clear();
     int c;
     bool any = false;

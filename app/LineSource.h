@@ -22,6 +22,17 @@ public:
     // (empty: the working directory).
     virtual std::string BaseDir() const { return std::string(); }
     virtual bool IsInteractive() const { return false; }
+
+    // Called with a descriptor before a source blocks on it for input; the
+    // application lets its event loop run there until the descriptor is
+    // readable, so that the system keeps working while it waits for a
+    // command (null: block as usual). A stream read this way must be
+    // unbuffered, or a line already buffered would wait for more input.
+    using InputWait = std::function<void(int fd)>;
+    static void SetInputWait(InputWait wait);
+
+protected:
+    static void WaitForInput(int fd);
 };
 
 // One command given with -c.

@@ -26,6 +26,7 @@ std::string Sample(const std::string& placeholder)
         {"<file>", SourceDir() + "/examples/site-vlans.json"},
         {"<source>", "site-vlans.json"},
         {"<name>", "eth0"},
+        {"<ifname>", "eth0"},
         {"<n>", "1"},
         {"<vlan>", "10"},
         {"<vid>", "10"},
@@ -98,7 +99,10 @@ TEST_F(CommandAgreementTest, EveryWordOfTheGrammarIsTaken)
     std::istringstream output(session.Take());
     std::string complaints;
     for (std::string line; std::getline(output, line);) {
-        if (line.compare(0, 15, "zavrel-router: ") == 0) {
+        // 'interface attach|detach' take their words but need --kernel,
+        // which this run has not: that answer is not about a word.
+        if (line.compare(0, 15, "zavrel-router: ") == 0 &&
+            line.find(": the kernel link is off (start with --kernel)") == std::string::npos) {
             complaints += line + "\n";
         }
     }
