@@ -124,6 +124,13 @@ int KernelLinks::Fd() const {
 }
 
 bool KernelLinks::Dump(uint16_t type, std::string& error) {
+    m_dumping = true;
+    const bool ok = DumpNow(type, error);
+    m_dumping = false;
+    return ok;
+}
+
+bool KernelLinks::DumpNow(uint16_t type, std::string& error) {
     std::vector<char> buffer(RECEIVE_SIZE);
     nlmsghdr* request = mnl_nlmsg_put_header(buffer.data());
     request->nlmsg_type = type;
@@ -191,6 +198,8 @@ void KernelLinks::OnReadable() {
             return;
         }
         mnl_cb_run(buffer.data(), static_cast<size_t>(size), 0, 0, OnMessage, this);
+        std::string error;
+        ReadWantedAddresses(error);
     }
 }
 
@@ -232,12 +241,18 @@ void KernelLinks::OnLink(const KernelLink& link, bool removed) {
 void KernelLinks::Appear(unsigned short vlan, const KernelLink& link) {
     m_links[link.name] = link;
     m_listener.LinkAdded(vlan, link);
-    if (!m_dumpingAddresses) {
-        m_dumpingAddresses = true;
-        std::string error;
-        Dump(RTM_GETADDR, error);
-        m_dumpingAddresses = false;
+    // Its addresses are read once the dump or the notifications under way
+    // are done: a socket takes one dump at a time.
+    m_addressesWanted = true;
+}
+
+bool KernelLinks::ReadWantedAddresses(std::string& error) {
+    bool ok = true;
+    while (m_addressesWanted && !m_dumping) {
+        m_addressesWanted = false;
+        ok = Dump(RTM_GETADDR, error) && ok;
     }
+    return ok;
 }
 
 void KernelLinks::Vanish(unsigned short vlan, const std::string& name) {
@@ -286,7 +301,7 @@ bool KernelLinks::Attach(unsigned short vlan, const std::string& name, std::stri
         return false;
     }
     m_bindings[name] = vlan;
-    return Dump(RTM_GETLINK, error);
+    return Dump(RTM_GETLINK, error) && ReadWantedAddresses(error);
 }
 
 bool KernelLinks::Detach(unsigned short vlan, const std::string& name, std::string& error) {

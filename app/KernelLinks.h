@@ -86,6 +86,9 @@ private:
     void Vanish(unsigned short vlan, const std::string& name);
     // Dumps links (RTM_GETLINK) or addresses (RTM_GETADDR) into the handlers.
     bool Dump(uint16_t type, std::string& error);
+    bool DumpNow(uint16_t type, std::string& error);
+    // Dumps the addresses when an interface appeared since the last dump.
+    bool ReadWantedAddresses(std::string& error);
     void Handle(const nlmsghdr* message);
     static int OnMessage(const nlmsghdr* message, void* self);
 
@@ -96,7 +99,8 @@ private:
     std::map<std::string, unsigned short> m_bindings;
     std::map<std::string, KernelLink> m_links;  // bound interfaces that exist
     std::set<KernelAddress> m_addresses;        // their addresses
-    bool m_dumpingAddresses = false;
+    bool m_dumping = false;
+    bool m_addressesWanted = false;
 };
 
 }  // namespace Zavrel

@@ -15,7 +15,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(cmake ninja-build g++ pkg-config libjsoncpp-dev libgtest-dev libgmock-dev
-          libbenchmark-dev libevent-dev libreadline-dev libmnl-dev iproute2)
+          libbenchmark-dev libevent-dev libreadline-dev libmnl-dev iproute2
+          iputils-ping)
 if [ "${ZAVREL_CROSS:-}" = "armhf" ]; then
   packages+=(g++-arm-linux-gnueabihf libc6-dev-armhf-cross qemu-user)
 fi
