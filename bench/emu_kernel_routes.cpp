@@ -8,7 +8,7 @@
 // Needs CAP_SYS_ADMIN: the program moves into a network namespace of its
 // own (unshare) and makes one veth pair per VLAN there. The library and the
 // stack are process-wide, so each benchmark runs once per process: choose
-// one with --benchmark_filter (BM_KernelRoutes/10000 or /100000).
+// one with --benchmark_filter (BM_KernelRoutes/10000/ or BM_KernelRoutes/100000/).
 //
 // Reported counters, per route (microseconds of CPU):
 //   library_us   the library, the platform and the driver of the run
