@@ -85,6 +85,8 @@ std::string FibSink::StatusText() const {
     return "";
 }
 
+void FibSink::StatusJson(Json::Value&) const {}
+
 void FibSink::InterfacesChanged() {}
 
 void FibSink::OnCommitted() {}

@@ -17,6 +17,8 @@
 #include <tuple>
 #include <vector>
 
+#include <json/value.h>
+
 #include "emulator/IpAddress.h"
 #include "emulator/Rib.h"
 
@@ -84,6 +86,8 @@ public:
     virtual std::string Describe(const FibKey& key) const;
     // Lines added to the stack's status text ("" for none).
     virtual std::string StatusText() const;
+    // The same as members of the status document (none by default).
+    virtual void StatusJson(Json::Value& status) const;
     // The stack's interfaces or addresses changed (routes refused for want
     // of them may now be accepted).
     virtual void InterfacesChanged();

@@ -324,6 +324,27 @@ void KernelFib::Resync() {
     }
 }
 
+void KernelFib::StatusJson(Json::Value& status) const {
+    Json::Value& kernel = status["kernelForwarding"];
+    auto count = [](uint64_t value) { return Json::Value(static_cast<Json::UInt64>(value)); };
+    kernel["protocol"] = static_cast<Json::UInt>(PROTOCOL);
+    kernel["priority"] = static_cast<Json::UInt>(PRIORITY);
+    kernel["written"] = count(m_counters.written);
+    kernel["removed"] = count(m_counters.removed);
+    kernel["refused"] = count(m_counters.refused);
+    kernel["waiting"] = count(m_refused.size());
+    kernel["repaired"] = count(m_counters.repaired);
+    kernel["adopted"] = count(m_counters.adopted);
+    kernel["kept"] = count(m_counters.kept);
+    kernel["released"] = count(m_counters.released);
+    kernel["undecided"] = count(m_adopted.size());
+    kernel["batches"] = count(m_counters.batches);
+    kernel["resyncs"] = count(m_counters.resyncs);
+    if (!m_failure.empty()) {
+        kernel["failure"] = m_failure;
+    }
+}
+
 std::string KernelFib::ErrorOf(const FibKey& key) const {
     auto found = m_refused.find(key);
     return found == m_refused.end() ? std::string() : found->second.error;

@@ -85,6 +85,8 @@ public:
 
     std::string Describe(const FibKey& key) const override;
     std::string StatusText() const override;
+    // "kernelForwarding": protocol, priority and the counters.
+    void StatusJson(Json::Value& status) const override;
     void InterfacesChanged() override;
 
 protected:

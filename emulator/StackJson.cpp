@@ -79,6 +79,12 @@ Json::Value Stack::TablesJson() const {
             item["metric"] = Count(r.metric);
             item["age"] = Count(AgeOf(r.sinceMs));
             item["unresolved"] = r.unresolved;
+            if (r.fib) {
+                const std::string forwarding = m_fib->Describe(FibKeyOf(entry.first, r));
+                if (!forwarding.empty()) {
+                    item["forwarding"] = forwarding;
+                }
+            }
             rib.append(item);
         }
     }
@@ -178,6 +184,7 @@ Json::Value Stack::StatusJson() const {
         channel["state"] = m_channel.IsOpen() ? "not registered" : "closed";
     }
     status["managementChannel"] = channel;
+    m_fib->StatusJson(status);
     return status;
 }
 

@@ -3,6 +3,8 @@
 // committed; the stack tells it every change of an installed route.
 #include <gtest/gtest.h>
 
+#include <json/value.h>
+
 #include <memory>
 
 #include "emulator/FibSink.h"
@@ -22,6 +24,13 @@ using Emulator::RouteSource;
 class RecordingFib final : public FibSink {
 public:
     explicit RecordingFib(Strings& lines) : m_lines(lines) {}
+
+    // A sink that has something to say of one destination.
+    std::string Describe(const FibKey& key) const override {
+        return key.prefixLength == 16 ? "kernel: refused for the test" : "";
+    }
+    std::string StatusText() const override { return "Recording sink\n"; }
+    void StatusJson(Json::Value& status) const override { status["recording"] = true; }
 
     static std::string RouteText(const std::optional<FibRoute>& route) {
         if (!route) {
@@ -204,6 +213,23 @@ TEST_F(StackFibTest, ADeletedInstanceWithdrawsEveryRouteItInstalled) {
                        "5 192.168.0.0/16: 10.0.0.254 if 100 static -> -"}),
               lines);
     EXPECT_TRUE(Stack().Fib().Committed().empty());
+}
+
+TEST_F(StackFibTest, WhatTheSinkSaysOfARouteIsShownWithItInTheTablesAndTheStatus) {
+    Network(5, 100, "eth0", "10.0.0.1", 24);
+    Route(1, 1, 5, "192.168.0.0", 16, "10.0.0.254");
+    Side().RunScheduler();
+    EXPECT_EQ("> 5 10.0.0.0/24 via 0.0.0.0 ifIndex 100 connected distance 0 metric 0 age 0\n"
+              "> 5 192.168.0.0/16 via 10.0.0.254 ifIndex 100 static distance 1 metric 1 age 0 "
+              "kernel: refused for the test\n",
+              Stack().DumpRib());
+    const Json::Value tables = Stack().TablesJson();
+    ASSERT_EQ(2u, tables["rib"].size());
+    EXPECT_FALSE(tables["rib"][0].isMember("forwarding"));
+    EXPECT_EQ("kernel: refused for the test", tables["rib"][1]["forwarding"].asString());
+    const std::string status = Stack().StatusText();
+    EXPECT_EQ("Recording sink\n", status.substr(status.size() - 15));
+    EXPECT_TRUE(Stack().StatusJson()["recording"].asBool());
 }
 
 TEST_F(StackFibTest, TheDefaultSinkHoldsExactlyTheInstalledRoutes) {

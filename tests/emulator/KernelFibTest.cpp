@@ -5,6 +5,8 @@
 #include <net/if.h>
 
 #include <algorithm>
+#include <json/value.h>
+
 #include <memory>
 
 #include "emulator/KernelFib.h"
@@ -291,6 +293,14 @@ TEST_F(KernelFibTest, TheStatusLineCountsWhatHappened) {
               "(1 waiting), repaired 0; adopted 0 (kept 0, released 0, 0 undecided); batches 1, "
               "resyncs 0\n",
               fib->StatusText());
+    Json::Value status;
+    fib->StatusJson(status);
+    const Json::Value& kernel = status["kernelForwarding"];
+    EXPECT_EQ(201u, kernel["protocol"].asUInt());
+    EXPECT_EQ(1u, kernel["written"].asUInt());
+    EXPECT_EQ(1u, kernel["refused"].asUInt());
+    EXPECT_EQ(1u, kernel["waiting"].asUInt());
+    EXPECT_FALSE(kernel.isMember("failure"));
 }
 
 }  // namespace
