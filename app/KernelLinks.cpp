@@ -12,6 +12,8 @@
 
 #include <vector>
 
+#include "emulator/RouteNetlink.h"
+
 namespace Zavrel {
 
 namespace {
@@ -134,7 +136,6 @@ bool KernelLinks::DumpNow(uint16_t type, std::string& error) {
     std::vector<char> buffer(RECEIVE_SIZE);
     nlmsghdr* request = mnl_nlmsg_put_header(buffer.data());
     request->nlmsg_type = type;
-    request->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
     request->nlmsg_seq = ++m_sequence;
     if (type == RTM_GETLINK) {
         auto* info = static_cast<ifinfomsg*>(mnl_nlmsg_put_extra_header(request, sizeof(ifinfomsg)));
@@ -143,26 +144,7 @@ bool KernelLinks::DumpNow(uint16_t type, std::string& error) {
         auto* info = static_cast<ifaddrmsg*>(mnl_nlmsg_put_extra_header(request, sizeof(ifaddrmsg)));
         info->ifa_family = AF_UNSPEC;
     }
-    if (mnl_socket_sendto(m_requests, request, request->nlmsg_len) < 0) {
-        error = ErrnoText("interface dump");
-        return false;
-    }
-    for (;;) {
-        const ssize_t size = mnl_socket_recvfrom(m_requests, buffer.data(), buffer.size());
-        if (size < 0) {
-            error = ErrnoText("interface dump");
-            return false;
-        }
-        const int result = mnl_cb_run(buffer.data(), static_cast<size_t>(size), m_sequence,
-                                      mnl_socket_get_portid(m_requests), OnMessage, this);
-        if (result < 0) {
-            error = ErrnoText("interface dump");
-            return false;
-        }
-        if (result == MNL_CB_STOP) {
-            return true;
-        }
-    }
+    return Emulator::RunNetlinkDump(m_requests, request, OnMessage, this, "interface dump", error);
 }
 
 int KernelLinks::OnMessage(const nlmsghdr* message, void* self) {

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "emulator/KernelFib.h"
+#include "emulator/RouteNetlink.h"
 
 namespace Zavrel {
 
@@ -84,32 +85,12 @@ bool KernelRules::Dump(int family, std::string& error) {
     std::vector<char> buffer(RECEIVE_SIZE);
     nlmsghdr* request = mnl_nlmsg_put_header(buffer.data());
     request->nlmsg_type = RTM_GETRULE;
-    request->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
     request->nlmsg_seq = ++m_sequence;
     auto* header = static_cast<fib_rule_hdr*>(mnl_nlmsg_put_extra_header(request, sizeof(fib_rule_hdr)));
     header->family = static_cast<uint8_t>(family);
-    if (mnl_socket_sendto(m_socket, request, request->nlmsg_len) < 0) {
-        error = ErrnoText("rule dump");
-        return false;
-    }
     DumpState state;
     state.adopted = &m_adopted;
-    for (;;) {
-        const ssize_t size = mnl_socket_recvfrom(m_socket, buffer.data(), buffer.size());
-        if (size < 0) {
-            error = ErrnoText("rule dump");
-            return false;
-        }
-        const int result = mnl_cb_run(buffer.data(), static_cast<size_t>(size), m_sequence,
-                                      m_portId, OnDumpedRule, &state);
-        if (result < 0) {
-            error = ErrnoText("rule dump");
-            return false;
-        }
-        if (result == MNL_CB_STOP) {
-            return true;
-        }
-    }
+    return Emulator::RunNetlinkDump(m_socket, request, OnDumpedRule, &state, "rule dump", error);
 }
 
 bool KernelRules::Write(bool add, const Rule& rule, std::string& error) {

@@ -32,6 +32,7 @@
 #include <memory>
 #include <string>
 
+#include "bench/BenchSupport.h"
 #include "emulator/Emulator.h"
 #include "emulator/KernelFib.h"
 #include "interfaces/DcInterfaceMgr.h"
@@ -46,14 +47,9 @@
 namespace {
 
 using namespace Zavrel;
+using namespace Zavrel::bench;
 
 const unsigned short VLANS = 100;
-
-uint64_t ClockNs(clockid_t clock) {
-    timespec now{};
-    clock_gettime(clock, &now);
-    return static_cast<uint64_t>(now.tv_sec) * 1000000000u + static_cast<uint64_t>(now.tv_nsec);
-}
 
 uint64_t ChildrenCpuNs() {
     rusage usage{};
@@ -62,47 +58,9 @@ uint64_t ChildrenCpuNs() {
            static_cast<uint64_t>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) * 1000u;
 }
 
-class QuietSink : public TraceSink {
-public:
-    bool Wants(int) const override { return false; }
-    void Write(int, const char*) override {}
-};
-
-class NoIpInterface : public DcIpInterface {};
-
-class LoopSockets : public DcSckInterface {
-public:
-    explicit LoopSockets(EventLoop& loop) : m_loop(loop) {}
-    void RegisterSocket(int fd, int kind, int) override {
-        m_loop.WatchFd(fd, kind == 2 ? EventLoop::WRITABLE : EventLoop::READABLE,
-                       [](int ready, int events) {
-                           DcRouterMgr::GetInstance()->SocketCallback(ready, events);
-                       });
-    }
-    void UnregisterSocket(int fd, int) override { m_loop.UnwatchFd(fd); }
-    void ChangeSocketMask(int fd, int kind) override {
-        m_loop.ChangeFd(fd,
-                        kind == 0 ? 0 : (kind == 2 ? EventLoop::WRITABLE : EventLoop::READABLE));
-    }
-
-private:
-    EventLoop& m_loop;
-};
-
 size_t Installed() {
     Emulator::Instance().RefreshRibs();
     return Emulator::Instance().Fib().Committed().size();
-}
-
-template <typename Done>
-bool AdvanceUntil(VirtualEventLoop& loop, uint64_t limitMs, Done done) {
-    for (uint64_t waited = 0; waited < limitMs; waited += 10) {
-        if (done()) {
-            return true;
-        }
-        loop.Advance(10);
-    }
-    return done();
 }
 
 // Route i of a VLAN: (20 + i / 256).vlan.(i % 256).0/24 via 10.0.vlan.254.

@@ -27,6 +27,7 @@
 
 #include <cstdio>
 
+#include "bench/BenchSupport.h"
 #include "emulator/Emulator.h"
 #include "interfaces/DcInterfaceMgr.h"
 #include "platform/EventLoop.h"
@@ -40,44 +41,10 @@
 namespace {
 
 using namespace Zavrel;
+using namespace Zavrel::bench;
 
 const unsigned short VLANS = 100;
 const unsigned int ROUTES_PER_VLAN = 100;
-
-uint64_t ClockNs(clockid_t clock) {
-    timespec now{};
-    clock_gettime(clock, &now);
-    return static_cast<uint64_t>(now.tv_sec) * 1000000000u + static_cast<uint64_t>(now.tv_nsec);
-}
-
-class QuietSink : public TraceSink {
-public:
-    bool Wants(int) const override { return false; }
-    void Write(int, const char*) override {}
-};
-
-class NoIpInterface : public DcIpInterface {};
-
-// The application's socket registry: descriptors are watched on the loop and
-// handed back to the library when ready.
-class LoopSockets : public DcSckInterface {
-public:
-    explicit LoopSockets(EventLoop& loop) : m_loop(loop) {}
-    void RegisterSocket(int fd, int kind, int) override {
-        m_loop.WatchFd(fd, kind == 2 ? EventLoop::WRITABLE : EventLoop::READABLE,
-                       [](int ready, int events) {
-                           DcRouterMgr::GetInstance()->SocketCallback(ready, events);
-                       });
-    }
-    void UnregisterSocket(int fd, int) override { m_loop.UnwatchFd(fd); }
-    void ChangeSocketMask(int fd, int kind) override {
-        m_loop.ChangeFd(fd,
-                        kind == 0 ? 0 : (kind == 2 ? EventLoop::WRITABLE : EventLoop::READABLE));
-    }
-
-private:
-    EventLoop& m_loop;
-};
 
 size_t Installed() {
     size_t fib = 0;
@@ -86,18 +53,6 @@ size_t Installed() {
         fib += entry.second->GetRib().FibCount();
     }
     return fib;
-}
-
-// Advances the clock in steps until done() holds; returns false after limitMs.
-template <typename Done>
-bool AdvanceUntil(VirtualEventLoop& loop, uint64_t limitMs, Done done) {
-    for (uint64_t waited = 0; waited < limitMs; waited += 10) {
-        if (done()) {
-            return true;
-        }
-        loop.Advance(10);
-    }
-    return done();
 }
 
 void BM_EmuStaticRoutes(benchmark::State& state) {

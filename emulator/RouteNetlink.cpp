@@ -235,27 +235,32 @@ bool RouteNetlink::Dump(int family, std::vector<KernelRoute>& routes, std::strin
     std::vector<char> buffer(RECEIVE_SIZE);
     nlmsghdr* request = mnl_nlmsg_put_header(buffer.data());
     request->nlmsg_type = RTM_GETROUTE;
-    request->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
     request->nlmsg_seq = ++m_sequence;
     auto* rtm = static_cast<rtmsg*>(mnl_nlmsg_put_extra_header(request, sizeof(rtmsg)));
     rtm->rtm_family = static_cast<unsigned char>(family);
-    if (mnl_socket_sendto(m_socket, request, request->nlmsg_len) < 0) {
-        error = ErrnoText("route dump");
-        return false;
-    }
     DumpState state;
     state.family = family;
     state.routes = &routes;
+    return RunNetlinkDump(m_socket, request, OnDumpedRoute, &state, "route dump", error);
+}
+
+bool RunNetlinkDump(mnl_socket* socket, nlmsghdr* request, int (*callback)(const nlmsghdr*, void*),
+                    void* data, const char* what, std::string& error) {
+    request->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;
+    if (mnl_socket_sendto(socket, request, request->nlmsg_len) < 0) {
+        error = ErrnoText(what);
+        return false;
+    }
+    const uint32_t sequence = request->nlmsg_seq;
+    const uint32_t portId = mnl_socket_get_portid(socket);
+    std::vector<char> buffer(RECEIVE_SIZE);
     for (;;) {
-        const ssize_t size = mnl_socket_recvfrom(m_socket, buffer.data(), buffer.size());
-        if (size < 0) {
-            error = ErrnoText("route dump");
-            return false;
-        }
-        const int result = mnl_cb_run(buffer.data(), static_cast<size_t>(size), m_sequence,
-                                      m_portId, OnDumpedRoute, &state);
+        const ssize_t size = mnl_socket_recvfrom(socket, buffer.data(), buffer.size());
+        const int result = size < 0 ? MNL_CB_ERROR
+                                    : mnl_cb_run(buffer.data(), static_cast<size_t>(size),
+                                                 sequence, portId, callback, data);
         if (result < 0) {
-            error = ErrnoText("route dump");
+            error = ErrnoText(what);
             return false;
         }
         if (result == MNL_CB_STOP) {

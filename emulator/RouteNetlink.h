@@ -86,6 +86,12 @@ private:
     uint64_t m_sends = 0;
 };
 
+// Sends a dump request (NLM_F_DUMP set here) on a blocking socket and hands
+// every message of the answer to callback, until its end. False with
+// "<what>: <reason>" in error when the socket or the kernel failed.
+bool RunNetlinkDump(mnl_socket* socket, nlmsghdr* request, int (*callback)(const nlmsghdr*, void*),
+                    void* data, const char* what, std::string& error);
+
 // Parses a route message; false for anything that is not a unicast route.
 bool ParseKernelRoute(const nlmsghdr* message, KernelRoute& route);
 

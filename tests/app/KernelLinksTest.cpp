@@ -48,14 +48,7 @@ public:
 class KernelLinksTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        m_namespace = std::make_unique<NetNamespace>();
-        if (!m_namespace->Inside()) {
-            if (NetNamespace::MustRun()) {
-                FAIL() << "skipped: needs CAP_SYS_ADMIN (" << m_namespace->Error()
-                       << "); CI=true must run this test";
-            }
-            GTEST_SKIP() << "skipped: needs CAP_SYS_ADMIN (" << m_namespace->Error() << ")";
-        }
+        ZAVREL_ENTER_NET_NAMESPACE(m_namespace);
         Shell("ip link add veth0 type veth peer name veth1");
         Shell("ip addr add 10.1.0.1/24 dev veth0");
         links = std::make_unique<KernelLinks>(listener);

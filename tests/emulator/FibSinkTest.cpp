@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "emulator/FibSink.h"
+#include "tests/emulator/FibValues.h"
 #include "tests/emulator/EmulatorFixture.h"
 
 namespace Zavrel::test {
@@ -53,23 +54,6 @@ protected:
 private:
     Strings& m_lines;
 };
-
-FibKey Key(unsigned long table, const char* destination, unsigned long prefixLength) {
-    FibKey key;
-    key.table = table;
-    key.destination.Parse(destination);
-    key.prefixLength = prefixLength;
-    return key;
-}
-
-FibRoute Via(const char* nextHop, unsigned long ifIndex,
-             RouteSource source = RouteSource::Static) {
-    FibRoute route;
-    route.nextHop.Parse(nextHop);
-    route.ifIndex = ifIndex;
-    route.source = source;
-    return route;
-}
 
 TEST(FibSinkTest, ACommitAppliesEachDestinationOnceWithItsLastRoute) {
     Strings lines;

@@ -10,6 +10,7 @@
 #include <memory>
 
 #include "emulator/KernelFib.h"
+#include "tests/emulator/FibValues.h"
 #include "support/testsupport/NetNamespace.h"
 #include "support/testsupport/TestEnv.h"
 
@@ -21,35 +22,11 @@ using Emulator::FibRoute;
 using Emulator::KernelFib;
 using Emulator::RouteSource;
 
-FibKey Key(unsigned long table, const char* destination, unsigned long prefixLength) {
-    FibKey key;
-    key.table = table;
-    key.destination.Parse(destination);
-    key.prefixLength = prefixLength;
-    return key;
-}
-
-FibRoute Via(const char* nextHop, unsigned long ifIndex,
-             RouteSource source = RouteSource::Static) {
-    FibRoute route;
-    route.nextHop.Parse(nextHop);
-    route.ifIndex = ifIndex;
-    route.source = source;
-    return route;
-}
-
 class KernelFibTest : public TestEnv {
 protected:
     void SetUp() override {
         TestEnv::SetUp();
-        m_namespace = std::make_unique<NetNamespace>();
-        if (!m_namespace->Inside()) {
-            if (NetNamespace::MustRun()) {
-                FAIL() << "skipped: needs CAP_SYS_ADMIN (" << m_namespace->Error()
-                       << "); CI=true must run this test";
-            }
-            GTEST_SKIP() << "skipped: needs CAP_SYS_ADMIN (" << m_namespace->Error() << ")";
-        }
+        ZAVREL_ENTER_NET_NAMESPACE(m_namespace);
         Shell("ip link add veth0 type veth peer name veth1");
         Shell("ip link set veth0 up");
         Shell("ip link set veth1 up");

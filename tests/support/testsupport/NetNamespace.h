@@ -16,6 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string>
 
 namespace Zavrel::test {
@@ -86,15 +87,19 @@ private:
 
 }  // namespace Zavrel::test
 
-// Enters a namespace for the rest of the test, or skips (fails under CI).
-#define ZAVREL_ENTER_NET_NAMESPACE(ns)                                                   \
-    ::Zavrel::test::NetNamespace ns;                                                     \
-    if (!ns.Inside()) {                                                                  \
-        if (::Zavrel::test::NetNamespace::MustRun()) {                                   \
-            FAIL() << "skipped: needs CAP_SYS_ADMIN (" << ns.Error() << "); CI=true must " \
-                      "run this test";                                                   \
-        }                                                                                \
-        GTEST_SKIP() << "skipped: needs CAP_SYS_ADMIN (" << ns.Error() << ")";           \
-    }
+// In a fixture's SetUp: makes a namespace into holder (a
+// std::unique_ptr<NetNamespace>), or skips the test when that needs a
+// privilege the process lacks (fails instead under CI=true).
+#define ZAVREL_ENTER_NET_NAMESPACE(holder)                                                  \
+    do {                                                                                    \
+        holder = std::make_unique<::Zavrel::test::NetNamespace>();                          \
+        if (!holder->Inside()) {                                                            \
+            if (::Zavrel::test::NetNamespace::MustRun()) {                                  \
+                FAIL() << "skipped: needs CAP_SYS_ADMIN (" << holder->Error()               \
+                       << "); CI=true must run this test";                                  \
+            }                                                                               \
+            GTEST_SKIP() << "skipped: needs CAP_SYS_ADMIN (" << holder->Error() << ")";     \
+        }                                                                                   \
+    } while (false)
 
 #endif
