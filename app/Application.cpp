@@ -44,6 +44,10 @@ int Application::Main(int argc, char** argv)
     m_previousTrace = SetTraceSink(m_trace.get());
 
     if (!Start()) {
+        if (m_kernel) {
+            // Whatever the failed start put into the kernel comes out again.
+            m_kernel->Stop();
+        }
         fflush(stdout);
         return EXIT_BAD_COMMAND;
     }

@@ -13,6 +13,9 @@
 #     restart       killing the router and starting it again leaves the
 #                   table as it was, without removing and re-adding routes
 #     exit          a clean exit removes our routes and rules
+#     bad-bindings  a bindings file with a bad entry stops the start with
+#                   exit status 1 and a message naming the entry, and leaves
+#                   no rule of the entries before it
 #
 # Needs root (namespaces of its own); without it prints "skipped: needs
 # CAP_SYS_ADMIN" and exits 77, which is a failure under CI=true.
@@ -116,6 +119,19 @@ settle() {
   done
   fail "the router's tables did not settle"
 }
+
+if [ "$case_name" = bad-bindings ]; then
+  echo '{"attach": [{"vlan": 10, "interface": "ra0"}, {"vlan": 0, "interface": "rb0"}]}' >"$work/bad.json"
+  in_ns "$R" ${ZAVREL_APP_LAUNCHER:-} "$app" --kernel-attach "$work/bad.json" --no-stdin \
+    >"$work/router.out" 2>&1
+  status=$?
+  [ $status -eq 1 ] || fail "exit status $status, expected 1"
+  expected="zavrel-router: --kernel-attach: $work/bad.json: attach[1]: needs \"vlan\" (1 to 4094) and \"interface\" (a name)"
+  [ "$(cat "$work/router.out")" = "$expected" ] || fail "unexpected message"
+  [ -z "$(in_ns "$R" ip rule show | grep 'proto 201')" ] || fail "rules left after the failed start"
+  echo "ok: $case_name"
+  exit 0
+fi
 
 start_router
 wait_route yes "198.51.100.0/24 via 10.20.0.2 dev rb0 proto 201 metric 20"
