@@ -2,10 +2,11 @@
 # Runs an armhf program under qemu user emulation:
 #   qemu-armhf.sh <program> [arguments...]
 #
-# qemu loads the program's dynamic loader and libraries from the project's
-# armhf sysroot (ZAVREL_ARMHF_SYSROOT, default build/sysroot-armhf of this
-# source tree; made by scripts/armhf-sysroot.sh), which holds the unpacked
-# armhf libraries and links to the cross toolchain's C and C++ runtime.
+# The emulator is the static qemu-arm of the project's armhf sysroot
+# (ZAVREL_ARMHF_SYSROOT, default build/sysroot-armhf of this source tree;
+# made by scripts/armhf-sysroot.sh); it loads the program's dynamic loader
+# and libraries from that sysroot, which holds the unpacked armhf libraries
+# and links to the cross C and C++ runtime.
 #
 # The program is started with this script as its argv[0] and its own path in
 # ZAVREL_QEMU_PROGRAM. A program that starts itself again through argv[0]
@@ -23,4 +24,4 @@ else
   shift
   export ZAVREL_QEMU_PROGRAM="$program"
 fi
-exec qemu-arm -L "$sysroot" -0 "$self" "$program" "$@"
+exec "$sysroot/host/usr/bin/qemu-arm-static" -L "$sysroot" -0 "$self" "$program" "$@"

@@ -1,26 +1,23 @@
 #!/usr/bin/env bash
-# Installs the Debian packages the build needs when they are missing.
+# Installs the Debian packages the native build needs when they are missing.
 # As root it runs apt-get; otherwise it prints the command and fails.
 #
-#   ZAVREL_CROSS=armhf   also the 32-bit ARM cross build: the cross compiler
-#                        with its armhf C/C++ runtime and qemu-user (ordinary
-#                        host packages), then the project's armhf sysroot
-#                        (scripts/armhf-sysroot.sh).
+#   ZAVREL_CROSS=armhf   also the 32-bit ARM cross build: the project's armhf
+#                        sysroot (scripts/armhf-sysroot.sh), which unpacks
+#                        the cross compiler, qemu and the armhf libraries
+#                        into the project; none of them goes through dpkg.
 #
-# Only host packages are installed, and never by removing or downgrading
-# one the host has: apt-get runs with --no-remove and without
-# --allow-downgrades, so a conflict stops the run instead. The armhf
-# libraries never go through dpkg; they are unpacked into the sysroot.
+# Installing only adds packages: apt's plan is read first, and a plan that
+# would remove a package or put one at an older version is refused with the
+# packages named, before anything is changed. Where the index still carries
+# the host's version of a runtime library, its -dev package is asked for at
+# that version, so that nothing is upgraded either.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(cmake ninja-build g++ pkg-config libjsoncpp-dev libgtest-dev libgmock-dev
           libbenchmark-dev libevent-dev libreadline-dev libmnl-dev iproute2
           iputils-ping)
-if [ "${ZAVREL_CROSS:-}" = "armhf" ]; then
-  packages+=(g++-arm-linux-gnueabihf libc6-dev-armhf-cross qemu-user)
-fi
-
 missing=()
 for p in "${packages[@]}"; do
   if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
@@ -67,6 +64,18 @@ keep_installed_versions() {
   printf '%s\n' "$@"
 }
 
+# What apt's plan for these packages would do to packages the host has
+# (scripts/apt-plan.sh), one change a line; a request apt cannot plan at all
+# is one line too.
+host_changes() {
+  local plan
+  if ! plan=$(apt-get install -s --no-install-recommends "$@" 2>&1); then
+    echo "no plan: $(grep -m1 '^E:' <<<"$plan" || echo "apt-get failed")"
+    return
+  fi
+  scripts/apt-plan.sh <<<"$plan"
+}
+
 if [ ${#missing[@]} -gt 0 ]; then
   if [ "$(id -u)" -ne 0 ]; then
     echo "Missing packages. Install them with:" >&2
@@ -80,8 +89,14 @@ if [ ${#missing[@]} -gt 0 ]; then
   apt-get update -qq || echo "warning: some package indexes could not be fetched" >&2
   request=()
   mapfile -t request < <(keep_installed_versions "${missing[@]}")
+  changes=$(host_changes "${request[@]}")
+  if [ -n "$changes" ]; then
+    echo "error: ${missing[*]} cannot be installed without changing host packages;" \
+         "nothing was installed: $(tr '\n' ';' <<<"$changes" | sed 's/;$//; s/;/; /g')" >&2
+    exit 1
+  fi
   if ! apt-get install -y -qq --no-install-recommends --no-remove "${request[@]}" >/dev/null; then
-    echo "error: could not install ${missing[*]} without removing or downgrading a host package" >&2
+    echo "error: apt-get could not install ${missing[*]}" >&2
     exit 1
   fi
 fi

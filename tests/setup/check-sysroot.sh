@@ -29,10 +29,15 @@ case ${1:-} in
     if out=$("$script" 2>&1); then
       echo "expected a failure, got success: $out"; exit 1
     fi
-    line=$(grep '^armhf sysroot: not in the armhf package index: ' <<<"$out" || true)
-    expected="armhf sysroot: not in the armhf package index: libjsoncpp-dev libgtest-dev libgmock-dev libreadline-dev libevent-dev libmnl-dev (index errors, if any: $ZAVREL_ARMHF_APT/update.log)"
+    line=$(grep '^armhf sysroot: not in the package index: ' <<<"$out" || true)
+    host=$(dpkg --print-architecture)
+    expected="armhf sysroot: not in the package index: libjsoncpp-dev (armhf) libgtest-dev (armhf)"
+    expected+=" libgmock-dev (armhf) libreadline-dev (armhf) libevent-dev (armhf) libmnl-dev (armhf)"
+    expected+=" g++-12-arm-linux-gnueabihf ($host) qemu-user-static ($host)"
+    expected+=" (index errors, if any: $ZAVREL_ARMHF_APT/*/update.log)"
     [ "$line" = "$expected" ] || { echo "unexpected output: $out"; exit 1; }
     [ ! -e "$ZAVREL_ARMHF_SYSROOT" ] || { echo "a sysroot was left behind"; exit 1; }
+    [ -z "$(ls -A "$work" | grep -v '^apt$')" ] || { echo "work files were left behind: $(ls -A "$work")"; exit 1; }
     ;;
   *)
     echo "usage: $0 complete|unreachable" >&2; exit 2 ;;
