@@ -5,6 +5,7 @@
 #ifndef ZAVREL_BENCH_BENCHSUPPORT_H
 #define ZAVREL_BENCH_BENCHSUPPORT_H
 
+#include <benchmark/benchmark.h>
 #include <time.h>
 
 #include <cstdint>
@@ -51,6 +52,49 @@ public:
 private:
     EventLoop& m_loop;
 };
+
+// What a run of the whole system needs around it, for the length of one
+// benchmark: traces dropped, a virtual loop as the current one, the socket
+// registry on it and an IP interface that does nothing.
+class BenchEnvironment {
+public:
+    BenchEnvironment()
+        : m_previousSink(SetTraceSink(&m_quiet)), m_previousLoop(EventLoop::SetCurrent(&loop))
+    {
+    }
+    ~BenchEnvironment()
+    {
+        EventLoop::SetCurrent(m_previousLoop);
+        SetTraceSink(m_previousSink);
+    }
+    BenchEnvironment(const BenchEnvironment&) = delete;
+    BenchEnvironment& operator=(const BenchEnvironment&) = delete;
+
+    VirtualEventLoop loop;
+    LoopSockets sockets{loop};
+    NoIpInterface ip;
+
+private:
+    QuietSink m_quiet;
+    TraceSink* m_previousSink;
+    EventLoop* m_previousLoop;
+};
+
+// The library and the stack are process-wide and never torn down, so a
+// scenario can start them only once: true the first time; later calls mark
+// the benchmark skipped with the reason and return false.
+inline bool FirstRunInProcess(benchmark::State& state, const char* reason)
+{
+    static bool ran = false;
+    if (!ran) {
+        ran = true;
+        return true;
+    }
+    state.SkipWithError(reason);
+    for (auto _ : state) {
+    }
+    return false;
+}
 
 // Advances the clock in steps until done() holds; returns false after limitMs.
 template <typename Done>

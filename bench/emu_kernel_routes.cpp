@@ -115,23 +115,19 @@ double IpBatchNs(unsigned int perVlan) {
 }
 
 void BM_KernelRoutes(benchmark::State& state) {
-    static bool ran = false;
     const unsigned int routes = static_cast<unsigned int>(state.range(0));
     const unsigned int perVlan = routes / VLANS;
-    if (ran || unshare(CLONE_NEWNET) != 0 || !MakeLinks()) {
-        state.SkipWithError(ran ? "runs once per process; choose one with --benchmark_filter"
-                                : "needs CAP_SYS_ADMIN (a network namespace of its own)");
+    if (!FirstRunInProcess(state, "runs once per process; choose one with --benchmark_filter")) {
+        return;
+    }
+    if (unshare(CLONE_NEWNET) != 0 || !MakeLinks()) {
+        state.SkipWithError("needs CAP_SYS_ADMIN (a network namespace of its own)");
         for (auto _ : state) {
         }
         return;
     }
-    ran = true;
-    QuietSink quiet;
-    TraceSink* previousSink = SetTraceSink(&quiet);
-    VirtualEventLoop loop;
-    EventLoop* previousLoop = EventLoop::SetCurrent(&loop);
-    LoopSockets sockets(loop);
-    NoIpInterface ip;
+    BenchEnvironment environment;
+    VirtualEventLoop& loop = environment.loop;
 
     auto sink = std::make_unique<Emulator::KernelFib>([&loop] { return loop.NowMs(); });
     std::string error;
@@ -146,8 +142,8 @@ void BM_KernelRoutes(benchmark::State& state) {
 
     for (auto _ : state) {
         DcRouterMgr* manager = DcRouterMgr::GetInstance();
-        manager->SckInterfaceInitialize(&sockets);
-        manager->Initialize(1, &ip);
+        manager->SckInterfaceInitialize(&environment.sockets);
+        manager->Initialize(1, &environment.ip);
         AdvanceUntil(loop, 1000, [] { return Emulator::Instance().IsI3Ready(); });
         for (unsigned short vlan = 1; vlan <= VLANS; ++vlan) {
             DcRtmMgr::GetInstance()->CreateRTMInstance(vlan, DcRtmMgr::AFI_IPV4,
@@ -196,8 +192,6 @@ void BM_KernelRoutes(benchmark::State& state) {
         }
     }
 
-    EventLoop::SetCurrent(previousLoop);
-    SetTraceSink(previousSink);
 }
 
 BENCHMARK(BM_KernelRoutes)->Arg(10000)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);

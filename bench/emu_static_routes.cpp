@@ -56,23 +56,12 @@ size_t Installed() {
 }
 
 void BM_EmuStaticRoutes(benchmark::State& state) {
-    // The library and the stack are process-wide and are never torn down, so
-    // the scenario can only start them once: a repetition would measure a
-    // system that is already up.
-    static bool ran = false;
-    if (ran) {
-        state.SkipWithError("runs once per process; run it without --benchmark_repetitions");
-        for (auto _ : state) {
-        }
+    // A repetition would measure a system that is already up.
+    if (!FirstRunInProcess(state, "runs once per process; run it without --benchmark_repetitions")) {
         return;
     }
-    ran = true;
-    QuietSink quiet;
-    TraceSink* previousSink = SetTraceSink(&quiet);
-    VirtualEventLoop loop;
-    EventLoop* previousLoop = EventLoop::SetCurrent(&loop);
-    LoopSockets sockets(loop);
-    NoIpInterface ip;
+    BenchEnvironment environment;
+    VirtualEventLoop& loop = environment.loop;
 
     const uint64_t readCostNs = Emulator::TimeAccount::ReadCostNs(CLOCK_THREAD_CPUTIME_ID);
     for (auto _ : state) {
@@ -81,8 +70,8 @@ void BM_EmuStaticRoutes(benchmark::State& state) {
         Emulator::Instance().Account().Enable(true, CLOCK_THREAD_CPUTIME_ID);
 
         DcRouterMgr* manager = DcRouterMgr::GetInstance();
-        manager->SckInterfaceInitialize(&sockets);
-        manager->Initialize(1, &ip);
+        manager->SckInterfaceInitialize(&environment.sockets);
+        manager->Initialize(1, &environment.ip);
         AdvanceUntil(loop, 1000, [] { return Emulator::Instance().IsI3Ready(); });
 
         // One RTM instance, one interface and one address per VLAN.
@@ -137,8 +126,6 @@ void BM_EmuStaticRoutes(benchmark::State& state) {
         }
     }
 
-    EventLoop::SetCurrent(previousLoop);
-    SetTraceSink(previousSink);
 }
 
 BENCHMARK(BM_EmuStaticRoutes)->Iterations(1)->Unit(benchmark::kMillisecond);

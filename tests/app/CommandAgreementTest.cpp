@@ -8,7 +8,7 @@
 
 #include "PtySession.h"
 #include "app/CommandInterpreter.h"
-#include "support/testsupport/TestEnv.h"
+#include "tests/app/TempDirTest.h"
 
 namespace Zavrel::test {
 namespace {
@@ -47,24 +47,7 @@ std::string Sample(const std::string& placeholder)
     return found != samples.end() ? found->second : "<no sample for " + placeholder + ">";
 }
 
-class CommandAgreementTest : public TestEnv {
-protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        char pattern[] = "/tmp/zavrel-agreement-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        m_home = pattern;
-    }
-    void TearDown() override
-    {
-        const std::string command = "rm -rf '" + m_home + "'";
-        EXPECT_EQ(system(command.c_str()), 0);
-        TestEnv::TearDown();
-    }
-
-    std::string m_home;
-};
+class CommandAgreementTest : public TempDirTest {};
 
 TEST_F(CommandAgreementTest, EveryWordOfTheGrammarIsTaken)
 {
@@ -87,13 +70,13 @@ TEST_F(CommandAgreementTest, EveryWordOfTheGrammarIsTaken)
     }
     script += "quit\n";
     EXPECT_GT(count, 40u);
-    const std::string path = m_home + "/every-word.script";
+    const std::string path = m_dir + "/every-word.script";
     {
         std::ofstream out(path);
         out << script;
     }
     PtySession session;
-    ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "--script", path}, m_home))
+    ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "--script", path}, m_dir))
         << session.Error();
     EXPECT_EQ(session.WaitForExit(30000), 0);
     std::istringstream output(session.Take());

@@ -9,33 +9,20 @@
 #include <json/json.h>
 
 #include "PtySession.h"
-#include "support/testsupport/TestEnv.h"
+#include "tests/app/TempDirTest.h"
 
 namespace Zavrel::test {
 namespace {
 
 const char PROMPT[] = "zavrel-router[vlan 1]> ";
 
-class ConsoleTest : public TestEnv {
+class ConsoleTest : public TempDirTest {
 protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        char pattern[] = "/tmp/zavrel-console-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        m_home = pattern;
-    }
-    void TearDown() override
-    {
-        const std::string command = "rm -rf '" + m_home + "'";
-        EXPECT_EQ(system(command.c_str()), 0);
-        TestEnv::TearDown();
-    }
 
     // Starts the application on the virtual clock and waits for the prompt.
     void StartInteractive(PtySession& session)
     {
-        ASSERT_TRUE(session.Start({"--virtual-time"}, m_home)) << session.Error();
+        ASSERT_TRUE(session.Start({"--virtual-time"}, m_dir)) << session.Error();
         ASSERT_TRUE(session.WaitFor(PROMPT)) << session.Take();
         EXPECT_EQ(session.Take(), PROMPT);
     }
@@ -53,7 +40,7 @@ protected:
         EXPECT_TRUE(session.Send("\x05\x15quit\r"));  // Ctrl-E, Ctrl-U: an empty line
         EXPECT_EQ(session.WaitForExit(), 0);
     }
-    std::string HistoryPath() const { return m_home + "/state/zavrel-router/history"; }
+    std::string HistoryPath() const { return m_dir + "/state/zavrel-router/history"; }
     static std::string Read(const std::string& path)
     {
         std::ifstream in(path);
@@ -67,7 +54,6 @@ protected:
         return std::string(source != nullptr ? source : ".") + "/examples/site-vlans.json";
     }
 
-    std::string m_home;
 };
 
 TEST_F(ConsoleTest, TabCompletesCommandWords)
@@ -211,7 +197,7 @@ TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns)
 TEST_F(ConsoleTest, CommandArgumentsWriteNoHistory)
 {
     PtySession session;
-    ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "-c", "vlan 20"}, m_home))
+    ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "-c", "vlan 20"}, m_dir))
         << session.Error();
     EXPECT_EQ(session.WaitForExit(), 0);
     struct stat info;
@@ -224,7 +210,7 @@ TEST_F(ConsoleTest, StackStatusAndTablesJsonParse)
     ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "-c", "load " + SiteVlans(), "-c",
                                "interface add 10 100 eth0", "-c",
                                "address add 10 100 192.168.10.1/24", "-c", "stack status json"},
-                              m_home))
+                              m_dir))
         << session.Error();
     EXPECT_EQ(session.WaitForExit(), 0);
     Json::Value status;
@@ -243,7 +229,7 @@ TEST_F(ConsoleTest, StackStatusAndTablesJsonParse)
         tablesSession.Start({"--virtual-time", "--no-stdin", "-c", "load " + SiteVlans(), "-c",
                              "interface add 10 100 eth0", "-c",
                              "address add 10 100 192.168.10.1/24", "-c", "stack tables json"},
-                            m_home))
+                            m_dir))
         << tablesSession.Error();
     EXPECT_EQ(tablesSession.WaitForExit(), 0);
     Json::Value tables;

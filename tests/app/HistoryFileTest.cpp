@@ -9,27 +9,22 @@
 
 #include <readline/history.h>
 
-#include "support/testsupport/TestEnv.h"
+#include "tests/app/TempDirTest.h"
 
 namespace Zavrel::test {
 namespace {
 
-class HistoryFileTest : public TestEnv {
+class HistoryFileTest : public TempDirTest {
 protected:
     void SetUp() override
     {
-        TestEnv::SetUp();
-        char pattern[] = "/tmp/zavrel-history-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        m_dir = pattern;
+        TempDirTest::SetUp();
         clear_history();
     }
     void TearDown() override
     {
         clear_history();
-        const std::string command = "rm -rf '" + m_dir + "'";
-        EXPECT_EQ(system(command.c_str()), 0);
-        TestEnv::TearDown();
+        TempDirTest::TearDown();
     }
     static std::string Read(const std::string& path)
     {
@@ -39,7 +34,6 @@ protected:
         return text.str();
     }
 
-    std::string m_dir;
 };
 
 TEST_F(HistoryFileTest, PathFollowsXdgStateHomeThenHome)
