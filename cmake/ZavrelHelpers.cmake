@@ -16,6 +16,12 @@ function(zavrel_add_shared_library target)
     list(APPEND sources "${placeholder}")
   endif()
   add_library(${target} SHARED ${sources})
+  # Every reference is resolved at link time, from the libraries linked, except
+  # the stack API's other side, which stackapi.h declares weak (see there).
+  # Not with clang's sanitizers: their runtime lives in the executable only.
+  if(NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND (ZAVREL_SANITIZE OR ZAVREL_BUILD_FUZZ)))
+    target_link_options(${target} PRIVATE -Wl,-z,defs)
+  endif()
   set_target_properties(${target} PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}

@@ -12,13 +12,13 @@
 #include <set>
 #include <utility>
 
-#include "routing/DcRouterBase.h"
+#include "routing/DcMulticastRouterBase.h"
 
 namespace Zavrel {
 
 class DcConsole;
 
-class DcMulticastRouter : public DcRouterBase {
+class DcMulticastRouter : public DcMulticastRouterBase {
 public:
     static constexpr int PROTOCOL_IGMP = 0;
     static constexpr int PROTOCOL_MLD = 41;
@@ -37,11 +37,11 @@ public:
     // Runs multicast on the interface, as querier or not; the interface
     // becomes one of the router's interfaces (up). An interface added again
     // takes the new role.
-    bool AddInterface(unsigned int ifIndex, bool querier);
+    bool AddInterface(unsigned int ifIndex, bool querier) override;
     // Sets the querier role of one of the router's interfaces, starting
     // multicast on it when it does not run there yet; false for an interface
     // the router does not know.
-    bool ConfigureInterface(unsigned int ifIndex, bool querier);
+    bool ConfigureInterface(unsigned int ifIndex, bool querier) override;
     // Stops multicast on the interface with its groups; false when unknown.
     bool RemoveInterface(unsigned int ifIndex);
     bool IsMulticastInterface(unsigned int ifIndex) const;

@@ -4,7 +4,7 @@
 #ifndef ZAVREL_PROTOCOLS_RIPNGINTERFACE_H
 #define ZAVREL_PROTOCOLS_RIPNGINTERFACE_H
 
-#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcProtoInterfaceBase.h"
 
 namespace Zavrel {
 

@@ -4,7 +4,7 @@
 #ifndef ZAVREL_PROTOCOLS_RIPV2INTERFACE_H
 #define ZAVREL_PROTOCOLS_RIPV2INTERFACE_H
 
-#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcProtoInterfaceBase.h"
 
 namespace Zavrel {
 

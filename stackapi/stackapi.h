@@ -20,6 +20,27 @@
 #ifndef ZAVREL_STACKAPI_STACKAPI_H
 #define ZAVREL_STACKAPI_STACKAPI_H
 
+/*
+ * Linking. The program links one library of each side (the routing-management
+ * library and a stack), and each side's shared object leaves the other
+ * side's functions to the program. Each side therefore sees the other
+ * side's functions as weak references, so that its own object links with
+ * every other reference resolved (-z defs) and nothing but this API is left
+ * open. A file that implements the stack defines SMS_STACK_SIDE, and a file
+ * that implements the c* entry points defines SMS_LIBRARY_SIDE, before it
+ * includes this header, so that its definitions stay strong.
+ */
+#if defined(__GNUC__) && !defined(SMS_STACK_SIDE)
+#define SMS_STACK_ENTRY __attribute__((weak))
+#else
+#define SMS_STACK_ENTRY
+#endif
+#if defined(__GNUC__) && !defined(SMS_LIBRARY_SIDE)
+#define SMS_LIBRARY_ENTRY __attribute__((weak))
+#else
+#define SMS_LIBRARY_ENTRY
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -174,21 +195,21 @@ typedef unsigned char (*sms_walk_callback)(void* context, unsigned long first,
 /* Starts the named components (a blank-separated list, for example
  * "ripv2 ripng bgp ospf ospfv3 igmp pim"). Called once by DcScheduler::init.
  * Returns 0 on success, non-zero when a component is unknown. */
-int smsi_init(char* components);
+SMS_STACK_ENTRY int smsi_init(char* components);
 
 /* Runs the stack's pending work once. Called from the scheduler timer.
  * Returns the milliseconds until the stack next needs to run, or a negative
  * value when nothing is pending. */
-int nbb_scheduler(void);
+SMS_STACK_ENTRY int nbb_scheduler(void);
 
 /* IPS tracing controls, called from the "ips" console command.
  * nbb_get_ips_tracing returns non-zero while IPS tracing is on. */
-int nbb_get_ips_tracing(void);
-void nbb_set_ips_filter(char* filter, unsigned short filter_type);
-void nbb_trips_control(int on);
+SMS_STACK_ENTRY int nbb_get_ips_tracing(void);
+SMS_STACK_ENTRY void nbb_set_ips_filter(char* filter, unsigned short filter_type);
+SMS_STACK_ENTRY void nbb_trips_control(int on);
 
 /* Count of OS failures seen by the stack; the tracing controls reset it. */
-extern unsigned long nbb_os_failures;
+extern SMS_STACK_ENTRY unsigned long nbb_os_failures;
 
 /* ---------------------------------------------------------------------------
  * Management stubs. Called by the library (MIB actions, configuration items,
@@ -199,7 +220,7 @@ extern unsigned long nbb_os_failures;
 /* Static route row. not_shared is 1 when issued from the application side
  * and 0 when issued from inside a stack callback. family 1 IPv4, other IPv6.
  * Answered with cSetRouteState and then cRunPendingAction. */
-unsigned long sms_update_route(int not_shared, long row_status, long admin_status, long family,
+SMS_STACK_ENTRY unsigned long sms_update_route(int not_shared, long row_status, long admin_status, long family,
                                const unsigned char* dest, unsigned long prefix_len,
                                const unsigned char* next_hop, long path_type,
                                unsigned long if_index, unsigned long instance,
@@ -207,61 +228,61 @@ unsigned long sms_update_route(int not_shared, long row_status, long admin_statu
 
 /* OID of a static route row: fills oid (at least SMS_MAX_OID_LEN entries)
  * and returns the number of components. Pure: no request is made. */
-unsigned long sms_get_route_oid(unsigned long* oid, unsigned long instance, long family,
+SMS_STACK_ENTRY unsigned long sms_get_route_oid(unsigned long* oid, unsigned long instance, long family,
                                 const unsigned char* dest, unsigned long prefix_len,
                                 const unsigned char* next_hop, unsigned long if_index);
 
 /* Interface row of the I3 interface table, from the application side
  * (sms_act_interface) or from inside a stack callback
  * (sms_bld_amb_test_i3_ei). Answered with cRunPendingAction. */
-unsigned long sms_act_interface(long row_status, unsigned long oper_status,
+SMS_STACK_ENTRY unsigned long sms_act_interface(long row_status, unsigned long oper_status,
                                 unsigned long instance, unsigned long if_index,
                                 const char* if_name, unsigned long reserved, long flags,
                                 unsigned long extra);
-unsigned long sms_bld_amb_test_i3_ei(long row_status, unsigned long oper_status,
+SMS_STACK_ENTRY unsigned long sms_bld_amb_test_i3_ei(long row_status, unsigned long oper_status,
                                      unsigned long instance, unsigned long if_index,
                                      const char* if_name, unsigned long reserved, long flags,
                                      unsigned long extra);
 
 /* Interface-address row. vlan_or_instance is the VLAN for IPv4 rows and the
  * IPv6 RTM instance for IPv6 rows. Answered with cRunPendingAction. */
-unsigned long sms_act_ipaddr(long row_status, unsigned long vlan_or_instance,
+SMS_STACK_ENTRY unsigned long sms_act_ipaddr(long row_status, unsigned long vlan_or_instance,
                              unsigned long addr_type, unsigned long if_index,
                              const unsigned char* address, unsigned long prefix_len);
 
 /* OIDs of interface and interface-address rows. */
-unsigned long sms_set_i3_ei_oid(unsigned long* oid, unsigned long instance,
+SMS_STACK_ENTRY unsigned long sms_set_i3_ei_oid(unsigned long* oid, unsigned long instance,
                                 unsigned long if_index);
-unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance,
+SMS_STACK_ENTRY unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance,
                                 unsigned long if_index, const unsigned char* address,
                                 unsigned long addr_type);
 
 /* Redistribution row: routes of protocol source go into protocol dest of the
  * RTM instance. Note the different argument orders of the two calls.
  * Answered with cSetRedistState and then cRunPendingAction. */
-unsigned long sms_act_cipr_redist(long row_status, long admin_status, long source, long dest,
+SMS_STACK_ENTRY unsigned long sms_act_cipr_redist(long row_status, long admin_status, long source, long dest,
                                   unsigned long instance, unsigned long reserved);
-unsigned long sms_bld_amb_test_cipr_redist(unsigned long instance, long row_status,
+SMS_STACK_ENTRY unsigned long sms_bld_amb_test_cipr_redist(unsigned long instance, long row_status,
                                            long admin_status, long dest, long source,
                                            unsigned long reserved);
-unsigned long sms_set_cipr_redist_oid(unsigned long* oid, unsigned long instance, long source,
+SMS_STACK_ENTRY unsigned long sms_set_cipr_redist_oid(unsigned long* oid, unsigned long instance, long source,
                                       long dest);
 
 /* RTM instances. sms_cipr_start creates or updates an instance; the stack
  * then asks cGetRtmConfig for its settings and reports cSetRtmReady.
  * sms_cipr_action with SMS_CIPR_ACTION_DELETE deletes it with its routes. */
-unsigned long sms_cipr_start(unsigned long instance, amb_cipr_rtm_entity* entity);
-unsigned long sms_cipr_action(unsigned long instance, unsigned long action);
+SMS_STACK_ENTRY unsigned long sms_cipr_start(unsigned long instance, amb_cipr_rtm_entity* entity);
+SMS_STACK_ENTRY unsigned long sms_cipr_action(unsigned long instance, unsigned long action);
 
 /* Table walks, from the given instance onward in table order; answered on
  * later scheduler runs through the callback. */
-unsigned long sms_get_next_rtm_route(unsigned long instance, sms_walk_callback callback,
+SMS_STACK_ENTRY unsigned long sms_get_next_rtm_route(unsigned long instance, sms_walk_callback callback,
                                      void* context);
-unsigned long sms_get_next_rtm_rib(unsigned long instance, sms_walk_callback callback,
+SMS_STACK_ENTRY unsigned long sms_get_next_rtm_rib(unsigned long instance, sms_walk_callback callback,
                                    void* context);
-unsigned long sms_get_next_i3_ei(unsigned long instance, sms_walk_callback callback,
+SMS_STACK_ENTRY unsigned long sms_get_next_i3_ei(unsigned long instance, sms_walk_callback callback,
                                  void* context);
-unsigned long sms_get_next_i3_ea(unsigned long instance, sms_walk_callback callback,
+SMS_STACK_ENTRY unsigned long sms_get_next_i3_ea(unsigned long instance, sms_walk_callback callback,
                                  void* context);
 
 /* ---------------------------------------------------------------------------
@@ -270,50 +291,50 @@ unsigned long sms_get_next_i3_ea(unsigned long instance, sms_walk_callback callb
 
 /* Scheduling: ask for an early run (starts a 5 ms timer unless one is
  * pending); ask whether one is pending (0 or 1). */
-void cRescheduleNBase(void);
-int cIsNBaseRescheduled(void);
+SMS_LIBRARY_ENTRY void cRescheduleNBase(void);
+SMS_LIBRARY_ENTRY int cIsNBaseRescheduled(void);
 
 /* Sockets: the stack's descriptors are watched by the application's event
  * loop. mask holds SMS_SOCK_* bits. */
-void cRegisterWorkWithEventloop(int fd, int arg, unsigned int mask);
-void cUnregisterWorkWithEventloop(int fd, int arg);
-void cChangeMask(int fd, unsigned int mask);
+SMS_LIBRARY_ENTRY void cRegisterWorkWithEventloop(int fd, int arg, unsigned int mask);
+SMS_LIBRARY_ENTRY void cUnregisterWorkWithEventloop(int fd, int arg);
+SMS_LIBRARY_ENTRY void cChangeMask(int fd, unsigned int mask);
 
 /* Instances: 1 when the id carries the IPv6 bit (0x8000); the protocol
  * instance of the id's VLAN for IPv6 / IPv4. */
-int cIsIpv6Instance(unsigned long instance);
-unsigned long cGetIp6Instance(unsigned long instance);
-unsigned long cGetIp4Instance(unsigned long instance);
+SMS_LIBRARY_ENTRY int cIsIpv6Instance(unsigned long instance);
+SMS_LIBRARY_ENTRY unsigned long cGetIp6Instance(unsigned long instance);
+SMS_LIBRARY_ENTRY unsigned long cGetIp4Instance(unsigned long instance);
 
 /* Outcome of a static route row request: the row's values as requested and
  * the result (SMS_RESULT_DONE, or a reason code). */
-void cSetRouteState(unsigned long instance, int family, const unsigned char* dest,
+SMS_LIBRARY_ENTRY void cSetRouteState(unsigned long instance, int family, const unsigned char* dest,
                     unsigned int prefix_len, const unsigned char* next_hop,
                     unsigned int if_index, int metric, int route_type, int row_status,
                     int admin_status, unsigned long spare, unsigned int result);
 
 /* Outcome of a redistribution row request: a0 row status, a1 admin status,
  * a2 source, a3 destination, a4 unused, a5 instance, a6 extra value, a7 result. */
-void cSetRedistState(unsigned long a0, unsigned long a1, unsigned long a2, unsigned long a3,
+SMS_LIBRARY_ENTRY void cSetRedistState(unsigned long a0, unsigned long a1, unsigned long a2, unsigned long a3,
                      unsigned long a4, unsigned long a5, unsigned long a6, unsigned long a7);
 
 /* RTM instance readiness and settings. cGetRtmConfig fills the entity and
  * returns 1, or returns 2 when the instance is unknown. */
-int cIsRtmReady(unsigned long instance);
-void cSetRtmReady(unsigned long instance);
-int cGetRtmConfig(unsigned long instance, amb_cipr_rtm_entity* entity);
+SMS_LIBRARY_ENTRY int cIsRtmReady(unsigned long instance);
+SMS_LIBRARY_ENTRY void cSetRtmReady(unsigned long instance);
+SMS_LIBRARY_ENTRY int cGetRtmConfig(unsigned long instance, amb_cipr_rtm_entity* entity);
 
 /* IPv4 address of the instance's primary interface (cGetAddress) or of its
  * interface "eth0" (cGetVlanAddress), 4 bytes in network order. 1 when found,
  * 0 otherwise (the buffer is then untouched). */
-int cGetAddress(unsigned long instance, unsigned char* address);
-int cGetVlanAddress(unsigned long instance, unsigned char* address);
+SMS_LIBRARY_ENTRY int cGetAddress(unsigned long instance, unsigned char* address);
+SMS_LIBRARY_ENTRY int cGetVlanAddress(unsigned long instance, unsigned char* address);
 
 /* The interface tables are ready: queued requests may go. Called once. */
-int cI3Ready(void);
+SMS_LIBRARY_ENTRY int cI3Ready(void);
 
 /* The request on the row with this OID is finished; the next one may go. */
-void cRunPendingAction(unsigned long* oid, unsigned long length);
+SMS_LIBRARY_ENTRY void cRunPendingAction(unsigned long* oid, unsigned long length);
 
 #ifdef __cplusplus
 }

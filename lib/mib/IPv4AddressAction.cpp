@@ -1,7 +1,7 @@
 #include "mib/IPv4AddressAction.h"
 
+#include "platform/BitCount.h"
 #include "platform/Trace.h"
-#include "routing/DcRouterMgr.h"
 #include "stackapi/stackapi.h"
 
 namespace Zavrel {
@@ -33,7 +33,7 @@ unsigned long IPv4AddressAction::IssueReq(bool shared_context)
           "address = %s\n",
           shared_context ? 1 : 0, m_row_status, static_cast<int>(m_vlan),
           static_cast<int>(m_if_index), text);
-    const unsigned int prefixLength = DcRouterMgr::bitcount(m_mask);
+    const unsigned int prefixLength = BitCount(m_mask.HostOrder());
     return sms_act_ipaddr(m_row_status, m_vlan, SMS_ADDR_TYPE_IPV4, m_if_index,
                           m_address.Bytes(), prefixLength);
 }

@@ -7,7 +7,7 @@
 #include <map>
 #include <vector>
 
-#include "protocols/OspfAreaCB.h"
+#include "routing/OspfAreaCB.h"
 #include "routing/DcRouterBase.h"
 
 namespace Zavrel {

@@ -1,14 +1,13 @@
 // DcRipngRouter: RIPng router.
 #include "routing/DcRipngRouter.h"
 
-#include <new>
-
-#include "protocols/RipngInterface.h"
+#include "routing/DcRouterMgr.h"
+#include "routing/ProtocolRegistry.h"
 
 namespace Zavrel {
 
 DcRipngRouter::DcRipngRouter(unsigned short vid)
-    : DcRouterBase("RIPNG", vid, new (std::nothrow) RipngInterface()) {}
+    : DcRouterBase("RIPNG", vid, ProtocolRegistry::MakeProto(DcRouterMgr::RIPng)) {}
 
 DcRipngRouter::DcRipngRouter(const string& name, unsigned short vid, DcProtoConfigBase* proto)
     : DcRouterBase(name, vid, proto) {}

@@ -17,8 +17,8 @@
 #include "platform/Ip4Addr.h"
 #include "platform/OptionsNode.h"
 #include "platform/String.h"
-#include "protocols/DcProtoConfigBase.h"
-#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcProtoConfigBase.h"
+#include "routing/DcProtoInterfaceBase.h"
 
 namespace Zavrel {
 

@@ -4,15 +4,14 @@
 #include <new>
 
 #include "console/DcConsoleCommand.h"
+#include "platform/BitCount.h"
 #include "platform/SocketCallback.h"
 #include "platform/Trace.h"
-#include "protocols/DcBgpRouter.h"
-#include "protocols/DcMulticastRouter.h"
-#include "protocols/DcOspfv2Router.h"
-#include "protocols/DcOspfv3Router.h"
+#include "routing/DcMulticastRouterBase.h"
 #include "routing/DcRipngRouter.h"
 #include "routing/DcRipv2Router.h"
 #include "routing/DcRouterBase.h"
+#include "routing/ProtocolRegistry.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
 
@@ -24,12 +23,33 @@ namespace {
 const char* const rtrs[DcRouterMgr::PROTOCOL_COUNT] = {"BGP4+", "OSPFv2", "OSPFv3", "RIPv2",
                                                        "RIPng", "IGMP",   "MLD"};
 
-// Protocol numbers of the multicast routers.
-const int MCAST_IPV4 = 0;
-const int MCAST_IPV6 = 41;
-
 bool IsValidType(int type) {
     return type >= 0 && type < DcRouterMgr::PROTOCOL_COUNT;
+}
+
+// The routers that the protocol libraries provide.
+const DcRouterMgr::ProtocolType registeredRouters[] = {DcRouterMgr::BGP, DcRouterMgr::OSPFv2,
+                                                       DcRouterMgr::OSPFv3, DcRouterMgr::IGMP,
+                                                       DcRouterMgr::MLD};
+
+// True when every router a VLAN needs from the protocol libraries has its
+// constructor registered; each one missing is named.
+bool RoutersRegistered() {
+    bool complete = true;
+    for (DcRouterMgr::ProtocolType type : registeredRouters) {
+        if (ProtocolRegistry::Router(type) == nullptr) {
+            TRACE(0, "No %s router is registered\n", DcRouterMgr::RouterName(type));
+            complete = false;
+        }
+    }
+    return complete;
+}
+
+// The router of a type that a protocol library provides, made through the
+// constructor it registered (checked by RoutersRegistered); null when it
+// could not be allocated.
+DcRouterBase* MakeRegisteredRouter(DcRouterMgr::ProtocolType type, unsigned short vid) {
+    return ProtocolRegistry::Router(type)(vid);
 }
 
 }  // namespace
@@ -85,17 +105,14 @@ const char* DcRouterMgr::RouterName(ProtocolType type) {
     return rtrs[type];
 }
 
-unsigned int DcRouterMgr::bitcount(Ip4Addr mask) {
-    unsigned int count = 0;
-    for (uint32_t value = mask.HostOrder(); value != 0; value >>= 1) {
-        count += value & 1u;
-    }
-    return count;
-}
+unsigned int DcRouterMgr::bitcount(Ip4Addr mask) { return BitCount(mask.HostOrder()); }
 
 std::pair<DcRouterMgr::VlanMap::iterator, bool> DcRouterMgr::CreateVlan(
     unsigned short vid, const OptionsNode& node, DclConfigObject::OptionType type) {
     TRACE(10, "Creating VLAN %u\n", vid);
+    if (!RoutersRegistered()) {
+        return std::make_pair(m_vlans.end(), false);
+    }
     VlanRouters* record = new (std::nothrow) VlanRouters();
     if (record == nullptr) {
         return std::make_pair(m_vlans.end(), false);
@@ -107,13 +124,13 @@ std::pair<DcRouterMgr::VlanMap::iterator, bool> DcRouterMgr::CreateVlan(
     }
 
     std::map<ProtocolType, DcRouterBase*>& routers = record->routers;
-    routers[BGP] = new (std::nothrow) DcBgpRouter(vid);
-    routers[OSPFv2] = new (std::nothrow) DcOspfv2Router(vid);
-    routers[OSPFv3] = new (std::nothrow) DcOspfv3Router(vid);
+    routers[BGP] = MakeRegisteredRouter(BGP, vid);
+    routers[OSPFv2] = MakeRegisteredRouter(OSPFv2, vid);
+    routers[OSPFv3] = MakeRegisteredRouter(OSPFv3, vid);
     routers[RIPv2] = new (std::nothrow) DcRipv2Router(vid);
     routers[RIPng] = new (std::nothrow) DcRipngRouter(vid);
-    routers[IGMP] = new (std::nothrow) DcMulticastRouter(vid, MCAST_IPV4);
-    routers[MLD] = new (std::nothrow) DcMulticastRouter(vid, MCAST_IPV6);
+    routers[IGMP] = MakeRegisteredRouter(IGMP, vid);
+    routers[MLD] = MakeRegisteredRouter(MLD, vid);
 
     for (const auto& entry : routers) {
         if (entry.second == nullptr) {
@@ -174,9 +191,9 @@ void DcRouterMgr::JoinNetwork(unsigned short vid, unsigned int ifIndex, bool fla
         return;
     }
     auto rit = it->second->routers.find(IGMP);
-    DcMulticastRouter* igmp = nullptr;
+    DcMulticastRouterBase* igmp = nullptr;
     if (rit != it->second->routers.end()) {
-        igmp = dynamic_cast<DcMulticastRouter*>(rit->second);
+        igmp = dynamic_cast<DcMulticastRouterBase*>(rit->second);
     }
     if (igmp == nullptr) {
         TRACE("Cannot find IGMP router\n");

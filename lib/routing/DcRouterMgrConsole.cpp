@@ -12,14 +12,10 @@
 #include "console/RtmRTCommand.h"
 #include "console/TwoColumnsFormatter.h"
 #include "platform/DcConsole.h"
-#include "protocols/DcBgpRouter.h"
-#include "protocols/DcMulticastRouter.h"
-#include "protocols/DcOspfv2Router.h"
-#include "protocols/DcOspfv3Router.h"
-#include "protocols/MulticastRoutingTableConsoleCommand.h"
 #include "routing/DcRipngRouter.h"
 #include "routing/DcRipv2Router.h"
 #include "routing/DcRouterBase.h"
+#include "routing/ProtocolRegistry.h"
 
 namespace Zavrel {
 
@@ -130,20 +126,21 @@ unsigned short IpsFilterType(const char* kind, const char* direction) {
 }  // namespace
 
 void DcRouterMgr::RegisterConsoleHandlers() {
-    AddIp4RouterCmdHandler("bgp", &DcBgpRouter::Ip4ConsoleCommand, "BGP4 Routing Configuration");
-    AddIp4RouterCmdHandler("ospf", &DcOspfv2Router::ConsoleCommand, "OSPFv2 Routing Configuration");
+    // The library's own words, then the protocol libraries' handlers (the
+    // tables are ordered by word, so the order of entry does not show).
     AddIp4RouterCmdHandler("rip", &DcRipv2Router::ConsoleCommand, "RIPv2 Routing Configuration");
     AddIp4RouterCmdHandler("protocol", &DcRouterMgr::ConCmdIp4Rtm,
                            "Routing Protocol Configuration");
-    AddIp4RouterCmdHandler("igmp", &DcMulticastRouter::Ip4ConsoleCommand,
-                           "IGMP Routing Configuration");
-
-    AddIp6RouterCmdHandler("bgp", &DcBgpRouter::Ip6ConsoleCommand, "BGP4 Routing Configuration");
     AddIp6RouterCmdHandler("rip", &DcRipngRouter::ConsoleCommand, "RIPng Routing Configuration");
-    // The help text of this entry is spelled "OPSFv3" on purpose.
-    AddIp6RouterCmdHandler("ospf", &DcOspfv3Router::ConsoleCommand, "OPSFv3 Routing Configuration");
     AddIp6RouterCmdHandler("protocol", &DcRouterMgr::ConCmdIp6Rtm,
                            "Routing Protocol Configuration");
+    const ProtocolRegistry::Entries& registered = ProtocolRegistry::Get();
+    for (const ProtocolRegistry::ConsoleHandler& entry : registered.ip4_handlers) {
+        AddIp4RouterCmdHandler(entry.name, entry.handler, entry.help);
+    }
+    for (const ProtocolRegistry::ConsoleHandler& entry : registered.ip6_handlers) {
+        AddIp6RouterCmdHandler(entry.name, entry.handler, entry.help);
+    }
 }
 
 void DcRouterMgr::AddIp4RouterCmdHandler(const char* name, DcRouterCmdFunc handler,
@@ -185,9 +182,10 @@ void DcRouterMgr::ConCmdIp4Rtm(void*, DcConsole* console, int argc, char** argv)
             return;
         }
         if (MatchesAbbrev(sub, "mcast-database")) {
-            if (!RunTableCommand(new (std::nothrow)
-                                     MulticastRoutingTableConsoleCommand(console, FAMILY_IPV4),
-                                 argc - 2, argv + 2)) {
+            ProtocolRegistry::TableCommandFactory multicast =
+                ProtocolRegistry::Get().multicast_table;
+            if (multicast == nullptr ||
+                !RunTableCommand(multicast(console, FAMILY_IPV4), argc - 2, argv + 2)) {
                 console->Print("Fail to parse mcast-database sub command.\n");
             }
             return;

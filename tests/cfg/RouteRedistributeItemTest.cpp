@@ -8,7 +8,7 @@
 #include "mib/MibOid.h"
 #include "mib/Serializer.h"
 #include "platform/Options.h"
-#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcProtoInterfaceBase.h"
 #include "routing/DcRouterBase.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"

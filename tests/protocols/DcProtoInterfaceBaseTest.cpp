@@ -1,6 +1,6 @@
 // The protocol object of a router: enabled state from layered options,
 // lazy readiness from the RTM instance, interfaces and addresses.
-#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcProtoInterfaceBase.h"
 
 #include <gtest/gtest.h>
 

@@ -9,7 +9,7 @@
 #include "platform/Ip4Addr.h"
 #include "platform/Options.h"
 #include "protocols/DcMulticastRouter.h"
-#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcProtoInterfaceBase.h"
 #include "routing/DcRouterBase.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"

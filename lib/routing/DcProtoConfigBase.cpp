@@ -1,5 +1,5 @@
 // DcProtoConfigBase: protocol configuration objects.
-#include "protocols/DcProtoConfigBase.h"
+#include "routing/DcProtoConfigBase.h"
 
 namespace Zavrel {
 

@@ -1,6 +1,6 @@
 // DcProtoInterfaceBase: enabled/ready state, interfaces and redistribution of
 // a per-VLAN protocol.
-#include "protocols/DcProtoInterfaceBase.h"
+#include "routing/DcProtoInterfaceBase.h"
 
 #include <algorithm>
 

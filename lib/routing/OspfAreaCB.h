@@ -1,7 +1,7 @@
 // OspfAreaCB: one OSPF area of a router: its id, whether it is a stub area,
 // and the interfaces attached to it.
-#ifndef ZAVREL_PROTOCOLS_OSPFAREACB_H
-#define ZAVREL_PROTOCOLS_OSPFAREACB_H
+#ifndef ZAVREL_ROUTING_OSPFAREACB_H
+#define ZAVREL_ROUTING_OSPFAREACB_H
 
 #include <set>
 

@@ -1,8 +1,8 @@
 // DcProtoConfigBase: the protocol configuration object a router hands its
 // options section to. The router base calls exactly these two operations on
 // every protocol object; DcProtoInterfaceBase adds the router-facing state.
-#ifndef ZAVREL_PROTOCOLS_DCPROTOCONFIGBASE_H
-#define ZAVREL_PROTOCOLS_DCPROTOCONFIGBASE_H
+#ifndef ZAVREL_ROUTING_DCPROTOCONFIGBASE_H
+#define ZAVREL_ROUTING_DCPROTOCONFIGBASE_H
 
 #include "config/DclConfigObject.h"
 #include "platform/OptionsNode.h"

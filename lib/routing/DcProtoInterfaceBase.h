@@ -11,14 +11,14 @@
 //
 // Readiness is evaluated lazily: the protocol is ready (status 2) while it
 // is enabled and the RTM instance of its family has been reported ready.
-#ifndef ZAVREL_PROTOCOLS_DCPROTOINTERFACEBASE_H
-#define ZAVREL_PROTOCOLS_DCPROTOINTERFACEBASE_H
+#ifndef ZAVREL_ROUTING_DCPROTOINTERFACEBASE_H
+#define ZAVREL_ROUTING_DCPROTOINTERFACEBASE_H
 
 #include <map>
 #include <vector>
 
 #include "platform/Ip4Addr.h"
-#include "protocols/DcProtoConfigBase.h"
+#include "routing/DcProtoConfigBase.h"
 #include "routing/RedistributionProfile.h"
 
 namespace Zavrel {
