@@ -5,6 +5,7 @@
 #include "console/DcInterfaceConsoleCommand.h"
 #include "console/RtmRTCommand.h"
 #include "routing/DcRouterMgr.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -50,19 +51,19 @@ CommandInterpreter::Result CommandInterpreter::IpHandlers(const Args& args, bool
 
 CommandInterpreter::Result CommandInterpreter::Rtm4(const Args& args)
 {
-    return Rtm(args, 0);
+    return Rtm(args, Sms::AFI_IPV4);
 }
 
 CommandInterpreter::Result CommandInterpreter::Rtm6(const Args& args)
 {
-    return Rtm(args, 41);
+    return Rtm(args, Sms::AFI_IPV6);
 }
 
 CommandInterpreter::Result CommandInterpreter::Rtm(const Args& args, unsigned short family)
 {
     const std::string name = args[0];
     if (args.Count() < 2) {
-        return Result::Fail(name + ": missing route|rib; " + UsageOf(family == 41 ? "rtm6" : "rtm"));
+        return Result::Fail(name + ": missing route|rib; " + UsageOf(family == Sms::AFI_IPV6 ? "rtm6" : "rtm"));
     }
     DcConsoleCommand* command = nullptr;
     if (Words::Is(args[1], "route")) {

@@ -5,6 +5,8 @@
 
 #include <cstddef>
 
+#include "stackapi/SmsConstants.h"
+
 namespace Zavrel::Emulator {
 
 // The kinds of request the stack accepts. The first four are MIB row
@@ -18,17 +20,15 @@ const char* RequestKindName(RequestKind kind);
 bool IsRowKind(RequestKind kind);
 
 // Results the stack gives a row request (passed to cSetRouteState and
-// cSetRedistState; interface and address rows are only counted).
-constexpr unsigned long RESULT_DONE = 1;         // the row is as requested
-constexpr unsigned long RESULT_WRONG_VALUE = 3;  // a value of the request is wrong
-constexpr unsigned long RESULT_TEMPORARY = 5;    // not now: the RTM instance is absent or not ready
-constexpr unsigned long RESULT_NO_ROW =
-    6;  // no such row (destroy of a route, update of an interface)
-
-// Row status values.
-constexpr long ROW_ACTIVE = 1;
-constexpr long ROW_CREATE_AND_GO = 4;
-constexpr long ROW_DESTROY = 6;
+// cSetRedistState; interface and address rows are only counted), and the
+// row status values it acts on.
+using Sms::RESULT_DONE;
+using Sms::RESULT_NO_ROW;
+using Sms::RESULT_TEMPORARY;
+using Sms::RESULT_WRONG_VALUE;
+using Sms::ROW_ACTIVE;
+using Sms::ROW_CREATE_AND_GO;
+using Sms::ROW_DESTROY;
 
 // Breaches of the library's side of the contract, counted by the stack.
 enum class BreachKind {

@@ -1,23 +1,25 @@
 #include "emulator/Rib.h"
 
+#include "stackapi/SmsConstants.h"
+
 namespace Zavrel::Emulator {
 
 unsigned long ProtocolCode(RouteSource source) {
     switch (source) {
         case RouteSource::Connected:
-            return 2;
+            return Sms::PROTO_LOCAL;
         case RouteSource::Static:
-            return 3;
+            return Sms::PROTO_STATIC;
         case RouteSource::Rip:
-            return 8;
+            return Sms::PROTO_RIP;
         case RouteSource::OspfInternal:
         case RouteSource::OspfExternal:
-            return 13;
+            return Sms::PROTO_OSPF;
         case RouteSource::Ebgp:
         case RouteSource::Ibgp:
-            return 14;
+            return Sms::PROTO_BGP;
     }
-    return 1;
+    return 1;  // "other"
 }
 
 const char* RouteSourceName(RouteSource source) {

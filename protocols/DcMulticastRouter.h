@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "routing/DcMulticastRouterBase.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -20,8 +21,8 @@ class DcConsole;
 
 class DcMulticastRouter : public DcMulticastRouterBase {
 public:
-    static constexpr int PROTOCOL_IGMP = 0;
-    static constexpr int PROTOCOL_MLD = 41;
+    static constexpr int PROTOCOL_IGMP = Sms::AFI_IPV4;
+    static constexpr int PROTOCOL_MLD = Sms::AFI_IPV6;
 
     // A group address (IPv4 in the first 4 bytes) and the interface it was
     // joined on.

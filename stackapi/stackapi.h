@@ -75,6 +75,7 @@ extern "C" {
 
 /* Results reported for a row in cSetRouteState / cSetRedistState. */
 #define SMS_RESULT_DONE 1       /* the row is as requested */
+#define SMS_RESULT_WRONG_VALUE 3 /* a value of the request is wrong */
 #define SMS_RESULT_TEMPORARY 5  /* not now (for example the RTM instance is not ready) */
 #define SMS_RESULT_NO_ROW 6     /* a destroy found no such row */
 

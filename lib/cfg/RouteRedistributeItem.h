@@ -4,14 +4,15 @@
 
 #include "cfg/CfgItem.h"
 #include "mib/MibOid.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
 class RouteRedistributeItem : public CfgItem {
 public:
     // Destination protocol codes that pick the receiving router.
-    static const long PROTOCOL_RIP = 0x80000;
-    static const long PROTOCOL_OSPF = 0xd0000;
+    static constexpr long PROTOCOL_RIP = Sms::RedistProtocol(Sms::PROTO_RIP);
+    static constexpr long PROTOCOL_OSPF = Sms::RedistProtocol(Sms::PROTO_OSPF);
 
     RouteRedistributeItem();  // all zero but the instance, which is 1
     // instance is the RTM instance (with the IPv6 bit for IPv6); the last

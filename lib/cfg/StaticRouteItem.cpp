@@ -12,6 +12,7 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -55,10 +56,10 @@ StaticRouteItem::~StaticRouteItem() = default;
 unsigned short StaticRouteItem::InstanceId() const
 {
     const unsigned short vlan = static_cast<unsigned short>(m_vlan & 0xffff);
-    const int afi = m_family == 1 ? 0 : 41;
+    const int afi = m_family == Sms::RECORD_IPV4 ? Sms::AFI_IPV4 : Sms::AFI_IPV6;
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm == nullptr) {
-        return afi == 41 ? static_cast<unsigned short>(vlan | DcRtmMgr::IP6_INSTANCE_BIT) : vlan;
+        return afi == Sms::AFI_IPV6 ? static_cast<unsigned short>(vlan | DcRtmMgr::IP6_INSTANCE_BIT) : vlan;
     }
     return static_cast<unsigned short>(rtm->GetDclProtocolInstanceIdFromVlan(vlan, afi) & 0xffff);
 }

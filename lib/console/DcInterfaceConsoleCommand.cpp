@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "rtm/DcRtmMgr.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -48,7 +49,7 @@ DcInterfaceConsoleCommand::~DcInterfaceConsoleCommand() = default;
 
 bool DcInterfaceConsoleCommand::Parse(int /*argc*/, char** /*argv*/)
 {
-    const int afi = m_ipv6 ? 41 : 0;
+    const int afi = m_ipv6 ? Sms::AFI_IPV6 : Sms::AFI_IPV4;
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm != nullptr) {
         m_instance = rtm->GetDclProtocolInstanceIdFromVlan(m_vlan, afi);

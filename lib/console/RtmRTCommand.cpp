@@ -8,6 +8,7 @@
 #include "interfaces/DcInterfaceMgr.h"
 #include "platform/String.h"
 #include "rtm/DcRtmMgr.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -25,7 +26,8 @@ const char* const kTypeWords[5] = {"", "other", "reject", "local", "remote"};
 const std::map<string, long>& ProtocolKeywords()
 {
     static const std::map<string, long> keywords = {
-        {"connected", 2}, {"static", 3}, {"rip", 8}, {"ospf", 13}, {"bgp", 14},
+        {"connected", Sms::PROTO_LOCAL}, {"static", Sms::PROTO_STATIC}, {"rip", Sms::PROTO_RIP},
+        {"ospf", Sms::PROTO_OSPF},       {"bgp", Sms::PROTO_BGP},
     };
     return keywords;
 }
@@ -107,7 +109,7 @@ template <typename T>
 bool RtmRTCommand<T>::ParseDestination(DcConsoleCommand& command, const char* text)
 {
     RtmRTCommand<T>& self = static_cast<RtmRTCommand<T>&>(command);
-    if (self.m_family == 41) {
+    if (self.m_family == Sms::AFI_IPV6) {
         if (text == nullptr || !self.m_ip6_destination.FromString(text)) {
             self.Print("Invalid IPv6 Destination Address %s\n", text != nullptr ? text : "");
             return false;

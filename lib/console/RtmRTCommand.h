@@ -9,6 +9,7 @@
 #include "platform/Ip4Addr.h"
 #include "platform/Ip6Addr.h"
 #include "stackapi/stackapi.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -54,7 +55,7 @@ protected:
     // The part of Parse both tables share: VLAN, options, leftovers and the
     // RTM check. True when the walk may start.
     bool ParseWords(int argc, char** argv);
-    bool IsIpv6() const { return m_family == 41; }
+    bool IsIpv6() const { return m_family == Sms::AFI_IPV6; }
     void PrintHeader();
     void PrintTableRow(const T* row);
     // The texts both forms print.

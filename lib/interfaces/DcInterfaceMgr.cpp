@@ -11,21 +11,11 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
 namespace {
-
-// Stack instance families.
-const int FAMILY_IPV4 = 0;
-const int FAMILY_IPV6 = 41;
-
-// Row and oper status values of the interface rows.
-const unsigned int ROW_ACTIVE = 1;
-const unsigned int ROW_CREATE_AND_GO = 4;
-const unsigned int ROW_DESTROY = 6;
-const unsigned int OPER_UP = 1;
-const unsigned int OPER_DOWN = 2;
 
 // The IPv6 interface row is never announced as unnumbered.
 const unsigned int UNNUMBERED_FLAG = 0x20;
@@ -143,8 +133,8 @@ void DcInterfaceMgr::SetInterfaceStatus(unsigned short vlan, unsigned int ifInde
     if (name == nullptr) {
         name = "";
     }
-    unsigned short ip4Instance = StackInstance(vlan, FAMILY_IPV4);
-    unsigned short ip6Instance = StackInstance(vlan, FAMILY_IPV6);
+    unsigned short ip4Instance = StackInstance(vlan, Sms::AFI_IPV4);
+    unsigned short ip6Instance = StackInstance(vlan, Sms::AFI_IPV6);
 
     InterfaceAction* ip4Action = new (std::nothrow)
         InterfaceAction(static_cast<long>(rowStatus), operStatus, ip4Instance, ifIndex, name,
@@ -169,7 +159,7 @@ void DcInterfaceMgr::SetInterfaceStatus(unsigned short vlan, unsigned int ifInde
 void DcInterfaceMgr::AddInterface(unsigned short vlan, unsigned int ifIndex, const char* name,
                                   IntfType type, unsigned int interfaceFlags,
                                   unsigned int interfaceExtra, unsigned int operStatus) {
-    SetInterfaceStatus(vlan, ifIndex, name, ROW_CREATE_AND_GO, operStatus, 0, interfaceFlags,
+    SetInterfaceStatus(vlan, ifIndex, name, Sms::ROW_CREATE_AND_GO, operStatus, 0, interfaceFlags,
                        interfaceExtra);
     if (name == nullptr) {
         name = "";
@@ -188,7 +178,7 @@ void DcInterfaceMgr::AddInterface(unsigned short vlan, unsigned int ifIndex, con
 }
 
 void DcInterfaceMgr::RemoveInterface(unsigned short vlan, unsigned int ifIndex, const char* name) {
-    SetInterfaceStatus(vlan, ifIndex, name, ROW_DESTROY, OPER_DOWN, 0, 0, 0);
+    SetInterfaceStatus(vlan, ifIndex, name, Sms::ROW_DESTROY, Sms::STATUS_DOWN, 0, 0, 0);
     InterfaceMap::iterator it = m_interfaces.find(IpInterface::Key{vlan, ifIndex});
     if (it == m_interfaces.end()) {
         return;
@@ -201,18 +191,18 @@ void DcInterfaceMgr::RemoveInterface(unsigned short vlan, unsigned int ifIndex, 
 
 void DcInterfaceMgr::SetInterfaceUp(unsigned short vlan, unsigned int ifIndex, const char* name) {
     // The row is re-sent with flags and extra 0, not those given at creation.
-    SetInterfaceStatus(vlan, ifIndex, name, ROW_ACTIVE, OPER_UP, 0, 0, 0);
+    SetInterfaceStatus(vlan, ifIndex, name, Sms::ROW_ACTIVE, Sms::STATUS_UP, 0, 0, 0);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
-        record->SetOperStatus(OPER_UP);
+        record->SetOperStatus(Sms::STATUS_UP);
     }
 }
 
 void DcInterfaceMgr::SetInterfaceDown(unsigned short vlan, unsigned int ifIndex, const char* name) {
-    SetInterfaceStatus(vlan, ifIndex, name, ROW_ACTIVE, OPER_DOWN, 0, 0, 0);
+    SetInterfaceStatus(vlan, ifIndex, name, Sms::ROW_ACTIVE, Sms::STATUS_DOWN, 0, 0, 0);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
-        record->SetOperStatus(OPER_DOWN);
+        record->SetOperStatus(Sms::STATUS_DOWN);
     }
 }
 
@@ -221,12 +211,12 @@ void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      unsigned int rowStatus) {
     QueueAddressRow(new (std::nothrow) IPv4AddressAction(static_cast<long>(rowStatus), vlan,
                                                          ifIndex, address, mask),
-                    vlan, FAMILY_IPV4, ifIndex, address.Bytes(), SMS_ADDR_TYPE_IPV4);
+                    vlan, Sms::AFI_IPV4, ifIndex, address.Bytes(), Sms::ADDR_TYPE_IPV4);
 }
 
 void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, const Ip4Addr& address,
                                   const Ip4Addr& mask) {
-    UpdateIpAddress(vlan, ifIndex, address, mask, ROW_ACTIVE);
+    UpdateIpAddress(vlan, ifIndex, address, mask, Sms::ROW_ACTIVE);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
         record->SetAddress(address, mask);
@@ -235,7 +225,7 @@ void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, con
 
 void DcInterfaceMgr::DeleteIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      const Ip4Addr& address, const Ip4Addr& mask) {
-    UpdateIpAddress(vlan, ifIndex, address, mask, ROW_DESTROY);
+    UpdateIpAddress(vlan, ifIndex, address, mask, Sms::ROW_DESTROY);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
         // Cleared whether or not the address given was the recorded one.
@@ -253,8 +243,8 @@ void DcInterfaceMgr::ChangeIpAddress(unsigned short vlan, unsigned int ifIndex,
     const Ip4Addr oldMask = record->GetMask();
     const Ip4Addr newAddress = address;
     const Ip4Addr newMask = mask;
-    UpdateIpAddress(vlan, ifIndex, oldAddress, oldMask, ROW_DESTROY);
-    UpdateIpAddress(vlan, ifIndex, newAddress, newMask, ROW_ACTIVE);
+    UpdateIpAddress(vlan, ifIndex, oldAddress, oldMask, Sms::ROW_DESTROY);
+    UpdateIpAddress(vlan, ifIndex, newAddress, newMask, Sms::ROW_ACTIVE);
     record->SetAddress(newAddress, newMask);
     DcRouterMgr* mgr = DcRouterMgr::GetInstance();
     if (mgr != nullptr) {
@@ -267,12 +257,12 @@ void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      unsigned int rowStatus) {
     QueueAddressRow(new (std::nothrow) IPv6AddressAction(static_cast<long>(rowStatus), vlan,
                                                          ifIndex, address, prefixLength),
-                    vlan, FAMILY_IPV6, ifIndex, address.Bytes(), SMS_ADDR_TYPE_IPV6);
+                    vlan, Sms::AFI_IPV6, ifIndex, address.Bytes(), Sms::ADDR_TYPE_IPV6);
 }
 
 void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, const Ip6Addr& address,
                                   unsigned int prefixLength) {
-    UpdateIpAddress(vlan, ifIndex, address, prefixLength, ROW_ACTIVE);
+    UpdateIpAddress(vlan, ifIndex, address, prefixLength, Sms::ROW_ACTIVE);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
         record->AddIp6Prefix(MakePrefix(address, prefixLength));
@@ -281,7 +271,7 @@ void DcInterfaceMgr::AddIpAddress(unsigned short vlan, unsigned int ifIndex, con
 
 void DcInterfaceMgr::DeleteIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      const Ip6Addr& address, unsigned int prefixLength) {
-    UpdateIpAddress(vlan, ifIndex, address, prefixLength, ROW_DESTROY);
+    UpdateIpAddress(vlan, ifIndex, address, prefixLength, Sms::ROW_DESTROY);
     IpInterface* record = Find(vlan, ifIndex);
     if (record != nullptr) {
         // The full address with length 128 is erased, not the prefix that

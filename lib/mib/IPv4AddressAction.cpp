@@ -3,6 +3,7 @@
 #include "platform/BitCount.h"
 #include "platform/Trace.h"
 #include "stackapi/stackapi.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -34,7 +35,7 @@ unsigned long IPv4AddressAction::IssueReq(bool shared_context)
           shared_context ? 1 : 0, m_row_status, static_cast<int>(m_vlan),
           static_cast<int>(m_if_index), text);
     const unsigned int prefixLength = BitCount(m_mask.HostOrder());
-    return sms_act_ipaddr(m_row_status, m_vlan, SMS_ADDR_TYPE_IPV4, m_if_index,
+    return sms_act_ipaddr(m_row_status, m_vlan, Sms::ADDR_TYPE_IPV4, m_if_index,
                           m_address.Bytes(), prefixLength);
 }
 

@@ -2,6 +2,7 @@
 
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -28,9 +29,9 @@ unsigned long IPv6AddressAction::IssueReq(bool /*shared_context*/)
     const unsigned short vlan = static_cast<unsigned short>(m_vlan & 0xffff);
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     const unsigned short instance =
-        rtm != nullptr ? rtm->GetDclProtocolInstanceIdFromVlan(vlan, 41)
+        rtm != nullptr ? rtm->GetDclProtocolInstanceIdFromVlan(vlan, Sms::AFI_IPV6)
                        : static_cast<unsigned short>(vlan | DcRtmMgr::IP6_INSTANCE_BIT);
-    return sms_act_ipaddr(m_row_status, instance, SMS_ADDR_TYPE_IPV6, m_if_index,
+    return sms_act_ipaddr(m_row_status, instance, Sms::ADDR_TYPE_IPV6, m_if_index,
                           m_address.Bytes(), m_prefix_length);
 }
 

@@ -5,6 +5,7 @@
 #include "platform/Trace.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -34,7 +35,7 @@ RouteAction::~RouteAction() = default;
 
 unsigned long RouteAction::IssueReq(bool shared_context)
 {
-    const int afi = m_entry.family == 1 ? 0 : 41;
+    const int afi = m_entry.family == Sms::RECORD_IPV4 ? Sms::AFI_IPV4 : Sms::AFI_IPV6;
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     const unsigned short instance = static_cast<unsigned short>(
         (rtm != nullptr ? rtm->GetDclProtocolInstanceIdFromVlan(m_vlan, afi) : m_vlan) & 0xffff);

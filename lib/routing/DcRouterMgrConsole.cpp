@@ -16,14 +16,11 @@
 #include "routing/DcRipv2Router.h"
 #include "routing/DcRouterBase.h"
 #include "routing/ProtocolRegistry.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
 namespace {
-
-// Address families of the table commands.
-const unsigned short FAMILY_IPV4 = 0;
-const unsigned short FAMILY_IPV6 = 41;
 
 // IPS trace filter types, by kind and direction.
 const unsigned short IPS_FILTER_TYPE_IN = 1;
@@ -173,7 +170,7 @@ void DcRouterMgr::ConCmdIp4Rtm(void*, DcConsole* console, int argc, char** argv)
             return;
         }
         if (MatchesAbbrev(sub, "database")) {
-            RunTableCommand(new (std::nothrow) RtmRibCommand(console, FAMILY_IPV4), argc - 2,
+            RunTableCommand(new (std::nothrow) RtmRibCommand(console, Sms::AFI_IPV4), argc - 2,
                             argv + 2);
             return;
         }
@@ -185,7 +182,7 @@ void DcRouterMgr::ConCmdIp4Rtm(void*, DcConsole* console, int argc, char** argv)
             ProtocolRegistry::TableCommandFactory multicast =
                 ProtocolRegistry::Get().multicast_table;
             if (multicast == nullptr ||
-                !RunTableCommand(multicast(console, FAMILY_IPV4), argc - 2, argv + 2)) {
+                !RunTableCommand(multicast(console, Sms::AFI_IPV4), argc - 2, argv + 2)) {
                 console->Print("Fail to parse mcast-database sub command.\n");
             }
             return;
@@ -206,7 +203,7 @@ void DcRouterMgr::ConCmdIp6Rtm(void*, DcConsole* console, int argc, char** argv)
             return;
         }
         if (MatchesWord(sub, "database")) {
-            RunTableCommand(new (std::nothrow) RtmRibCommand(console, FAMILY_IPV6), argc - 2,
+            RunTableCommand(new (std::nothrow) RtmRibCommand(console, Sms::AFI_IPV6), argc - 2,
                             argv + 2);
             return;
         }

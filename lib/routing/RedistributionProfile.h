@@ -5,6 +5,7 @@
 #define ZAVREL_ROUTING_REDISTRIBUTIONPROFILE_H
 
 #include "platform/OptionsNode.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -12,11 +13,11 @@ class RedistributionProfile {
 public:
     // Route protocol codes of the stack's redistribution rows: the IANA
     // route protocol numbers shifted left by 16.
-    static constexpr unsigned int PROTO_CONNECTED = 0x20000;
-    static constexpr unsigned int PROTO_STATIC = 0x30000;
-    static constexpr unsigned int PROTO_RIP = 0x80000;
-    static constexpr unsigned int PROTO_OSPF = 0xd0000;
-    static constexpr unsigned int PROTO_BGP = 0xe0000;
+    static constexpr unsigned int PROTO_CONNECTED = Sms::RedistProtocol(Sms::PROTO_LOCAL);
+    static constexpr unsigned int PROTO_STATIC = Sms::RedistProtocol(Sms::PROTO_STATIC);
+    static constexpr unsigned int PROTO_RIP = Sms::RedistProtocol(Sms::PROTO_RIP);
+    static constexpr unsigned int PROTO_OSPF = Sms::RedistProtocol(Sms::PROTO_OSPF);
+    static constexpr unsigned int PROTO_BGP = Sms::RedistProtocol(Sms::PROTO_BGP);
     // The sources, in the order of the profile's flags.
     static constexpr unsigned int SOURCE_COUNT = 5;
     static const unsigned int SOURCES[SOURCE_COUNT];

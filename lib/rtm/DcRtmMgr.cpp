@@ -195,7 +195,7 @@ bool DcRtmMgr::GetRTMConfig(unsigned short instanceId, amb_cipr_rtm_entity* enti
         entity->ospf_ext_distance = data.ospfv2External;
         entity->rip_distance = data.ripv2;
     }
-    entity->row_status = 1;
+    entity->row_status = Sms::ROW_ACTIVE;
     entity->admin_status = 1;
     return true;
 }

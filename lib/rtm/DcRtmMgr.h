@@ -16,6 +16,7 @@
 #include "platform/Ip6Prefix.h"
 #include "platform/OptionsNode.h"
 #include "stackapi/stackapi.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -26,8 +27,8 @@ public:
     static constexpr unsigned int CFG_KEY_STATIC_ROUTE = 0x3d000003;
     static constexpr unsigned int CFG_KEY_REDISTRIBUTION = 0x3d000002;
     // Address family arguments: 41 selects IPv6, anything else IPv4.
-    static constexpr int AFI_IPV4 = 0;
-    static constexpr int AFI_IPV6 = 41;
+    static constexpr int AFI_IPV4 = Sms::AFI_IPV4;
+    static constexpr int AFI_IPV6 = Sms::AFI_IPV6;
 
     // Settings of one RTM instance.
     struct RTMData {

@@ -10,26 +10,11 @@
 #include "platform/Trace.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
 namespace {
-
-// Address families of static route rows.
-const long FAMILY_IPV4 = 1;
-const long FAMILY_IPV6 = 2;
-
-// Row and admin status values.
-const unsigned int ROW_ACTIVE = 1;
-const unsigned int ROW_DESTROY = 6;
-const unsigned int ADMIN_UP = 1;
-const unsigned int ADMIN_DOWN = 2;
-
-// Stack results with a meaning of their own here: the row is as requested;
-// not now (worth another try); a destroy found no such row.
-const unsigned int RESULT_DONE = 1;
-const unsigned int RESULT_TEMPORARY = 5;
-const unsigned int RESULT_NO_ROW = 6;
 
 CfgSched* Scheduler() {
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
@@ -49,15 +34,15 @@ struct AnswerTexts {
 // other failure. Anything else is given up: the item stays parked.
 void ApplyAnswer(const CfgKey& key, CfgItem& reported, int rowStatus, unsigned int result,
                  const AnswerTexts& texts) {
-    const bool destroy = rowStatus == static_cast<int>(ROW_DESTROY);
-    if (result == RESULT_DONE || (destroy && result == RESULT_NO_ROW)) {
+    const bool destroy = rowStatus == static_cast<int>(Sms::ROW_DESTROY);
+    if (result == Sms::RESULT_DONE || (destroy && result == Sms::RESULT_NO_ROW)) {
         TRACE(10, "%s", texts.done);
         if (CfgSched* scheduler = Scheduler()) {
             scheduler->Remove(key, &reported, result);
         }
         return;
     }
-    const bool retry = destroy || result == RESULT_TEMPORARY;
+    const bool retry = destroy || result == Sms::RESULT_TEMPORARY;
     TRACE(10, "%s", retry ? texts.retry : texts.giveUp);
     if (CfgSched* scheduler = Scheduler()) {
         scheduler->Update(key, &reported, result, retry);
@@ -90,7 +75,7 @@ void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip4Addr& destination
                                  int prefixLength, const Ip4Addr& nextHop, unsigned int ifIndex,
                                  unsigned short metric, int routeType, unsigned int rowStatus,
                                  unsigned int adminStatus) {
-    UpdateStaticRoute(static_cast<unsigned long>(vlan), FAMILY_IPV4, destination.Bytes(),
+    UpdateStaticRoute(static_cast<unsigned long>(vlan), Sms::RECORD_IPV4, destination.Bytes(),
                       static_cast<long>(prefixLength), nextHop.Bytes(), ifIndex, metric,
                       static_cast<long>(routeType), static_cast<long>(rowStatus),
                       static_cast<long>(adminStatus));
@@ -100,7 +85,7 @@ void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip6Addr& destination
                                  int prefixLength, const Ip6Addr& nextHop, unsigned int ifIndex,
                                  unsigned short metric, int routeType, unsigned int rowStatus,
                                  unsigned int adminStatus) {
-    UpdateStaticRoute(static_cast<unsigned long>(vlan), FAMILY_IPV6, destination.Bytes(),
+    UpdateStaticRoute(static_cast<unsigned long>(vlan), Sms::RECORD_IPV6, destination.Bytes(),
                       static_cast<long>(prefixLength), nextHop.Bytes(), ifIndex, metric,
                       static_cast<long>(routeType), static_cast<long>(rowStatus),
                       static_cast<long>(adminStatus));
@@ -130,9 +115,9 @@ void DcRtmMgr::HandleRedistributionStatusChange(unsigned short instance, unsigne
         return;
     }
     if (enabled) {
-        Redistribute(ROW_ACTIVE, ADMIN_UP, source, destination, instance);
+        Redistribute(Sms::ROW_ACTIVE, Sms::STATUS_UP, source, destination, instance);
     } else {
-        Redistribute(ROW_DESTROY, ADMIN_DOWN, source, destination, instance);
+        Redistribute(Sms::ROW_DESTROY, Sms::STATUS_DOWN, source, destination, instance);
     }
 }
 
@@ -141,7 +126,7 @@ void DcRtmMgr::UpdateRouteCallback(unsigned short vlan, int family,
                                    const unsigned char* nextHop, unsigned int ifIndex, int metric,
                                    int routeType, int rowStatus, int adminStatus, unsigned long,
                                    unsigned int result) {
-    const bool ipv4 = family == FAMILY_IPV4;
+    const bool ipv4 = family == Sms::RECORD_IPV4;
     const string destinationText =
         ipv4 ? FormatIp4Addr(static_cast<const void*>(destination)) : FormatIp6Addr(destination);
     const string nextHopText =
@@ -187,7 +172,7 @@ bool AddRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& ne
     }
     rtm->UpdateStaticRoute(vlan, destination, static_cast<int>(DcRouterMgr::bitcount(netmask)),
                            gateway, ifIndex, static_cast<unsigned short>(metric),
-                           static_cast<int>(routeType), ROW_ACTIVE,
+                           static_cast<int>(routeType), Sms::ROW_ACTIVE,
                            static_cast<unsigned int>(adminStatus));
     return true;
 }
@@ -222,17 +207,17 @@ bool SendIp6Route(unsigned short vlan, const Ip6Addr& destination, const Ip6Pref
 
 bool RemoveRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
                  const Ip4Addr& gateway, unsigned int ifIndex) {
-    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, ROW_DESTROY, ADMIN_DOWN);
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_DESTROY, Sms::STATUS_DOWN);
 }
 
 bool EnableRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
                  const Ip4Addr& gateway, unsigned int ifIndex) {
-    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, ROW_ACTIVE, ADMIN_UP);
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_ACTIVE, Sms::STATUS_UP);
 }
 
 bool DisableRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
                   const Ip4Addr& gateway, unsigned int ifIndex) {
-    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, ROW_ACTIVE, ADMIN_DOWN);
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_ACTIVE, Sms::STATUS_DOWN);
 }
 
 // The destination of an added IPv6 route is the prefix's address; the other
@@ -246,24 +231,24 @@ bool AddRoute(unsigned short vlan, const Ip6Addr&, const Ip6Prefix& prefix,
     }
     rtm->UpdateStaticRoute(vlan, prefix.Address(), static_cast<int>(prefix.Length()), gateway,
                            ifIndex, static_cast<unsigned short>(metric),
-                           static_cast<int>(routeType), ROW_ACTIVE,
+                           static_cast<int>(routeType), Sms::ROW_ACTIVE,
                            static_cast<unsigned int>(adminStatus));
     return true;
 }
 
 bool RemoveRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
                  const Ip6Addr& gateway, unsigned int ifIndex) {
-    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, ROW_DESTROY, ADMIN_DOWN);
+    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, Sms::ROW_DESTROY, Sms::STATUS_DOWN);
 }
 
 bool EnableRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
                  const Ip6Addr& gateway, unsigned int ifIndex) {
-    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, ROW_ACTIVE, ADMIN_UP);
+    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, Sms::ROW_ACTIVE, Sms::STATUS_UP);
 }
 
 bool DisableRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
                   const Ip6Addr& gateway, unsigned int ifIndex) {
-    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, ROW_ACTIVE, ADMIN_DOWN);
+    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, Sms::ROW_ACTIVE, Sms::STATUS_DOWN);
 }
 
 }  // namespace Zavrel

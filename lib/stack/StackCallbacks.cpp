@@ -10,15 +10,13 @@
 #include "platform/Ip4Addr.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
+#include "stackapi/SmsConstants.h"
 
 namespace {
 
 using Zavrel::DcInterfaceMgr;
 using Zavrel::DcRouterMgr;
 using Zavrel::DcRtmMgr;
-
-const int FAMILY_IPV4 = 0;
-const int FAMILY_IPV6 = 41;
 
 // The RTM manager, created if needed: the instance bit is its constant.
 DcRtmMgr* RtmMgr() {
@@ -70,7 +68,7 @@ ZAVREL_STACK_EXPORT unsigned long cGetIp6Instance(unsigned long instance) {
     if (rtm == nullptr) {
         return 0;
     }
-    return rtm->GetDclProtocolInstanceIdFromVlan(StripInstance(instance), FAMILY_IPV6);
+    return rtm->GetDclProtocolInstanceIdFromVlan(StripInstance(instance), Zavrel::Sms::AFI_IPV6);
 }
 
 ZAVREL_STACK_EXPORT unsigned long cGetIp4Instance(unsigned long instance) {
@@ -78,7 +76,7 @@ ZAVREL_STACK_EXPORT unsigned long cGetIp4Instance(unsigned long instance) {
     if (rtm == nullptr) {
         return 0;
     }
-    return rtm->GetDclProtocolInstanceIdFromVlan(StripInstance(instance), FAMILY_IPV4);
+    return rtm->GetDclProtocolInstanceIdFromVlan(StripInstance(instance), Zavrel::Sms::AFI_IPV4);
 }
 
 ZAVREL_STACK_EXPORT void cSetRouteState(unsigned long instance, int family,
