@@ -1,21 +1,12 @@
 # Helpers shared by the library folders.
 
-# zavrel_add_shared_library(<target> <export-name> DIRS <dir>... [LINK <libs>...])
-# Builds one shared library from every .cpp below the given folders, with a
-# SONAME derived from the project's major version.
+# zavrel_add_shared_library(<target> SOURCES <file>... [PUBLIC_LINK <libs>...]
+#                           [PRIVATE_LINK <libs>...])
+# Builds one shared library from the sources named (relative to the calling
+# folder), with a SONAME derived from the project's major version.
 function(zavrel_add_shared_library target)
-  cmake_parse_arguments(ARG "" "" "DIRS;PUBLIC_LINK;PRIVATE_LINK" ${ARGN})
-  set(sources)
-  foreach(dir IN LISTS ARG_DIRS)
-    file(GLOB dir_sources CONFIGURE_DEPENDS "${dir}/*.cpp")
-    list(APPEND sources ${dir_sources})
-  endforeach()
-  if(NOT sources)
-    set(placeholder "${CMAKE_CURRENT_BINARY_DIR}/${target}_placeholder.cpp")
-    file(WRITE "${placeholder}" "// ${target} has no sources yet.\n")
-    list(APPEND sources "${placeholder}")
-  endif()
-  add_library(${target} SHARED ${sources})
+  cmake_parse_arguments(ARG "" "" "SOURCES;PUBLIC_LINK;PRIVATE_LINK" ${ARGN})
+  add_library(${target} SHARED ${ARG_SOURCES})
   # Every reference is resolved at link time, from the libraries linked, except
   # the stack API's other side, which stackapi.h declares weak (see there).
   # Not with clang's sanitizers: their runtime lives in the executable only.
@@ -41,8 +32,8 @@ function(zavrel_add_shared_library target)
   add_library(Zavrel::${target} ALIAS ${target})
 endfunction()
 
-# zavrel_install_headers(<dest-subdir> <dir>)
-function(zavrel_install_headers dest dir)
-  file(GLOB headers CONFIGURE_DEPENDS "${dir}/*.h")
-  install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zavrel/${dest})
+# zavrel_install_headers(<dest-subdir> <header>...)
+# Installs the headers named under include/zavrel/<dest-subdir>.
+function(zavrel_install_headers dest)
+  install(FILES ${ARGN} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zavrel/${dest})
 endfunction()
