@@ -46,7 +46,7 @@ host_arch=$(dpkg --print-architecture)
 
 # The -dev packages the cross build links, with everything they need at link
 # and run time (worked out below from their dependencies).
-wanted=(libjsoncpp-dev libgtest-dev libgmock-dev libreadline-dev libevent-dev libmnl-dev)
+wanted=(libjsoncpp-dev libgtest-dev libgmock-dev libreadline-dev libevent-dev libmnl-dev libyajl-dev)
 # Provided by the cross toolchain, so never taken from the armhf index: the C
 # library, the compiler's runtime and their headers.
 toolchain_provided=(libc6 libc6-dev libc-dev libgcc-s1 libgcc-12-dev gcc-12-base libstdc++6

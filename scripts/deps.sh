@@ -16,7 +16,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 packages=(cmake ninja-build g++ pkg-config libjsoncpp-dev libgtest-dev libgmock-dev
-          libbenchmark-dev libevent-dev libreadline-dev libmnl-dev iproute2
+          libbenchmark-dev libevent-dev libreadline-dev libmnl-dev libyajl-dev iproute2
           iputils-ping clang-format)
 missing=()
 for p in "${packages[@]}"; do

@@ -33,6 +33,7 @@ case ${1:-} in
     host=$(dpkg --print-architecture)
     expected="armhf sysroot: not in the package index: libjsoncpp-dev (armhf) libgtest-dev (armhf)"
     expected+=" libgmock-dev (armhf) libreadline-dev (armhf) libevent-dev (armhf) libmnl-dev (armhf)"
+    expected+=" libyajl-dev (armhf)"
     expected+=" g++-12-arm-linux-gnueabihf ($host) qemu-user-static ($host)"
     expected+=" (index errors, if any: $ZAVREL_ARMHF_APT/*/update.log)"
     [ "$line" = "$expected" ] || { echo "unexpected output: $out"; exit 1; }
