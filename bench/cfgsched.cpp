@@ -4,28 +4,26 @@
 //  - one timer tick with 100,000 (or 1,000) sent routes waiting for the
 //    stack and 31 new routes behind them;
 //  - the memory one queued route takes: its item in the scheduler, its
-//    entry in the serializer and its action, counted by this program's own
-//    operator new.
-// Operations are timed in batches; the state is restored between batches
-// outside the timed part, so every batch sees the same number held. For the
-// operation costs the serializer is ready, as in a running system: sent
-// routes have their request outstanding in it, and the requests of a batch
-// are completed after the batch (as the stack would), so the serializer too
-// stays the same size. The memory figure runs first, while the serializer
-// is not ready yet and holds every action queued.
-#include <malloc.h>
-#include <time.h>
-
-#include <atomic>
+//    entry in the serializer and its action, as the C library's allocator
+//    counts them (bench/QueuedRoutes.h; bench_figure_queued_route_bytes
+//    prints the same figure, and builds for the 32-bit target too).
+// Operations are timed in batches on the thread's CPU clock; the state is
+// restored between batches outside the timed part, so every batch sees the
+// same number held. median_ns_per_op is the median over the batches of a
+// run, ns_per_op their mean. For the operation costs the serializer is
+// ready, as in a running system: sent routes have their request
+// outstanding in it, and the requests of a batch are completed after the
+// batch (as the stack would), so the serializer too stays the same size.
+// The memory figure runs first, while the serializer is not ready yet and
+// holds every action queued.
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/Medians.h"
+#include "bench/QueuedRoutes.h"
 #include "cfg/CfgKey.h"
-#include "cfg/CfgMemory.h"
 #include "cfg/CfgSched.h"
 #include "cfg/StaticRouteItem.h"
 #include "mib/MibOid.h"
@@ -34,122 +32,17 @@
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
 
-// ---- allocation counting
-
-namespace {
-std::atomic<long long> g_live_bytes{0};
-std::atomic<long long> g_allocations{0};
-
-// Kept out of line: the replaced operator new/delete below call them, and an
-// inlined malloc/free pair would look to the compiler like new/free mismatch.
-__attribute__((noinline)) void* CountedAlloc(size_t size)
-{
-    void* p = std::malloc(size == 0 ? 1 : size);
-    if (p != nullptr) {
-        g_live_bytes += static_cast<long long>(malloc_usable_size(p));
-        ++g_allocations;
-    }
-    return p;
-}
-
-__attribute__((noinline)) void* CountedAlignedAlloc(size_t size, std::align_val_t alignment)
-{
-    const size_t align = static_cast<size_t>(alignment);
-    // aligned_alloc wants a size that is a multiple of the alignment.
-    const size_t rounded = ((size == 0 ? 1 : size) + align - 1) / align * align;
-    void* p = std::aligned_alloc(align, rounded);
-    if (p != nullptr) {
-        g_live_bytes += static_cast<long long>(malloc_usable_size(p));
-        ++g_allocations;
-    }
-    return p;
-}
-
-__attribute__((noinline)) void CountedFree(void* p)
-{
-    if (p != nullptr) {
-        g_live_bytes -= static_cast<long long>(malloc_usable_size(p));
-        std::free(p);
-    }
-}
-}  // namespace
-
-void* operator new(size_t size)
-{
-    void* p = CountedAlloc(size);
-    if (p == nullptr) {
-        throw std::bad_alloc();
-    }
-    return p;
-}
-void* operator new[](size_t size) { return operator new(size); }
-void* operator new(size_t size, const std::nothrow_t&) noexcept { return CountedAlloc(size); }
-void* operator new[](size_t size, const std::nothrow_t&) noexcept { return CountedAlloc(size); }
-void operator delete(void* p) noexcept { CountedFree(p); }
-void operator delete[](void* p) noexcept { CountedFree(p); }
-void operator delete(void* p, size_t) noexcept { CountedFree(p); }
-void operator delete[](void* p, size_t) noexcept { CountedFree(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { CountedFree(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { CountedFree(p); }
-// The over-aligned forms, which the queued configuration's pool uses.
-void* operator new(size_t size, std::align_val_t alignment)
-{
-    void* p = CountedAlignedAlloc(size, alignment);
-    if (p == nullptr) {
-        throw std::bad_alloc();
-    }
-    return p;
-}
-void* operator new[](size_t size, std::align_val_t alignment)
-{
-    return operator new(size, alignment);
-}
-void* operator new(size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
-{
-    return CountedAlignedAlloc(size, alignment);
-}
-void* operator new[](size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
-{
-    return CountedAlignedAlloc(size, alignment);
-}
-void operator delete(void* p, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete[](void* p, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete(void* p, size_t, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete[](void* p, size_t, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete(void* p, std::align_val_t, const std::nothrow_t&) noexcept { CountedFree(p); }
-void operator delete[](void* p, std::align_val_t, const std::nothrow_t&) noexcept
-{
-    CountedFree(p);
-}
-
 namespace Zavrel {
 namespace {
 
-// Batches are timed on the thread's own CPU clock, so that time the
-// machine gives to other work does not count.
-struct Clock {
-    static double now()
-    {
-        timespec ts;
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
-        return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) * 1e-9;
-    }
-};
+using bench::ForgetStackCalls;
+using bench::InsertRoutes;
+using bench::Route;
+using bench::SendAll;
 
-const unsigned short kVlan = 10;
-const CfgKey kKey(kVlan, 0x3d000003);
+const CfgKey kKey = bench::kRouteKey;
+const unsigned short kVlan = bench::kRouteVlan;
 const int kBatch = 256;
-
-// The route with this number: 10.a.b.c/32 via 192.168.0.1.
-StaticRouteItem* Route(uint32_t n, long rowStatus = 1)
-{
-    const unsigned char destination[4] = {10, static_cast<unsigned char>(n >> 16),
-                                          static_cast<unsigned char>(n >> 8),
-                                          static_cast<unsigned char>(n)};
-    const unsigned char nextHop[4] = {192, 168, 0, 1};
-    return new StaticRouteItem(kVlan, 1, rowStatus, 1, destination, 32, nextHop, 3, 1, 0x30000,
-                               0);
-}
 
 // The routes with these numbers, in their order.
 std::vector<StaticRouteItem*> Routes(const std::vector<uint32_t>& numbers)
@@ -170,32 +63,7 @@ void DeleteAll(const std::vector<StaticRouteItem*>& items)
 
 Serializer& TheSerializer() { return DcRouterMgr::GetInstance()->GetSerializer(); }
 
-// Drops what the stack double recorded.
-void Forget() { test::RecordingStack::Instance().ClearCalls(); }
-
-// Inserts routes 0..count-1, dropping what the stack double records now
-// and then so that its record stays small.
-void InsertRoutes(CfgSched& sched, size_t count)
-{
-    for (uint32_t n = 0; n < count; ++n) {
-        sched.Insert(kKey, Route(n));
-        if (n % 4096 == 0) {
-            test::RecordingStack::Instance().ClearCalls();
-        }
-    }
-}
-
-// Ticks until the scheduler has sent every New item.
-void SendAll(CfgSched& sched, size_t expected)
-{
-    for (size_t tick = 0; tick < expected / 31 + 2; ++tick) {
-        sched.OnTimeout(100, nullptr);
-        if (tick % 64 == 0) {
-            Forget();
-        }
-    }
-    Forget();
-}
+void Forget() { ForgetStackCalls(); }
 
 // The stack reports the requests on these routes' rows done: the
 // serializer drops each outstanding request and issues the next one.
@@ -252,6 +120,7 @@ void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason)
 struct Totals {
     double seconds = 0;
     long long ops = 0;
+    bench::Rounds nsPerOp;  // one per batch
 };
 
 // Times one batch of ops operations, reports it as the iteration's time and
@@ -259,18 +128,20 @@ struct Totals {
 template <typename Body>
 void TimeBatch(benchmark::State& state, Totals& totals, long long ops, Body body)
 {
-    const double start = Clock::now();
+    const double start = bench::ThreadCpuSeconds();
     body();
-    const double elapsed = Clock::now() - start;
+    const double elapsed = bench::ThreadCpuSeconds() - start;
     state.SetIterationTime(elapsed);
     totals.seconds += elapsed;
     totals.ops += ops;
+    totals.nsPerOp.Add(elapsed * 1e9 / static_cast<double>(ops));
 }
 
 void Finish(benchmark::State& state, const Totals& totals)
 {
     state.counters["ns_per_op"] =
         benchmark::Counter(totals.seconds * 1e9 / static_cast<double>(totals.ops));
+    state.counters["median_ns_per_op"] = benchmark::Counter(totals.nsPerOp.Median());
 }
 
 // Inserts new routes (appended at the tail).
@@ -413,53 +284,22 @@ void BM_TickNothingNew(benchmark::State& state)
     Finish(state, totals);
 }
 
-// Bytes held: the heap's blocks, with the queued configuration's pool
-// counted by the blocks it hands out rather than by the chunks it keeps.
-long long HeldBytes()
-{
-    const CfgMemoryUse pool = CfgMemoryUsage();
-    return g_live_bytes.load() - static_cast<long long>(pool.reserved) +
-           static_cast<long long>(pool.inUse);
-}
-
 // Bytes held per queued route: the item in the scheduler, then its entry in
 // the (not yet ready) serializer and its action after the ticks sent it.
 void BM_MemoryPerQueuedRoute(benchmark::State& state)
 {
     const size_t routes = static_cast<size_t>(state.range(0));
-    DcRtmMgr::GetInstance()->SetRtmReady(kVlan);
-    Forget();
-    if (TheSerializer().IsReady()) {
-        state.SkipWithError("the serializer is ready: actions would not stay queued");
-        return;
-    }
-    double itemBytes = 0;
-    double totalBytes = 0;
+    bench::QueuedRouteBytes bytes{};
     for (auto _ : state) {
         state.PauseTiming();
-        {
-            CfgSched sched;
-            const long long before = HeldBytes();
-            InsertRoutes(sched, routes);
-            test::RecordingStack::Instance().ClearCalls();
-            const long long afterInsert = HeldBytes();
-            for (size_t tick = 0; tick < routes / 31 + 2; ++tick) {
-                sched.OnTimeout(100, nullptr);
-                if (tick % 128 == 0) {
-                    test::RecordingStack::Instance().ClearCalls();
-                }
-            }
-            test::RecordingStack::Instance().ClearCalls();
-            const long long afterSend = HeldBytes();
-            itemBytes = static_cast<double>(afterInsert - before) / static_cast<double>(routes);
-            totalBytes = static_cast<double>(afterSend - before) / static_cast<double>(routes);
-            TheSerializer().Reset();
+        if (!bench::MeasureQueuedRouteBytes(routes, bytes)) {
+            state.SkipWithError("the serializer is ready: actions would not stay queued");
         }
         state.ResumeTiming();
     }
-    state.counters["item_bytes"] = benchmark::Counter(itemBytes);
-    state.counters["queued_route_bytes"] = benchmark::Counter(totalBytes);
-    state.counters["serializer_and_action_bytes"] = benchmark::Counter(totalBytes - itemBytes);
+    state.counters["item_bytes"] = benchmark::Counter(bytes.item);
+    state.counters["queued_route_bytes"] = benchmark::Counter(bytes.total);
+    state.counters["serializer_and_action_bytes"] = benchmark::Counter(bytes.total - bytes.item);
     state.counters["sizeof_StaticRouteItem"] =
         benchmark::Counter(static_cast<double>(sizeof(StaticRouteItem)));
 }
