@@ -8,7 +8,7 @@
 
 #include <cstddef>
 #include <map>
-#include <memory_resource>
+#include <memory>
 #include <vector>
 
 #include "cfg/CfgKey.h"
@@ -64,7 +64,7 @@ public:
     const CfgKey& ResumeKey() const { return m_resume_key; }
 
 private:
-    using BucketMap = std::pmr::map<CfgKey, CfgBucket*>;
+    using BucketMap = std::map<CfgKey, std::unique_ptr<CfgBucket>>;
 
     // One bucket's share of a tick; true when the tick must stop.
     bool VisitBucket(CfgBucket& bucket, unsigned int& count);
