@@ -3,10 +3,6 @@
 #ifndef ZAVREL_CFG_CFGITEM_H
 #define ZAVREL_CFG_CFGITEM_H
 
-#include <cstddef>
-#include <new>
-
-#include "cfg/CfgMemory.h"
 #include "mib/MibOid.h"
 
 namespace Zavrel {
@@ -20,17 +16,6 @@ public:
 
     CfgItem();
     virtual ~CfgItem();
-
-    // Items live in the queued configuration's memory (see CfgMemory.h).
-    static void* operator new(std::size_t size) { return CfgMemoryAllocate(size); }
-    static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept
-    {
-        return CfgMemoryAllocate(size, tag);
-    }
-    static void operator delete(void* block, std::size_t size) noexcept
-    {
-        CfgMemoryDeallocate(block, size);
-    }
 
     // True when the stack's routing table instance of the item is ready.
     virtual bool CfgListReady() = 0;
