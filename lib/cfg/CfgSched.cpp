@@ -76,8 +76,8 @@ void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry
     if (reason != REASON_NOT_COUNTED) {
         held.SetRetryCount(held.GetRetryCount() + 1);
     }
-    if (held.GetRetryCount() > MAX_RETRIES || !retry) {
-        // Parked: stays Issued and is never sent again.
+    if (held.IsParked() || !retry) {
+        // Stays Issued: not sent again unless a later report allows it.
         return;
     }
     held.SetActionState(CfgItem::ACTION_ITEM_NEW);

@@ -128,6 +128,18 @@ TEST_F(CfgItemTest, BaseOperationsHaveTheirDefaultAnswers)
     EXPECT_EQ(item.GetActionState(), CfgItem::ACTION_ITEM_NEW);
 }
 
+TEST_F(CfgItemTest, ParkedIsIssuedWithTheRetriesUsedUp)
+{
+    PlainItem item;
+    item.SetRetryCount(CfgItem::MAX_RETRIES + 1);
+    EXPECT_FALSE(item.IsParked()) << "New";
+    item.SetActionState(CfgItem::ACTION_ITEM_ISSUED);
+    EXPECT_TRUE(item.IsParked());
+    item.SetRetryCount(CfgItem::MAX_RETRIES);
+    EXPECT_FALSE(item.IsParked());
+    EXPECT_EQ(9u, CfgItem::MAX_RETRIES);
+}
+
 TEST(CfgItemMemoryTest, ItemsOfDifferentSizesAreKeptApartAndFreedThroughTheBase)
 {
     int destroyed = 0;
