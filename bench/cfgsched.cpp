@@ -9,11 +9,21 @@
 //    prints the same figure, and builds for the 32-bit target too).
 // Operations are timed in batches on the thread's CPU clock; the state is
 // restored between batches outside the timed part, so every batch sees the
-// same number held. median_ns_per_op is the median over the batches of a
-// run, ns_per_op their mean. For the operation costs the serializer is
-// ready, as in a running system: sent routes have their request
-// outstanding in it, and the requests of a batch are completed after the
-// batch (as the stack would), so the serializer too stays the same size.
+// same number held. For the operation costs the serializer is ready, as in a
+// running system: sent routes have their request outstanding in it, and the
+// requests of a batch are completed after the batch (as the stack would), so
+// the serializer too stays the same size.
+//
+// Insert, Update and Remove run on two schedulers side by side, one holding
+// 1,000 routes and one 100,000 (numbers far apart, so that their rows never
+// meet in the serializer), a batch on each in every round, in turn first:
+// both sizes see the machine as it is at that moment. The counters give the
+// median per operation over the batches of each size and their ratio.
+// The ticks run per size (BM_Tick*/1000, /100000), with the serializer
+// holding as many outstanding requests as the scheduler holds routes, and
+// also paired (BM_PairedTick*), where both schedulers share the one
+// serializer and the ratio is the scheduler's own.
+//
 // The memory figure runs first, while the serializer is not ready yet and
 // holds every action queued.
 #include <cstdint>
@@ -79,28 +89,42 @@ void Complete(const std::vector<uint32_t>& numbers)
     Forget();
 }
 
-std::vector<uint32_t> Spread(uint32_t cursor, size_t held)
+std::vector<uint32_t> Spread(uint32_t first, uint32_t cursor, size_t held)
 {
     std::vector<uint32_t> numbers;
     for (int i = 0; i < kBatch; ++i) {
-        numbers.push_back((cursor + static_cast<uint32_t>(i) * 7919u) %
-                          static_cast<uint32_t>(held));
+        numbers.push_back(first + (cursor + static_cast<uint32_t>(i) * 7919u) %
+                                      static_cast<uint32_t>(held));
     }
     return numbers;
 }
 
-// A scheduler holding `held` sent routes, numbered 0..held-1.
+const size_t kSmall = 1000;
+const size_t kLarge = 100000;
+// Route numbers of the larger and the smaller scheduler of a pair.
+const uint32_t kLargeFirst = 0;
+const uint32_t kSmallFirst = 4000000;
+
+// A scheduler holding `held` sent routes, numbered first..first+held-1.
 struct Fixture {
-    explicit Fixture(size_t held) : held(held)
+    Fixture(size_t held, uint32_t first) : held(held), first(first), next(first + held)
     {
         if (!TheSerializer().IsReady()) {
             TheSerializer().RunPendingActions();
         }
         DcRtmMgr::GetInstance()->SetRtmReady(kVlan);
-        InsertRoutes(sched, held);
+        InsertRoutes(sched, held, first);
         SendAll(sched, held);
     }
+    // The serializer forgets the fixture's requests, so that the next one
+    // starts from an empty serializer.
+    ~Fixture() { TheSerializer().Reset(); }
+    Fixture(const Fixture&) = delete;
+    Fixture& operator=(const Fixture&) = delete;
     size_t held;
+    uint32_t first;
+    uint32_t next;  // the next number for a new route
+    uint32_t cursor = 0;
     CfgSched sched;
 };
 
@@ -116,46 +140,52 @@ void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason)
     delete probe;
 }
 
-// The timed work of a whole run.
-struct Totals {
-    double seconds = 0;
-    long long ops = 0;
-    bench::Rounds nsPerOp;  // one per batch
-};
-
-// Times one batch of ops operations, reports it as the iteration's time and
-// adds it to the run's totals.
+// Runs body, which does ops operations, and gives the CPU time per
+// operation in nanoseconds.
 template <typename Body>
-void TimeBatch(benchmark::State& state, Totals& totals, long long ops, Body body)
+double TimedNsPerOp(long long ops, Body body)
 {
     const double start = bench::ThreadCpuSeconds();
     body();
-    const double elapsed = bench::ThreadCpuSeconds() - start;
-    state.SetIterationTime(elapsed);
-    totals.seconds += elapsed;
-    totals.ops += ops;
-    totals.nsPerOp.Add(elapsed * 1e9 / static_cast<double>(ops));
+    return (bench::ThreadCpuSeconds() - start) * 1e9 / static_cast<double>(ops);
 }
 
-void Finish(benchmark::State& state, const Totals& totals)
+// Rounds of a batch on a 1,000-route and on a 100,000-route scheduler, in
+// turn first. round(fixture) times one batch of kBatch operations (and
+// restores the fixture untimed) and gives its nanoseconds per operation.
+template <typename Round>
+void PairedRounds(benchmark::State& state, Round round)
 {
-    state.counters["ns_per_op"] =
-        benchmark::Counter(totals.seconds * 1e9 / static_cast<double>(totals.ops));
-    state.counters["median_ns_per_op"] = benchmark::Counter(totals.nsPerOp.Median());
+    Fixture small(kSmall, kSmallFirst);
+    Fixture large(kLarge, kLargeFirst);
+    bench::Rounds smallNs;
+    bench::Rounds largeNs;
+    bool smallFirst = true;
+    for (auto _ : state) {
+        double seconds = 0;
+        for (int turn = 0; turn < 2; ++turn) {
+            const bool onSmall = (turn == 0) == smallFirst;
+            const double ns = round(onSmall ? small : large);
+            (onSmall ? smallNs : largeNs).Add(ns);
+            seconds += ns * kBatch * 1e-9;
+        }
+        smallFirst = !smallFirst;
+        state.SetIterationTime(seconds);
+    }
+    state.counters["median_ns_per_op_1000"] = benchmark::Counter(smallNs.Median());
+    state.counters["median_ns_per_op_100000"] = benchmark::Counter(largeNs.Median());
+    state.counters["ratio"] = benchmark::Counter(largeNs.Median() / smallNs.Median());
 }
 
 // Inserts new routes (appended at the tail).
 void BM_InsertNew(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    uint32_t next = static_cast<uint32_t>(f.held);
-    Totals totals;
-    for (auto _ : state) {
+    PairedRounds(state, [](Fixture& f) {
         std::vector<StaticRouteItem*> items;
         for (int i = 0; i < kBatch; ++i) {
-            items.push_back(Route(next + static_cast<uint32_t>(i)));
+            items.push_back(Route(f.next + static_cast<uint32_t>(i)));
         }
-        TimeBatch(state, totals, kBatch, [&] {
+        const double ns = TimedNsPerOp(kBatch, [&] {
             for (StaticRouteItem* item : items) {
                 f.sched.Insert(kKey, item);
             }
@@ -164,35 +194,33 @@ void BM_InsertNew(benchmark::State& state)
         SendAll(f.sched, kBatch);
         std::vector<uint32_t> numbers;
         for (int i = 0; i < kBatch; ++i) {
-            numbers.push_back(next + static_cast<uint32_t>(i));
+            numbers.push_back(f.next + static_cast<uint32_t>(i));
             Report(f.sched, numbers.back(), true, 1);
         }
         Complete(numbers);
-    }
-    Finish(state, totals);
+        f.next += kBatch;
+        return ns;
+    });
 }
 
-// Batches over routes spread across the held ones (a new set each round):
+// A round over routes spread across the held ones (a new set each round):
 // op is timed on each route of the batch; restore then brings the scheduler
 // back to the held count, untimed.
 template <typename Op, typename Restore>
 void SpreadBatches(benchmark::State& state, Op op, Restore restore)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    uint32_t cursor = 0;
-    Totals totals;
-    for (auto _ : state) {
-        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
+    PairedRounds(state, [&](Fixture& f) {
+        const std::vector<uint32_t> numbers = Spread(f.first, f.cursor, f.held);
         const std::vector<StaticRouteItem*> routes = Routes(numbers);
-        TimeBatch(state, totals, kBatch, [&] {
+        const double ns = TimedNsPerOp(kBatch, [&] {
             for (StaticRouteItem* route : routes) {
                 op(f.sched, route);
             }
         });
-        cursor += 1;
+        f.cursor += 1;
         restore(f.sched, numbers, routes);
-    }
-    Finish(state, totals);
+        return ns;
+    });
 }
 
 // Inserts routes equal to held ones: each replaces its held route and moves
@@ -250,38 +278,104 @@ void BM_Remove(benchmark::State& state)
         });
 }
 
+// 31 New routes behind the held ones, all sent, in a fixture.
+void AddThirtyOneNew(Fixture& f)
+{
+    for (uint32_t i = 0; i < 31; ++i) {
+        f.sched.Insert(kKey, Route(f.next + i));
+    }
+}
+
+// One tick that sends the 31 New routes; then they fail with a reason that
+// does not count, untimed, and are New again.
+double TickWith31New(Fixture& f)
+{
+    const double ns = TimedNsPerOp(1, [&] { f.sched.OnTimeout(100, nullptr); });
+    std::vector<uint32_t> numbers;
+    for (uint32_t i = 0; i < 31; ++i) {
+        numbers.push_back(f.next + i);
+        Report(f.sched, f.next + i, false, 1);
+    }
+    Complete(numbers);
+    return ns;
+}
+
+// The median of a benchmark's rounds, as counters.
+void Finish(benchmark::State& state, const bench::Rounds& ns)
+{
+    state.counters["median_ns_per_op"] = benchmark::Counter(ns.Median());
+}
+
 // One tick with every held route sent and waiting, and 31 New behind them.
 void BM_TickWith31NewBehindSent(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    const uint32_t first = static_cast<uint32_t>(f.held);
-    for (uint32_t i = 0; i < 31; ++i) {
-        f.sched.Insert(kKey, Route(first + i));
-    }
-    Totals totals;
+    Fixture f(static_cast<size_t>(state.range(0)), kLargeFirst);
+    AddThirtyOneNew(f);
+    bench::Rounds ns;
     for (auto _ : state) {
-        TimeBatch(state, totals, 1, [&] { f.sched.OnTimeout(100, nullptr); });
-        // The 31 fail with a reason that does not count: New again.
-        std::vector<uint32_t> numbers;
-        for (uint32_t i = 0; i < 31; ++i) {
-            numbers.push_back(first + i);
-            Report(f.sched, first + i, false, 1);
-        }
-        Complete(numbers);
+        const double tick = TickWith31New(f);
+        state.SetIterationTime(tick * 1e-9);
+        ns.Add(tick);
     }
-    Finish(state, totals);
+    Finish(state, ns);
 }
 
 // One tick with every held route sent and waiting and nothing new: what
 // the scheduler itself spends on a bucket it cannot send from.
+double TickNothingNew(Fixture& f)
+{
+    return TimedNsPerOp(1, [&] { f.sched.OnTimeout(100, nullptr); });
+}
+
 void BM_TickNothingNew(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    Totals totals;
+    Fixture f(static_cast<size_t>(state.range(0)), kLargeFirst);
+    bench::Rounds ns;
     for (auto _ : state) {
-        TimeBatch(state, totals, 1, [&] { f.sched.OnTimeout(100, nullptr); });
+        const double tick = TickNothingNew(f);
+        state.SetIterationTime(tick * 1e-9);
+        ns.Add(tick);
     }
-    Finish(state, totals);
+    Finish(state, ns);
+}
+
+// The same ticks on the pair of schedulers (one serializer for both).
+template <typename Tick>
+void PairedTicks(benchmark::State& state, bool withNew, Tick tick)
+{
+    Fixture small(kSmall, kSmallFirst);
+    Fixture large(kLarge, kLargeFirst);
+    if (withNew) {
+        AddThirtyOneNew(small);
+        AddThirtyOneNew(large);
+    }
+    bench::Rounds smallNs;
+    bench::Rounds largeNs;
+    bool smallFirst = true;
+    for (auto _ : state) {
+        double seconds = 0;
+        for (int turn = 0; turn < 2; ++turn) {
+            const bool onSmall = (turn == 0) == smallFirst;
+            const double ns = tick(onSmall ? small : large);
+            (onSmall ? smallNs : largeNs).Add(ns);
+            seconds += ns * 1e-9;
+        }
+        smallFirst = !smallFirst;
+        state.SetIterationTime(seconds);
+    }
+    state.counters["median_ns_per_op_1000"] = benchmark::Counter(smallNs.Median());
+    state.counters["median_ns_per_op_100000"] = benchmark::Counter(largeNs.Median());
+    state.counters["ratio"] = benchmark::Counter(largeNs.Median() / smallNs.Median());
+}
+
+void BM_PairedTickWith31NewBehindSent(benchmark::State& state)
+{
+    PairedTicks(state, true, TickWith31New);
+}
+
+void BM_PairedTickNothingNew(benchmark::State& state)
+{
+    PairedTicks(state, false, TickNothingNew);
 }
 
 // Bytes held per queued route: the item in the scheduler, then its entry in
@@ -305,13 +399,15 @@ void BM_MemoryPerQueuedRoute(benchmark::State& state)
 }
 
 BENCHMARK(BM_MemoryPerQueuedRoute)->Arg(100000)->Iterations(1);
-BENCHMARK(BM_InsertNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_InsertReplace)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_Update)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_ReportOidOnly)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_Remove)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_InsertNew)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_InsertReplace)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_Update)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_ReportOidOnly)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_Remove)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_TickWith31NewBehindSent)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
 BENCHMARK(BM_TickNothingNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
+BENCHMARK(BM_PairedTickWith31NewBehindSent)->UseManualTime()->Iterations(2000);
+BENCHMARK(BM_PairedTickNothingNew)->UseManualTime()->Iterations(2000);
 
 }  // namespace
 }  // namespace Zavrel
