@@ -7,6 +7,13 @@
 
 namespace Zavrel {
 
+CfgBucket::CfgBucket()
+{
+    // Half-full buckets: a lookup mostly meets its record first in its
+    // bucket's chain.
+    m_records.max_load_factor(0.5f);
+}
+
 CfgBucket::~CfgBucket()
 {
     m_groups.clear();
@@ -18,6 +25,7 @@ CfgBucket::~CfgBucket()
     }
     m_list.clear();
     m_records.clear();
+    m_further_records.clear();
 }
 
 size_t CfgBucket::HashOid(const MibOid& oid)
@@ -32,10 +40,36 @@ size_t CfgBucket::HashOid(const MibOid& oid)
 
 // ---- indexes
 
-void CfgBucket::IndexPlace(Entry entry)
+CfgBucket::Group& CfgBucket::GroupOf(const Record& record)
 {
-    PositionIndex& group = entry->grouped ? m_groups[entry->groupKey] : m_ungrouped;
-    entry->groupPlace = group.emplace_hint(group.end(), entry->position, entry);
+    return record.grouped ? m_groups[record.groupKey] : m_ungrouped;
+}
+
+CfgBucket::Entry CfgBucket::NextInGroup(const Record& record)
+{
+    const auto next = std::next(record.groupPlace);
+    return next == GroupOf(record).end() ? nullptr : *next;
+}
+
+void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors)
+{
+    Group& group = GroupOf(*entry);
+    Group::iterator before = group.end();
+    bool placed = false;
+    for (Entry successor : successors) {
+        if (successor != nullptr && successor->grouped == entry->grouped &&
+            (!entry->grouped || successor->groupKey == entry->groupKey)) {
+            before = successor->groupPlace;
+            placed = true;
+            break;
+        }
+    }
+    if (!placed) {
+        while (before != group.begin() && (*std::prev(before))->position > entry->position) {
+            --before;
+        }
+    }
+    entry->groupPlace = group.insert(before, entry);
     IndexState(entry);
 }
 
@@ -64,31 +98,38 @@ void CfgBucket::UnindexPlace(Entry entry)
 
 // ---- lookups
 
-CfgBucket::Entry CfgBucket::FindFirst(const MibOid& oid)
+template <typename Test>
+CfgBucket::Entry CfgBucket::FindFirstWhere(const MibOid& oid, Test test)
 {
+    const size_t hash = HashOid(oid);
     Entry first = nullptr;
-    auto range = m_records.equal_range(HashOid(oid));
-    for (auto it = range.first; it != range.second; ++it) {
-        Record& record = it->second;
-        if (*record.oid == oid && (first == nullptr || record.position < first->position)) {
+    auto consider = [&](Record& record) {
+        if (*record.oid == oid && test(record) &&
+            (first == nullptr || record.position < first->position)) {
             first = &record;
+        }
+    };
+    const auto found = m_records.find(hash);
+    if (found != m_records.end()) {
+        consider(found->second);
+    }
+    if (!m_further_records.empty()) {
+        const auto range = m_further_records.equal_range(hash);
+        for (auto it = range.first; it != range.second; ++it) {
+            consider(it->second);
         }
     }
     return first;
 }
 
+CfgBucket::Entry CfgBucket::FindFirst(const MibOid& oid)
+{
+    return FindFirstWhere(oid, [](const Record&) { return true; });
+}
+
 CfgBucket::Entry CfgBucket::FindFirstIssued(const MibOid& oid)
 {
-    Entry first = nullptr;
-    auto range = m_records.equal_range(HashOid(oid));
-    for (auto it = range.first; it != range.second; ++it) {
-        Record& record = it->second;
-        if (*record.oid == oid && record.item->IsIssued() &&
-            (first == nullptr || record.position < first->position)) {
-            first = &record;
-        }
-    }
-    return first;
+    return FindFirstWhere(oid, [](const Record& record) { return record.item->IsIssued(); });
 }
 
 CfgBucket::Position CfgBucket::FirstNotReady()
@@ -97,14 +138,14 @@ CfgBucket::Position CfgBucket::FirstNotReady()
     // Within a readiness group every item answers alike, so the group's
     // first item stands for all of them.
     for (auto& group : m_groups) {
-        const PositionIndex::value_type& first = *group.second.begin();
-        if (first.first < stop && !first.second->item->CfgListReady()) {
-            stop = first.first;
+        const Entry first = group.second.front();
+        if (first->position < stop && !first->item->CfgListReady()) {
+            stop = first->position;
         }
     }
-    for (auto it = m_ungrouped.begin(); it != m_ungrouped.end() && it->first < stop; ++it) {
-        if (!it->second->item->CfgListReady()) {
-            stop = it->first;
+    for (auto it = m_ungrouped.begin(); it != m_ungrouped.end() && (*it)->position < stop; ++it) {
+        if (!(*it)->item->CfgListReady()) {
+            stop = (*it)->position;
             break;
         }
     }
@@ -132,19 +173,29 @@ std::vector<CfgItem*> CfgBucket::Items() const
 
 // ---- changes
 
-CfgBucket::Entry CfgBucket::Add(Record&& record, std::list<Record*>::iterator before)
+CfgBucket::Entry CfgBucket::Add(Record&& record, std::list<Record*>::iterator before,
+                                std::initializer_list<Entry> successors)
 {
     const size_t hash = HashOid(*record.oid);
     record.grouped = record.item->GetListReadyKey(record.groupKey);
-    Entry entry = &m_records.emplace(hash, std::move(record))->second;
+    record.further = false;
+    Entry entry = nullptr;
+    auto first = m_records.try_emplace(hash, std::move(record));
+    if (first.second) {
+        entry = &first.first->second;
+    } else {
+        // try_emplace left the record alone.
+        record.further = true;
+        entry = &m_further_records.emplace(hash, std::move(record))->second;
+    }
     entry->place = m_list.insert(before, entry);
-    IndexPlace(entry);
+    IndexPlace(entry, successors);
     return entry;
 }
 
 void CfgBucket::Append(CfgItem* item, const MibOid& oid)
 {
-    Record record{std::unique_ptr<CfgItem>(item), &oid, m_next_position++, false, 0, {}, {}};
+    Record record{std::unique_ptr<CfgItem>(item), &oid, m_next_position++, false, false, 0, {}, {}};
     Add(std::move(record), m_list.end());
 }
 
@@ -156,25 +207,35 @@ void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid)
         return;
     }
     // ... X P H Y becomes ... X N P Y: N takes P's position, P takes H's.
+    // P keeps its place in its readiness group: nothing of that group lay
+    // between P and H. N goes just before P, or where H was, in its group.
     const Entry predecessor = *std::prev(held->place);
     const Position heldPosition = held->position;
+    const Entry afterHeld = NextInGroup(*held);
     Destroy(held);
-    UnindexPlace(predecessor);
     const Position newPosition = predecessor->position;
+    if (!m_new.empty()) {
+        m_new.erase(newPosition);
+    }
     predecessor->position = heldPosition;
-    IndexPlace(predecessor);
-    Record record{std::unique_ptr<CfgItem>(item), &oid, newPosition, false, 0, {}, {}};
-    Add(std::move(record), predecessor->place);
+    IndexState(predecessor);
+    Record record{std::unique_ptr<CfgItem>(item), &oid, newPosition, false, false, 0, {}, {}};
+    Add(std::move(record), predecessor->place, {predecessor, afterHeld});
 }
 
 void CfgBucket::Destroy(Entry entry)
 {
     UnindexPlace(entry);
     m_list.erase(entry->place);
-    auto range = m_records.equal_range(HashOid(*entry->oid));
+    const size_t hash = HashOid(*entry->oid);
+    if (!entry->further) {
+        m_records.erase(hash);
+        return;
+    }
+    auto range = m_further_records.equal_range(hash);
     for (auto it = range.first; it != range.second; ++it) {
         if (&it->second == entry) {
-            m_records.erase(it);
+            m_further_records.erase(it);
             return;
         }
     }

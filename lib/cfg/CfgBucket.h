@@ -5,26 +5,33 @@
 // Each of the scheduler's operations reaches the few items it needs without
 // walking the others:
 //  - Insert and Remove want the first item of an OID, Update the first
-//    Issued item of an OID: the records are kept in a hash table by OID
-//    (rarely more than one record per OID), which is the one place a
-//    record lives in;
-//  - a tick wants the New items in list order: an ordered index of them;
+//    Issued item of an OID: the records are kept in hash tables by OID,
+//    which are the one place a record lives in. An OID rarely has more
+//    than one item held at once, so the first record of a hash goes into a
+//    table of one record per hash, where a lookup stops at the record it
+//    finds, and any further records of the hash into a second table,
+//    which is mostly empty;
+//  - a tick wants the New items in list order: an ordered index of them by
+//    position (an item sent back to New may stand anywhere);
 //  - a tick also wants the place of the first item that is not list-ready:
-//    the items by readiness key (CfgItem::GetListReadyKey), each group in
-//    list order, so that the first item of a group answers for all of it;
+//    the items by readiness key (CfgItem::GetListReadyKey), each group a
+//    list in list order, so that the first item of a group answers for all
+//    of it;
 //  - the list order itself, for the predecessor of a replaced item and for
 //    walks over every item: a list of the records.
-// The ordered indexes compare places by position, a number that grows along
-// the list. An appended item takes the next unused number. A replacement
-// needs no number of its own: the list ... X P H Y becomes ... X N P Y, so
-// the new item N takes the number of P, and P the number of the replaced H.
-// A record keeps where it stands in the list and in its readiness group, so
-// that unlinking it searches nothing.
+// Places are compared by position, a number that grows along the list. An
+// appended item takes the next unused number. A replacement needs no number
+// of its own: the list ... X P H Y becomes ... X N P Y, so the new item N
+// takes the number of P, and P the number of the replaced H; P keeps its
+// place in its group (no item of it lay between P and H), and N goes just
+// before P or where H was in their groups. A record keeps where it stands
+// in the list and in its group, so that unlinking it searches nothing.
 #ifndef ZAVREL_CFG_CFGBUCKET_H
 #define ZAVREL_CFG_CFGBUCKET_H
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <list>
 #include <map>
 #include <memory>
@@ -50,6 +57,8 @@ public:
 private:
     // Records by position.
     using PositionIndex = std::map<Position, Record*>;
+    // Records of a readiness group, in list order.
+    using Group = std::list<Record*>;
 
 public:
     struct Record {
@@ -57,12 +66,13 @@ public:
         const MibOid* oid;  // the item's stored OID (what its GetOid returned)
         Position position;
         bool grouped;
+        bool further;  // in m_further_records (not the first of its hash)
         unsigned long groupKey;  // when grouped: the item's readiness key
         std::list<Record*>::iterator place;
-        PositionIndex::iterator groupPlace;
+        Group::iterator groupPlace;
     };
 
-    CfgBucket() = default;
+    CfgBucket();
     ~CfgBucket();  // destroys the items still held, in list order
     CfgBucket(const CfgBucket&) = delete;
     CfgBucket& operator=(const CfgBucket&) = delete;
@@ -113,23 +123,37 @@ public:
 private:
 
     static size_t HashOid(const MibOid& oid);
-    // Files a new record (its item, OID and position set) in the table
-    // and the indexes, and links it into the list before `before`.
-    Entry Add(Record&& record, std::list<Record*>::iterator before);
-    // Links the record into its readiness group and, when New, into the
-    // New index; and unlinks it from both.
-    void IndexPlace(Entry entry);
+    // The first record, in list order, of the OID that passes the test.
+    template <typename Test>
+    Entry FindFirstWhere(const MibOid& oid, Test test);
+    // Files a new record (its item, OID and position set) in a table and
+    // the indexes, and links it into the list before `before`.
+    Entry Add(Record&& record, std::list<Record*>::iterator before,
+              std::initializer_list<Entry> successors = {});
+    // Links the record into its readiness group and, when New, into the New
+    // index; and unlinks it from both. successors are records that may
+    // follow the record in its group (null or of another group otherwise):
+    // the first of its group is where the record goes. Without one it goes
+    // to the end of its group when its position is past the group's last,
+    // and is placed by a search otherwise (only a replacement whose
+    // readiness key is neither its predecessor's nor the replaced item's).
+    void IndexPlace(Entry entry, std::initializer_list<Entry> successors = {});
     void UnindexPlace(Entry entry);
+    // The readiness group of the record, and the next record of it (null
+    // for the last).
+    Group& GroupOf(const Record& record);
+    Entry NextInGroup(const Record& record);
     // Into the New index when its item is New.
     void IndexState(Entry entry);
 
     // The records, by the hash of their OID (the OIDs themselves are
     // compared), and in list order.
-    std::unordered_multimap<size_t, Record> m_records;
+    std::unordered_map<size_t, Record> m_records;
+    std::unordered_multimap<size_t, Record> m_further_records;
     std::list<Record*> m_list;
     // Readiness groups by key (none empty), and the items without a key.
-    std::map<unsigned long, PositionIndex> m_groups;
-    PositionIndex m_ungrouped;
+    std::map<unsigned long, Group> m_groups;
+    Group m_ungrouped;
     // The New items.
     PositionIndex m_new;
     Position m_next_position = 0;
