@@ -4,28 +4,36 @@
 //  - one timer tick with 100,000 (or 1,000) sent routes waiting for the
 //    stack and 31 new routes behind them;
 //  - the memory one queued route takes: its item in the scheduler, its
-//    entry in the serializer and its action, counted by this program's own
-//    operator new.
-// Operations are timed in batches; the state is restored between batches
-// outside the timed part, so every batch sees the same number held. For the
-// operation costs the serializer is ready, as in a running system: sent
-// routes have their request outstanding in it, and the requests of a batch
-// are completed after the batch (as the stack would), so the serializer too
-// stays the same size. The memory figure runs first, while the serializer
-// is not ready yet and holds every action queued.
-#include <malloc.h>
-#include <time.h>
-
-#include <atomic>
+//    entry in the serializer and its action, as the C library's allocator
+//    counts them (bench/QueuedRoutes.h; bench_figure_queued_route_bytes
+//    prints the same figure, and builds for the 32-bit target too).
+// Operations are timed in batches on the thread's CPU clock; the state is
+// restored between batches outside the timed part, so every batch sees the
+// same number held. For the operation costs the serializer is ready, as in a
+// running system: sent routes have their request outstanding in it, and the
+// requests of a batch are completed after the batch (as the stack would), so
+// the serializer too stays the same size.
+//
+// Insert, Update and Remove run on two schedulers side by side, one holding
+// 1,000 routes and one 100,000 (numbers far apart, so that their rows never
+// meet in the serializer), a batch on each in every round, in turn first:
+// both sizes see the machine as it is at that moment. The counters give the
+// median per operation over the batches of each size and their ratio.
+// The ticks run per size (BM_Tick*/1000, /100000), with the serializer
+// holding as many outstanding requests as the scheduler holds routes, and
+// also paired (BM_PairedTick*), where both schedulers share the one
+// serializer and the ratio is the scheduler's own.
+//
+// The memory figure runs first, while the serializer is not ready yet and
+// holds every action queued.
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
+#include "bench/Medians.h"
+#include "bench/QueuedRoutes.h"
 #include "cfg/CfgKey.h"
-#include "cfg/CfgMemory.h"
 #include "cfg/CfgSched.h"
 #include "cfg/StaticRouteItem.h"
 #include "mib/MibOid.h"
@@ -34,122 +42,17 @@
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
 
-// ---- allocation counting
-
-namespace {
-std::atomic<long long> g_live_bytes{0};
-std::atomic<long long> g_allocations{0};
-
-// Kept out of line: the replaced operator new/delete below call them, and an
-// inlined malloc/free pair would look to the compiler like new/free mismatch.
-__attribute__((noinline)) void* CountedAlloc(size_t size)
-{
-    void* p = std::malloc(size == 0 ? 1 : size);
-    if (p != nullptr) {
-        g_live_bytes += static_cast<long long>(malloc_usable_size(p));
-        ++g_allocations;
-    }
-    return p;
-}
-
-__attribute__((noinline)) void* CountedAlignedAlloc(size_t size, std::align_val_t alignment)
-{
-    const size_t align = static_cast<size_t>(alignment);
-    // aligned_alloc wants a size that is a multiple of the alignment.
-    const size_t rounded = ((size == 0 ? 1 : size) + align - 1) / align * align;
-    void* p = std::aligned_alloc(align, rounded);
-    if (p != nullptr) {
-        g_live_bytes += static_cast<long long>(malloc_usable_size(p));
-        ++g_allocations;
-    }
-    return p;
-}
-
-__attribute__((noinline)) void CountedFree(void* p)
-{
-    if (p != nullptr) {
-        g_live_bytes -= static_cast<long long>(malloc_usable_size(p));
-        std::free(p);
-    }
-}
-}  // namespace
-
-void* operator new(size_t size)
-{
-    void* p = CountedAlloc(size);
-    if (p == nullptr) {
-        throw std::bad_alloc();
-    }
-    return p;
-}
-void* operator new[](size_t size) { return operator new(size); }
-void* operator new(size_t size, const std::nothrow_t&) noexcept { return CountedAlloc(size); }
-void* operator new[](size_t size, const std::nothrow_t&) noexcept { return CountedAlloc(size); }
-void operator delete(void* p) noexcept { CountedFree(p); }
-void operator delete[](void* p) noexcept { CountedFree(p); }
-void operator delete(void* p, size_t) noexcept { CountedFree(p); }
-void operator delete[](void* p, size_t) noexcept { CountedFree(p); }
-void operator delete(void* p, const std::nothrow_t&) noexcept { CountedFree(p); }
-void operator delete[](void* p, const std::nothrow_t&) noexcept { CountedFree(p); }
-// The over-aligned forms, which the queued configuration's pool uses.
-void* operator new(size_t size, std::align_val_t alignment)
-{
-    void* p = CountedAlignedAlloc(size, alignment);
-    if (p == nullptr) {
-        throw std::bad_alloc();
-    }
-    return p;
-}
-void* operator new[](size_t size, std::align_val_t alignment)
-{
-    return operator new(size, alignment);
-}
-void* operator new(size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
-{
-    return CountedAlignedAlloc(size, alignment);
-}
-void* operator new[](size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
-{
-    return CountedAlignedAlloc(size, alignment);
-}
-void operator delete(void* p, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete[](void* p, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete(void* p, size_t, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete[](void* p, size_t, std::align_val_t) noexcept { CountedFree(p); }
-void operator delete(void* p, std::align_val_t, const std::nothrow_t&) noexcept { CountedFree(p); }
-void operator delete[](void* p, std::align_val_t, const std::nothrow_t&) noexcept
-{
-    CountedFree(p);
-}
-
 namespace Zavrel {
 namespace {
 
-// Batches are timed on the thread's own CPU clock, so that time the
-// machine gives to other work does not count.
-struct Clock {
-    static double now()
-    {
-        timespec ts;
-        clock_gettime(CLOCK_THREAD_CPUTIME_ID, &ts);
-        return static_cast<double>(ts.tv_sec) + static_cast<double>(ts.tv_nsec) * 1e-9;
-    }
-};
+using bench::ForgetStackCalls;
+using bench::InsertRoutes;
+using bench::Route;
+using bench::SendAll;
 
-const unsigned short kVlan = 10;
-const CfgKey kKey(kVlan, 0x3d000003);
+const CfgKey kKey = bench::kRouteKey;
+const unsigned short kVlan = bench::kRouteVlan;
 const int kBatch = 256;
-
-// The route with this number: 10.a.b.c/32 via 192.168.0.1.
-StaticRouteItem* Route(uint32_t n, long rowStatus = 1)
-{
-    const unsigned char destination[4] = {10, static_cast<unsigned char>(n >> 16),
-                                          static_cast<unsigned char>(n >> 8),
-                                          static_cast<unsigned char>(n)};
-    const unsigned char nextHop[4] = {192, 168, 0, 1};
-    return new StaticRouteItem(kVlan, 1, rowStatus, 1, destination, 32, nextHop, 3, 1, 0x30000,
-                               0);
-}
 
 // The routes with these numbers, in their order.
 std::vector<StaticRouteItem*> Routes(const std::vector<uint32_t>& numbers)
@@ -170,32 +73,7 @@ void DeleteAll(const std::vector<StaticRouteItem*>& items)
 
 Serializer& TheSerializer() { return DcRouterMgr::GetInstance()->GetSerializer(); }
 
-// Drops what the stack double recorded.
-void Forget() { test::RecordingStack::Instance().ClearCalls(); }
-
-// Inserts routes 0..count-1, dropping what the stack double records now
-// and then so that its record stays small.
-void InsertRoutes(CfgSched& sched, size_t count)
-{
-    for (uint32_t n = 0; n < count; ++n) {
-        sched.Insert(kKey, Route(n));
-        if (n % 4096 == 0) {
-            test::RecordingStack::Instance().ClearCalls();
-        }
-    }
-}
-
-// Ticks until the scheduler has sent every New item.
-void SendAll(CfgSched& sched, size_t expected)
-{
-    for (size_t tick = 0; tick < expected / 31 + 2; ++tick) {
-        sched.OnTimeout(100, nullptr);
-        if (tick % 64 == 0) {
-            Forget();
-        }
-    }
-    Forget();
-}
+void Forget() { ForgetStackCalls(); }
 
 // The stack reports the requests on these routes' rows done: the
 // serializer drops each outstanding request and issues the next one.
@@ -211,28 +89,42 @@ void Complete(const std::vector<uint32_t>& numbers)
     Forget();
 }
 
-std::vector<uint32_t> Spread(uint32_t cursor, size_t held)
+std::vector<uint32_t> Spread(uint32_t first, uint32_t cursor, size_t held)
 {
     std::vector<uint32_t> numbers;
     for (int i = 0; i < kBatch; ++i) {
-        numbers.push_back((cursor + static_cast<uint32_t>(i) * 7919u) %
-                          static_cast<uint32_t>(held));
+        numbers.push_back(first + (cursor + static_cast<uint32_t>(i) * 7919u) %
+                                      static_cast<uint32_t>(held));
     }
     return numbers;
 }
 
-// A scheduler holding `held` sent routes, numbered 0..held-1.
+const size_t kSmall = 1000;
+const size_t kLarge = 100000;
+// Route numbers of the larger and the smaller scheduler of a pair.
+const uint32_t kLargeFirst = 0;
+const uint32_t kSmallFirst = 4000000;
+
+// A scheduler holding `held` sent routes, numbered first..first+held-1.
 struct Fixture {
-    explicit Fixture(size_t held) : held(held)
+    Fixture(size_t held, uint32_t first) : held(held), first(first), next(first + held)
     {
         if (!TheSerializer().IsReady()) {
             TheSerializer().RunPendingActions();
         }
         DcRtmMgr::GetInstance()->SetRtmReady(kVlan);
-        InsertRoutes(sched, held);
+        InsertRoutes(sched, held, first);
         SendAll(sched, held);
     }
+    // The serializer forgets the fixture's requests, so that the next one
+    // starts from an empty serializer.
+    ~Fixture() { TheSerializer().Reset(); }
+    Fixture(const Fixture&) = delete;
+    Fixture& operator=(const Fixture&) = delete;
     size_t held;
+    uint32_t first;
+    uint32_t next;  // the next number for a new route
+    uint32_t cursor = 0;
     CfgSched sched;
 };
 
@@ -248,43 +140,52 @@ void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason)
     delete probe;
 }
 
-// The timed work of a whole run.
-struct Totals {
-    double seconds = 0;
-    long long ops = 0;
-};
-
-// Times one batch of ops operations, reports it as the iteration's time and
-// adds it to the run's totals.
+// Runs body, which does ops operations, and gives the CPU time per
+// operation in nanoseconds.
 template <typename Body>
-void TimeBatch(benchmark::State& state, Totals& totals, long long ops, Body body)
+double TimedNsPerOp(long long ops, Body body)
 {
-    const double start = Clock::now();
+    const double start = bench::ThreadCpuSeconds();
     body();
-    const double elapsed = Clock::now() - start;
-    state.SetIterationTime(elapsed);
-    totals.seconds += elapsed;
-    totals.ops += ops;
+    return (bench::ThreadCpuSeconds() - start) * 1e9 / static_cast<double>(ops);
 }
 
-void Finish(benchmark::State& state, const Totals& totals)
+// Rounds of a batch on a 1,000-route and on a 100,000-route scheduler, in
+// turn first. round(fixture) times one batch of kBatch operations (and
+// restores the fixture untimed) and gives its nanoseconds per operation.
+template <typename Round>
+void PairedRounds(benchmark::State& state, Round round)
 {
-    state.counters["ns_per_op"] =
-        benchmark::Counter(totals.seconds * 1e9 / static_cast<double>(totals.ops));
+    Fixture small(kSmall, kSmallFirst);
+    Fixture large(kLarge, kLargeFirst);
+    bench::Rounds smallNs;
+    bench::Rounds largeNs;
+    bool smallFirst = true;
+    for (auto _ : state) {
+        double seconds = 0;
+        for (int turn = 0; turn < 2; ++turn) {
+            const bool onSmall = (turn == 0) == smallFirst;
+            const double ns = round(onSmall ? small : large);
+            (onSmall ? smallNs : largeNs).Add(ns);
+            seconds += ns * kBatch * 1e-9;
+        }
+        smallFirst = !smallFirst;
+        state.SetIterationTime(seconds);
+    }
+    state.counters["median_ns_per_op_1000"] = benchmark::Counter(smallNs.Median());
+    state.counters["median_ns_per_op_100000"] = benchmark::Counter(largeNs.Median());
+    state.counters["ratio"] = benchmark::Counter(largeNs.Median() / smallNs.Median());
 }
 
 // Inserts new routes (appended at the tail).
 void BM_InsertNew(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    uint32_t next = static_cast<uint32_t>(f.held);
-    Totals totals;
-    for (auto _ : state) {
+    PairedRounds(state, [](Fixture& f) {
         std::vector<StaticRouteItem*> items;
         for (int i = 0; i < kBatch; ++i) {
-            items.push_back(Route(next + static_cast<uint32_t>(i)));
+            items.push_back(Route(f.next + static_cast<uint32_t>(i)));
         }
-        TimeBatch(state, totals, kBatch, [&] {
+        const double ns = TimedNsPerOp(kBatch, [&] {
             for (StaticRouteItem* item : items) {
                 f.sched.Insert(kKey, item);
             }
@@ -293,35 +194,33 @@ void BM_InsertNew(benchmark::State& state)
         SendAll(f.sched, kBatch);
         std::vector<uint32_t> numbers;
         for (int i = 0; i < kBatch; ++i) {
-            numbers.push_back(next + static_cast<uint32_t>(i));
+            numbers.push_back(f.next + static_cast<uint32_t>(i));
             Report(f.sched, numbers.back(), true, 1);
         }
         Complete(numbers);
-    }
-    Finish(state, totals);
+        f.next += kBatch;
+        return ns;
+    });
 }
 
-// Batches over routes spread across the held ones (a new set each round):
+// A round over routes spread across the held ones (a new set each round):
 // op is timed on each route of the batch; restore then brings the scheduler
 // back to the held count, untimed.
 template <typename Op, typename Restore>
 void SpreadBatches(benchmark::State& state, Op op, Restore restore)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    uint32_t cursor = 0;
-    Totals totals;
-    for (auto _ : state) {
-        const std::vector<uint32_t> numbers = Spread(cursor, f.held);
+    PairedRounds(state, [&](Fixture& f) {
+        const std::vector<uint32_t> numbers = Spread(f.first, f.cursor, f.held);
         const std::vector<StaticRouteItem*> routes = Routes(numbers);
-        TimeBatch(state, totals, kBatch, [&] {
+        const double ns = TimedNsPerOp(kBatch, [&] {
             for (StaticRouteItem* route : routes) {
                 op(f.sched, route);
             }
         });
-        cursor += 1;
+        f.cursor += 1;
         restore(f.sched, numbers, routes);
-    }
-    Finish(state, totals);
+        return ns;
+    });
 }
 
 // Inserts routes equal to held ones: each replaces its held route and moves
@@ -379,47 +278,104 @@ void BM_Remove(benchmark::State& state)
         });
 }
 
+// 31 New routes behind the held ones, all sent, in a fixture.
+void AddThirtyOneNew(Fixture& f)
+{
+    for (uint32_t i = 0; i < 31; ++i) {
+        f.sched.Insert(kKey, Route(f.next + i));
+    }
+}
+
+// One tick that sends the 31 New routes; then they fail with a reason that
+// does not count, untimed, and are New again.
+double TickWith31New(Fixture& f)
+{
+    const double ns = TimedNsPerOp(1, [&] { f.sched.OnTimeout(100, nullptr); });
+    std::vector<uint32_t> numbers;
+    for (uint32_t i = 0; i < 31; ++i) {
+        numbers.push_back(f.next + i);
+        Report(f.sched, f.next + i, false, 1);
+    }
+    Complete(numbers);
+    return ns;
+}
+
+// The median of a benchmark's rounds, as counters.
+void Finish(benchmark::State& state, const bench::Rounds& ns)
+{
+    state.counters["median_ns_per_op"] = benchmark::Counter(ns.Median());
+}
+
 // One tick with every held route sent and waiting, and 31 New behind them.
 void BM_TickWith31NewBehindSent(benchmark::State& state)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    const uint32_t first = static_cast<uint32_t>(f.held);
-    for (uint32_t i = 0; i < 31; ++i) {
-        f.sched.Insert(kKey, Route(first + i));
-    }
-    Totals totals;
+    Fixture f(static_cast<size_t>(state.range(0)), kLargeFirst);
+    AddThirtyOneNew(f);
+    bench::Rounds ns;
     for (auto _ : state) {
-        TimeBatch(state, totals, 1, [&] { f.sched.OnTimeout(100, nullptr); });
-        // The 31 fail with a reason that does not count: New again.
-        std::vector<uint32_t> numbers;
-        for (uint32_t i = 0; i < 31; ++i) {
-            numbers.push_back(first + i);
-            Report(f.sched, first + i, false, 1);
-        }
-        Complete(numbers);
+        const double tick = TickWith31New(f);
+        state.SetIterationTime(tick * 1e-9);
+        ns.Add(tick);
     }
-    Finish(state, totals);
+    Finish(state, ns);
 }
 
 // One tick with every held route sent and waiting and nothing new: what
 // the scheduler itself spends on a bucket it cannot send from.
-void BM_TickNothingNew(benchmark::State& state)
+double TickNothingNew(Fixture& f)
 {
-    Fixture f(static_cast<size_t>(state.range(0)));
-    Totals totals;
-    for (auto _ : state) {
-        TimeBatch(state, totals, 1, [&] { f.sched.OnTimeout(100, nullptr); });
-    }
-    Finish(state, totals);
+    return TimedNsPerOp(1, [&] { f.sched.OnTimeout(100, nullptr); });
 }
 
-// Bytes held: the heap's blocks, with the queued configuration's pool
-// counted by the blocks it hands out rather than by the chunks it keeps.
-long long HeldBytes()
+void BM_TickNothingNew(benchmark::State& state)
 {
-    const CfgMemoryUse pool = CfgMemoryUsage();
-    return g_live_bytes.load() - static_cast<long long>(pool.reserved) +
-           static_cast<long long>(pool.inUse);
+    Fixture f(static_cast<size_t>(state.range(0)), kLargeFirst);
+    bench::Rounds ns;
+    for (auto _ : state) {
+        const double tick = TickNothingNew(f);
+        state.SetIterationTime(tick * 1e-9);
+        ns.Add(tick);
+    }
+    Finish(state, ns);
+}
+
+// The same ticks on the pair of schedulers (one serializer for both).
+template <typename Tick>
+void PairedTicks(benchmark::State& state, bool withNew, Tick tick)
+{
+    Fixture small(kSmall, kSmallFirst);
+    Fixture large(kLarge, kLargeFirst);
+    if (withNew) {
+        AddThirtyOneNew(small);
+        AddThirtyOneNew(large);
+    }
+    bench::Rounds smallNs;
+    bench::Rounds largeNs;
+    bool smallFirst = true;
+    for (auto _ : state) {
+        double seconds = 0;
+        for (int turn = 0; turn < 2; ++turn) {
+            const bool onSmall = (turn == 0) == smallFirst;
+            const double ns = tick(onSmall ? small : large);
+            (onSmall ? smallNs : largeNs).Add(ns);
+            seconds += ns * 1e-9;
+        }
+        smallFirst = !smallFirst;
+        state.SetIterationTime(seconds);
+    }
+    state.counters["median_ns_per_op_1000"] = benchmark::Counter(smallNs.Median());
+    state.counters["median_ns_per_op_100000"] = benchmark::Counter(largeNs.Median());
+    state.counters["ratio"] = benchmark::Counter(largeNs.Median() / smallNs.Median());
+}
+
+void BM_PairedTickWith31NewBehindSent(benchmark::State& state)
+{
+    PairedTicks(state, true, TickWith31New);
+}
+
+void BM_PairedTickNothingNew(benchmark::State& state)
+{
+    PairedTicks(state, false, TickNothingNew);
 }
 
 // Bytes held per queued route: the item in the scheduler, then its entry in
@@ -427,51 +383,31 @@ long long HeldBytes()
 void BM_MemoryPerQueuedRoute(benchmark::State& state)
 {
     const size_t routes = static_cast<size_t>(state.range(0));
-    DcRtmMgr::GetInstance()->SetRtmReady(kVlan);
-    Forget();
-    if (TheSerializer().IsReady()) {
-        state.SkipWithError("the serializer is ready: actions would not stay queued");
-        return;
-    }
-    double itemBytes = 0;
-    double totalBytes = 0;
+    bench::QueuedRouteBytes bytes{};
     for (auto _ : state) {
         state.PauseTiming();
-        {
-            CfgSched sched;
-            const long long before = HeldBytes();
-            InsertRoutes(sched, routes);
-            test::RecordingStack::Instance().ClearCalls();
-            const long long afterInsert = HeldBytes();
-            for (size_t tick = 0; tick < routes / 31 + 2; ++tick) {
-                sched.OnTimeout(100, nullptr);
-                if (tick % 128 == 0) {
-                    test::RecordingStack::Instance().ClearCalls();
-                }
-            }
-            test::RecordingStack::Instance().ClearCalls();
-            const long long afterSend = HeldBytes();
-            itemBytes = static_cast<double>(afterInsert - before) / static_cast<double>(routes);
-            totalBytes = static_cast<double>(afterSend - before) / static_cast<double>(routes);
-            TheSerializer().Reset();
+        if (!bench::MeasureQueuedRouteBytes(routes, bytes)) {
+            state.SkipWithError("the serializer is ready: actions would not stay queued");
         }
         state.ResumeTiming();
     }
-    state.counters["item_bytes"] = benchmark::Counter(itemBytes);
-    state.counters["queued_route_bytes"] = benchmark::Counter(totalBytes);
-    state.counters["serializer_and_action_bytes"] = benchmark::Counter(totalBytes - itemBytes);
+    state.counters["item_bytes"] = benchmark::Counter(bytes.item);
+    state.counters["queued_route_bytes"] = benchmark::Counter(bytes.total);
+    state.counters["serializer_and_action_bytes"] = benchmark::Counter(bytes.total - bytes.item);
     state.counters["sizeof_StaticRouteItem"] =
         benchmark::Counter(static_cast<double>(sizeof(StaticRouteItem)));
 }
 
 BENCHMARK(BM_MemoryPerQueuedRoute)->Arg(100000)->Iterations(1);
-BENCHMARK(BM_InsertNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_InsertReplace)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_Update)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_ReportOidOnly)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
-BENCHMARK(BM_Remove)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_InsertNew)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_InsertReplace)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_Update)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_ReportOidOnly)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_Remove)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_TickWith31NewBehindSent)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
 BENCHMARK(BM_TickNothingNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
+BENCHMARK(BM_PairedTickWith31NewBehindSent)->UseManualTime()->Iterations(2000);
+BENCHMARK(BM_PairedTickNothingNew)->UseManualTime()->Iterations(2000);
 
 }  // namespace
 }  // namespace Zavrel

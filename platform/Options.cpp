@@ -152,20 +152,15 @@ string ReaderError(const std::string& errors)
 
 }  // namespace
 
-Options::Options() : m_root(Json::objectValue) { Reindex(); }
+Options::Options() : m_root(Json::objectValue) {}
 
-Options::Options(const Json::Value& root) : m_root(root) { Reindex(); }
+Options::Options(const Json::Value& root) : m_root(root) {}
 
-Options::Options(const Options& other) : m_root(other.m_root), m_error(other.m_error)
-{
-    Reindex();
-}
+Options::Options(const Options& other) : m_root(other.m_root), m_error(other.m_error) {}
 
 Options::Options(Options&& other) noexcept : m_error(std::move(other.m_error))
 {
     m_root.swap(other.m_root);
-    Reindex();
-    other.Reindex();
 }
 
 Options& Options::operator=(const Options& other)
@@ -176,7 +171,6 @@ Options& Options::operator=(const Options& other)
         string error(other.m_error);
         m_root.swap(root);
         m_error = std::move(error);
-        Reindex();
     }
     return *this;
 }
@@ -186,15 +180,8 @@ Options& Options::operator=(Options&& other) noexcept
     if (this != &other) {
         m_root.swap(other.m_root);
         m_error = std::move(other.m_error);
-        Reindex();
-        other.Reindex();
     }
     return *this;
-}
-
-void Options::Reindex() noexcept
-{
-    m_index.Reset(&m_root);
 }
 
 bool Options::LoadFromText(const string& text)
@@ -237,7 +224,6 @@ bool Options::LoadFromText(const char* text, size_t length)
         }
         m_root.swap(root);
         m_error.clear();
-        Reindex();
         return true;
     } catch (const std::exception& e) {
         m_error.Format("the document could not be read: %s", e.what());

@@ -6,7 +6,6 @@
 
 #include <json/value.h>
 
-#include "platform/OptionsIndex.h"
 #include "platform/OptionsNode.h"
 #include "platform/String.h"
 
@@ -28,7 +27,8 @@ public:
 
     Options();  // an empty object
     explicit Options(const Json::Value& root);
-    // Copies and moves index their own document.
+    // Copies hold a document of their own; a moved-from document is left
+    // null (construction) or with the target's former document (assignment).
     Options(const Options& other);
     Options(Options&& other) noexcept;
     Options& operator=(const Options& other);
@@ -40,21 +40,13 @@ public:
 
     const string& Error() const { return m_error; }
 
-    OptionsNode Root() const
-    {
-        const OptionsIndex::Entry* root = m_index.Root();
-        return root != nullptr ? OptionsNode(&m_index, root) : OptionsNode(&m_root);
-    }
+    OptionsNode Root() const { return OptionsNode(&m_root); }
     OptionsNode operator[](const char* key) const { return Root()[key]; }
     OptionsNode Child(const char* key) const { return Root()[key]; }
     const Json::Value& Json() const { return m_root; }
 
 private:
-    // Starts the index over for the current document.
-    void Reindex() noexcept;
-
     Json::Value m_root;
-    OptionsIndex m_index;
     string m_error;
 };
 

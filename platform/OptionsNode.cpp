@@ -155,28 +155,9 @@ bool ConvertInteger(const Json::Value& v, T& out, string& error)
 
 }  // namespace
 
-OptionsNode::OptionsNode()
-    : m_value(nullptr), m_index(nullptr), m_entry(nullptr), m_fixed_error(nullptr)
-{
-}
+OptionsNode::OptionsNode() : m_value(nullptr), m_fixed_error(nullptr) {}
 
-OptionsNode::OptionsNode(const Json::Value* value)
-    : m_value(value), m_index(nullptr), m_entry(nullptr), m_fixed_error(nullptr)
-{
-}
-
-OptionsNode::OptionsNode(const OptionsIndex* index, const OptionsIndex::Entry* entry)
-    : m_value(entry != nullptr ? entry->value : nullptr),
-      m_index(entry != nullptr ? index : nullptr),
-      m_entry(index != nullptr ? entry : nullptr),
-      m_fixed_error(nullptr)
-{
-}
-
-bool OptionsNode::LaidOut() const
-{
-    return m_entry != nullptr && m_index->LayOut(*m_entry);
-}
+OptionsNode::OptionsNode(const Json::Value* value) : m_value(value), m_fixed_error(nullptr) {}
 
 const string& OptionsNode::Error() const
 {
@@ -200,14 +181,7 @@ void OptionsNode::SetFixedError(const char* text) const
 
 OptionsNode OptionsNode::operator[](const char* key) const
 {
-    if (m_value == nullptr || key == nullptr) {
-        return OptionsNode();
-    }
-    if (LaidOut()) {
-        const OptionsIndex::Entry* member = OptionsIndex::Find(*m_entry, key, std::strlen(key));
-        return member != nullptr ? OptionsNode(m_index, member) : OptionsNode();
-    }
-    if (!m_value->isObject()) {
+    if (m_value == nullptr || key == nullptr || !m_value->isObject()) {
         return OptionsNode();
     }
     return OptionsNode(m_value->find(key, key + std::strlen(key)));
@@ -219,27 +193,8 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
     // (copying texts would cost more than the search).
     for (size_t i = 0; i < count; ++i) {
         found[i].m_value = nullptr;
-        found[i].m_index = nullptr;
-        found[i].m_entry = nullptr;
     }
     size_t missing = count;
-    if (LaidOut()) {
-        if (m_entry->type != Json::objectValue) {
-            return;
-        }
-        const OptionsIndex::Entry* end = m_entry->children + m_entry->count;
-        for (const OptionsIndex::Entry* member = m_entry->children;
-             missing != 0 && member != end; ++member) {
-            OptionsNode* node = MatchKey(keys, found, count, member->name, member->nameLength);
-            if (node != nullptr) {
-                node->m_value = member->value;
-                node->m_index = m_index;
-                node->m_entry = member;
-                --missing;
-            }
-        }
-        return;
-    }
     if (m_value == nullptr || !m_value->isObject()) {
         return;
     }
@@ -277,18 +232,6 @@ bool OptionsNode::IsEmpty() const
     if (m_value == nullptr) {
         return true;
     }
-    if (m_entry != nullptr) {
-        switch (m_entry->type) {
-        case Json::nullValue:
-            return true;
-        case Json::objectValue:
-        case Json::arrayValue:
-        case Json::stringValue:
-            return m_entry->count == 0;
-        default:
-            return false;
-        }
-    }
     switch (m_value->type()) {
     case Json::nullValue:
         return true;
@@ -307,25 +250,16 @@ bool OptionsNode::IsEmpty() const
 
 bool OptionsNode::IsNull() const
 {
-    if (m_entry != nullptr) {
-        return m_entry->type == Json::nullValue;
-    }
     return m_value == nullptr || m_value->isNull();
 }
 
 bool OptionsNode::IsObject() const
 {
-    if (m_entry != nullptr) {
-        return m_entry->type == Json::objectValue;
-    }
     return m_value != nullptr && m_value->isObject();
 }
 
 bool OptionsNode::IsArray() const
 {
-    if (m_entry != nullptr) {
-        return m_entry->type == Json::arrayValue;
-    }
     return m_value != nullptr && m_value->isArray();
 }
 
@@ -370,9 +304,6 @@ bool OptionsNode::AsInteger(T& out) const
         SetFixedError(NOT_FOUND);
         return false;
     }
-    if (ReadIndexed(out)) {
-        return true;
-    }
     string error;
     if (ConvertInteger(*m_value, out, error)) {
         return true;
@@ -397,9 +328,6 @@ bool OptionsNode::AsVal(bool& out) const
     if (m_value == nullptr) {
         SetFixedError(NOT_FOUND);
         return false;
-    }
-    if (ReadIndexed(out)) {
-        return true;
     }
     const Json::Value& v = *m_value;
     string error;
@@ -475,12 +403,6 @@ template bool OptionsNode::GetLeafValue<bool>(bool&, const char*, const bool&) c
 
 OptionsNodeIterator OptionsNode::begin() const
 {
-    if (LaidOut()) {
-        const bool container =
-            m_entry->type == Json::objectValue || m_entry->type == Json::arrayValue;
-        return container ? OptionsNodeIterator(m_index, m_entry->children)
-                         : OptionsNodeIterator();
-    }
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return OptionsNodeIterator();
     }
@@ -489,77 +411,10 @@ OptionsNodeIterator OptionsNode::begin() const
 
 OptionsNodeIterator OptionsNode::end() const
 {
-    if (LaidOut()) {
-        const bool container =
-            m_entry->type == Json::objectValue || m_entry->type == Json::arrayValue;
-        return container ? OptionsNodeIterator(m_index, m_entry->children + m_entry->count)
-                         : OptionsNodeIterator();
-    }
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return OptionsNodeIterator();
     }
     return OptionsNodeIterator(m_value->end(), true);
-}
-
-bool OptionsNode::ReadIndexed(int& out) const
-{
-    if (m_entry == nullptr) {
-        return false;
-    }
-    if (m_entry->type == Json::intValue && m_entry->number.integer >= INT_MIN &&
-        m_entry->number.integer <= INT_MAX) {
-        out = static_cast<int>(m_entry->number.integer);
-        return true;
-    }
-    if (m_entry->type == Json::uintValue &&
-        m_entry->number.unsign <= static_cast<unsigned long long>(INT_MAX)) {
-        out = static_cast<int>(m_entry->number.unsign);
-        return true;
-    }
-    return false;
-}
-
-bool OptionsNode::ReadIndexed(unsigned int& out) const
-{
-    if (m_entry == nullptr) {
-        return false;
-    }
-    if (m_entry->type == Json::intValue && m_entry->number.integer >= 0 &&
-        static_cast<unsigned long long>(m_entry->number.integer) <= UINT_MAX) {
-        out = static_cast<unsigned int>(m_entry->number.integer);
-        return true;
-    }
-    if (m_entry->type == Json::uintValue && m_entry->number.unsign <= UINT_MAX) {
-        out = static_cast<unsigned int>(m_entry->number.unsign);
-        return true;
-    }
-    return false;
-}
-
-bool OptionsNode::ReadIndexed(bool& out) const
-{
-    if (m_entry == nullptr) {
-        return false;
-    }
-    switch (m_entry->type) {
-    case Json::booleanValue:
-        out = m_entry->number.boolean;
-        return true;
-    case Json::intValue:
-        if (m_entry->number.integer == 0 || m_entry->number.integer == 1) {
-            out = m_entry->number.integer == 1;
-            return true;
-        }
-        return false;
-    case Json::uintValue:
-        if (m_entry->number.unsign <= 1) {
-            out = m_entry->number.unsign == 1;
-            return true;
-        }
-        return false;
-    default:
-        return false;
-    }
 }
 
 }  // namespace Zavrel

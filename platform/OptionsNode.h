@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <string>
 
-#include "platform/OptionsIndex.h"
 #include "platform/String.h"
 
 namespace Zavrel {
@@ -22,9 +21,6 @@ class OptionsNode {
 public:
     OptionsNode();  // no value
     explicit OptionsNode(const Json::Value* value);
-    // A node of an indexed document: reads go to the index where it holds
-    // the answer (see OptionsIndex.h) and to the value otherwise.
-    OptionsNode(const OptionsIndex* index, const OptionsIndex::Entry* entry);
 
     bool HasValue() const { return m_value != nullptr; }
     const Json::Value* Value() const { return m_value; }
@@ -112,11 +108,6 @@ private:
     // reads are of optional members, and nobody asks for their error.
     void SetFixedError(const char* text) const;
 
-    // Conversions answered from the index alone (numbers and booleans that
-    // convert); false sends the caller to the value.
-    bool ReadIndexed(int& out) const;
-    bool ReadIndexed(unsigned int& out) const;
-    bool ReadIndexed(bool& out) const;
     // The int and unsigned int conversions.
     template <typename T>
     bool AsInteger(T& out) const;
@@ -124,13 +115,8 @@ private:
     // key of that name whose node is still empty), or null.
     static OptionsNode* MatchKey(const Key keys[], OptionsNode found[], size_t count,
                                  const char* name, size_t length);
-    // True when the node has an entry in its document's index and the
-    // entry's children are laid out there (laying them out on first use).
-    bool LaidOut() const;
 
     const Json::Value* m_value;
-    const OptionsIndex* m_index;         // the document's index, with m_entry
-    const OptionsIndex::Entry* m_entry;  // null when the document is not indexed
     mutable const char* m_fixed_error;  // a fixed text not yet copied into m_error
     mutable string m_error;
 };

@@ -13,8 +13,6 @@ class OptionsNodeIterator {
 public:
     OptionsNodeIterator() = default;
     OptionsNodeIterator(Json::Value::const_iterator position, bool valid);
-    // Over the children of an indexed container.
-    OptionsNodeIterator(const OptionsIndex* index, const OptionsIndex::Entry* entry);
 
     // The element under the iterator, as a fresh node with an empty error.
     const OptionsNode& operator*() const;
@@ -29,8 +27,6 @@ public:
 private:
     Json::Value::const_iterator m_position;
     bool m_valid = false;
-    const OptionsIndex* m_index = nullptr;
-    const OptionsIndex::Entry* m_entry = nullptr;  // set when walking an index
     mutable OptionsNode m_current;
 };
 

@@ -3,10 +3,6 @@
 #ifndef ZAVREL_CFG_CFGITEM_H
 #define ZAVREL_CFG_CFGITEM_H
 
-#include <cstddef>
-#include <new>
-
-#include "cfg/CfgMemory.h"
 #include "mib/MibOid.h"
 
 namespace Zavrel {
@@ -15,22 +11,48 @@ class DcConsole;
 
 class CfgItem {
 public:
-    // 0: not yet sent ("New"); 1: sent to the stack ("Issued").
+    // The life cycle of an item filed in the configuration scheduler
+    // (CfgSched), which makes every change below:
+    //
+    //   filed --> New --tick: Send()--> Issued --confirmed--> destroyed
+    //              ^                          |
+    //              +-------- retried ---------+--> parked (stays Issued)
+    //   New --tick: not item-ready, RemoveOnNotReady()--> dropped (destroyed)
+    //   any --reset--> New
+    //
+    //  - New (ACTION_ITEM_NEW, 0, printed "New"): filed and not sent yet,
+    //    or sent back to New. A tick walks a bucket in list order, stops at
+    //    the first item that is not CfgListReady (New or Issued), and sends
+    //    each New item before it that is CfgItemReady; one that is not
+    //    waits for a later tick, or is dropped (destroyed) when its
+    //    RemoveOnNotReady() holds.
+    //  - Issued (ACTION_ITEM_ISSUED, 1, printed "Issued"): Send() has put
+    //    the item's action into the serializer; the item waits for the
+    //    stack's answer on its row.
+    //  - confirmed: the stack reports the row programmed (CfgSched::Remove);
+    //    the first item of the OID takes SetInMib, and is destroyed if it is
+    //    Issued (a New one stays).
+    //  - retried: the stack reports a failure (CfgSched::Update) for the
+    //    first Issued item of the OID: it takes the reason code, its retry
+    //    count rises unless the reason is 1, and it goes back to New when
+    //    the stack allows a retry and the count is at most MAX_RETRIES.
+    //  - parked: the count has gone past MAX_RETRIES (IsParked()): the item
+    //    stays Issued and in its bucket, and no report sends it again. A
+    //    failure that the stack says not to retry leaves the item Issued as
+    //    well (its count counted as for any failure) without parking it: a
+    //    later report on the row that allows a retry may still send it back
+    //    to New.
+    //  - reset (CfgSched::Reset): every item goes back to New with reason 0
+    //    and retry count 0, parked ones included; ticks send them all again.
+    //
+    // Replacing a held item by an equal one (CfgSched::Insert) destroys the
+    // held item, whatever its state; the new one starts New.
     enum ACTION_ITEM_STATE { ACTION_ITEM_NEW = 0, ACTION_ITEM_ISSUED = 1 };
+    // A failure report sends an item back to New at most this many times.
+    static constexpr unsigned int MAX_RETRIES = 9;
 
     CfgItem();
     virtual ~CfgItem();
-
-    // Items live in the queued configuration's memory (see CfgMemory.h).
-    static void* operator new(std::size_t size) { return CfgMemoryAllocate(size); }
-    static void* operator new(std::size_t size, const std::nothrow_t& tag) noexcept
-    {
-        return CfgMemoryAllocate(size, tag);
-    }
-    static void operator delete(void* block, std::size_t size) noexcept
-    {
-        CfgMemoryDeallocate(block, size);
-    }
 
     // True when the stack's routing table instance of the item is ready.
     virtual bool CfgListReady() = 0;
@@ -59,6 +81,8 @@ public:
     unsigned int GetReasonCode() const { return m_reason_code; }
     ACTION_ITEM_STATE GetActionState() const { return m_action_state; }
     bool IsIssued() const { return m_action_state == ACTION_ITEM_ISSUED; }
+    // Issued with its retries used up: no failure report sends it again.
+    bool IsParked() const { return IsIssued() && m_retry_count > MAX_RETRIES; }
     // Failed sends counted against the item by the scheduler.
     unsigned int GetRetryCount() const { return m_retry_count; }
     void SetRetryCount(unsigned int count) { m_retry_count = count; }

@@ -1,10 +1,9 @@
 #include "cfg/CfgSched.h"
 
-#include <cstdint>
+#include <memory>
 
 #include "cfg/CfgBucket.h"
 #include "cfg/CfgItem.h"
-#include "cfg/CfgMemory.h"
 #include "mib/MibOid.h"
 #include "platform/Callback.h"
 #include "platform/DcConsole.h"
@@ -21,7 +20,6 @@ const CfgKey kFirstResumeKey(1, 0);
 CfgSched::CfgSched()
     : PeriodicTimer("CfgScheduler",
                     new MemberCallback2<CfgSched, unsigned int, void*>(this, &CfgSched::OnTimeout)),
-      m_buckets(CfgMemory()),
       m_resume_key(kFirstResumeKey)
 {
 }
@@ -29,8 +27,9 @@ CfgSched::CfgSched()
 CfgSched::~CfgSched()
 {
     Stop();
+    // Buckets in key order, each of them in list order.
     for (auto& bucket : m_buckets) {
-        delete bucket.second;
+        bucket.second.reset();
     }
     m_buckets.clear();
 }
@@ -40,19 +39,18 @@ void CfgSched::Insert(CfgKey key, CfgItem* item)
     if (item == nullptr) {
         return;
     }
-    CfgBucket*& bucket = m_buckets[key];
+    std::unique_ptr<CfgBucket>& bucket = m_buckets[key];
     if (bucket == nullptr) {
         // A new bucket holds nothing that the item could replace.
-        bucket = new CfgBucket();
+        bucket = std::make_unique<CfgBucket>();
     }
     const MibOid& oid = item->GetOid();
-    const size_t hash = CfgBucket::HashOid(oid);
-    CfgBucket::Entry* held = bucket->FindFirst(oid, hash);
-    if (held != nullptr && item->Replace(static_cast<void*>(held->item))) {
+    CfgBucket::Entry held = bucket->FindFirst(oid);
+    if (held != bucket->End() && item->Replace(static_cast<void*>(held->item.get()))) {
         TRACE(5, "REPLACED ------- 1 item.............\n");
-        bucket->ReplaceShifted(held, item, oid, hash);
+        bucket->ReplaceShifted(held, item, oid);
     } else {
-        bucket->Append(item, oid, hash);
+        bucket->Append(item, oid);
     }
     if (!IsRunning()) {
         Start(TIMER_INTERVAL);
@@ -69,21 +67,20 @@ void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry
         return;
     }
     CfgBucket& bucket = *found->second;
-    const MibOid& oid = item->GetOid();
-    CfgBucket::Entry* entry = bucket.FindFirstIssued(oid, CfgBucket::HashOid(oid));
-    if (entry == nullptr) {
+    CfgBucket::Entry entry = bucket.FindFirstIssued(item->GetOid());
+    if (entry == bucket.End()) {
         return;
     }
-    CfgItem* held = entry->item;
-    held->SetReasonCode(reason);
+    CfgItem& held = *entry->item;
+    held.SetReasonCode(reason);
     if (reason != REASON_NOT_COUNTED) {
-        held->SetRetryCount(held->GetRetryCount() + 1);
+        held.SetRetryCount(held.GetRetryCount() + 1);
     }
-    if (held->GetRetryCount() > MAX_RETRIES || !retry) {
-        // Parked: stays Issued and is never sent again.
+    if (held.IsParked() || !retry) {
+        // Stays Issued: not sent again unless a later report allows it.
         return;
     }
-    held->SetActionState(CfgItem::ACTION_ITEM_NEW);
+    held.SetActionState(CfgItem::ACTION_ITEM_NEW);
     bucket.SyncState(entry);
 }
 
@@ -95,10 +92,8 @@ void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason)
     }
     CfgBucket& bucket = *found->second;
     if (item != nullptr && !bucket.Empty()) {
-        const MibOid& oid = item->GetOid();
-        CfgBucket::Entry* entry = bucket.FindFirst(oid, CfgBucket::HashOid(oid));
-        if (entry != nullptr) {
-            CfgBucket::PrefetchNeighbours(entry);
+        CfgBucket::Entry entry = bucket.FindFirst(item->GetOid());
+        if (entry != bucket.End()) {
             entry->item->SetInMib(true, reason);
             if (entry->item->IsIssued()) {
                 TRACE(5, "Removing the handle\n");
@@ -107,7 +102,6 @@ void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason)
         }
     }
     if (bucket.Empty()) {
-        delete found->second;
         m_buckets.erase(found);
     }
 }
@@ -136,14 +130,16 @@ void CfgSched::Reset()
 // not change any RTM instance's readiness, so the position found before the
 // New items are handled stays right while they are. The items examined, the
 // items sent or dropped, the count and the place where the bucket stops are
-// therefore those of the item-by-item walk.
+// therefore those of the item-by-item walk. After an item the walk goes on
+// with the first New item past its position, whether the item was sent,
+// dropped or left waiting.
 bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count)
 {
-    const uint64_t stop = bucket.FirstNotReadyOrder();
-    CfgBucket::Entry* entry = bucket.FirstNew();
-    while (entry != nullptr && entry->order < stop) {
-        CfgBucket::Entry* next = bucket.NextNew(entry);
-        CfgItem* item = entry->item;
+    const CfgBucket::Position stop = bucket.FirstNotReady();
+    CfgBucket::Entry entry = bucket.FirstNew();
+    while (entry != bucket.End() && entry->position < stop) {
+        const CfgBucket::Position position = entry->position;
+        CfgItem* item = entry->item.get();
         if (!item->CfgListReady()) {
             break;
         }
@@ -158,7 +154,7 @@ bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count)
         if (count > MAX_NEW_COUNT) {
             return true;
         }
-        entry = next;
+        entry = bucket.NextNew(position);
     }
     return false;
 }
@@ -181,7 +177,6 @@ void CfgSched::OnTimeout(unsigned int /*interval*/, void* /*context*/)
             return;
         }
         if (it->second->Empty()) {
-            delete it->second;
             it = m_buckets.erase(it);
         } else {
             ++it;

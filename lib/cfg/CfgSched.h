@@ -8,16 +8,16 @@
 
 #include <cstddef>
 #include <map>
-#include <memory_resource>
+#include <memory>
 #include <vector>
 
+#include "cfg/CfgItem.h"
 #include "cfg/CfgKey.h"
 #include "platform/Timer.h"
 
 namespace Zavrel {
 
 class CfgBucket;
-class CfgItem;
 class DcConsole;
 
 class CfgSched : public PeriodicTimer {
@@ -26,8 +26,8 @@ public:
     static const unsigned int TIMER_INTERVAL = 100;
     // A tick stops once it has examined more than this many New items.
     static const unsigned int MAX_NEW_COUNT = 30;
-    // An item whose retry count goes above this is not sent again.
-    static const unsigned int MAX_RETRIES = 9;
+    // An item whose retry count goes above this is parked: not sent again.
+    static constexpr unsigned int MAX_RETRIES = CfgItem::MAX_RETRIES;
     // Reason code whose failures do not count against the item.
     static const unsigned int REASON_NOT_COUNTED = 1;
 
@@ -64,7 +64,7 @@ public:
     const CfgKey& ResumeKey() const { return m_resume_key; }
 
 private:
-    using BucketMap = std::pmr::map<CfgKey, CfgBucket*>;
+    using BucketMap = std::map<CfgKey, std::unique_ptr<CfgBucket>>;
 
     // One bucket's share of a tick; true when the tick must stop.
     bool VisitBucket(CfgBucket& bucket, unsigned int& count);

@@ -2,7 +2,10 @@
 
 #include <strings.h>
 
+#include <algorithm>
+#include <functional>
 #include <iterator>
+#include <string_view>
 #include <vector>
 
 #include "platform/ConsoleCommand.h"
@@ -38,13 +41,23 @@ Serializer::~Serializer()
     }
 }
 
+size_t Serializer::OidHash::operator()(const MibOid& oid) const
+{
+    // Over the components that operator== compares; OIDs that differ only
+    // in length share a hash and are told apart by the comparison.
+    const unsigned long length = oid.Length();
+    const unsigned long usable = length < MibOid::MAX_LENGTH ? length : MibOid::MAX_LENGTH;
+    return std::hash<std::string_view>()(std::string_view(
+        reinterpret_cast<const char*>(oid.Components()), usable * sizeof(unsigned long)));
+}
+
 void Serializer::Insert(const MibOid& oid, MibAction* action)
 {
     PendingMap::iterator entry = m_pending_actions.find(oid);
     if (entry == m_pending_actions.end()) {
-        entry = m_pending_actions.emplace(oid, std::make_unique<ActionList>()).first;
-        m_actions_queue.push_back(oid);
-        entry->second->queue_position = std::prev(m_actions_queue.end());
+        entry = m_pending_actions.emplace(oid, ActionList()).first;
+        m_actions_queue.push_back(&entry->first);
+        entry->second.queue_position = std::prev(m_actions_queue.end());
         if (m_trace_set.Any()) {
             member_TRACE(m_trace_set, 3, "%s, queued into m_actions_queue, oid=%s\n",
                          INSERT_SIGNATURE, oid.ToString().c_str());
@@ -57,13 +70,13 @@ void Serializer::Insert(const MibOid& oid, MibAction* action)
     if (action == nullptr) {
         return;
     }
-    ActionList& list = *entry->second;
-    bool wasEmpty = list.actions.empty();
-    list.actions.push_back(action);
+    ActionList& list = entry->second;
+    bool wasEmpty = list.slots.empty();
+    list.slots.emplace_back(action);
     member_TRACE(m_trace_set, 3, "%s, added to p_action_list, action=%s\n", INSERT_SIGNATURE,
                  action->name != nullptr ? action->name : "");
     member_TRACE(m_trace_set, 3, "%s, p_action_list size=%zu\n", INSERT_SIGNATURE,
-                 list.actions.size());
+                 list.slots.size());
     if (wasEmpty) {
         IssueHead(list, false);
     }
@@ -72,10 +85,10 @@ void Serializer::Insert(const MibOid& oid, MibAction* action)
 int Serializer::Send(const MibOid& oid)
 {
     PendingMap::iterator entry = m_pending_actions.find(oid);
-    if (entry == m_pending_actions.end() || entry->second->actions.empty()) {
+    if (entry == m_pending_actions.end() || entry->second.slots.empty()) {
         return 0;
     }
-    return IssueHead(*entry->second, true);
+    return IssueHead(entry->second, true);
 }
 
 void Serializer::RunPendingActions()
@@ -83,7 +96,7 @@ void Serializer::RunPendingActions()
     m_ready = true;
     // Issuing may re-enter the serializer (a request answered at once), so
     // walk a copy of the queue; an OID forgotten meanwhile is simply skipped.
-    std::vector<MibOid> order(m_actions_queue.begin(), m_actions_queue.end());
+    const std::vector<MibOid> order = ActionsQueue();
     for (const MibOid& oid : order) {
         Send(oid);
     }
@@ -104,15 +117,14 @@ void Serializer::Remove(const MibOid& oid)
     }
     member_TRACE(m_trace_set, 5, "%s, m_pending_actions size=%zu\n", REMOVE_SIGNATURE,
                  m_pending_actions.size());
-    ActionList& list = *entry->second;
-    if (!list.actions.empty()) {
-        // An issued head is already destroyed (its slot holds null); a head
-        // that was never issued is ours to destroy.
-        delete list.actions.front();
-        list.actions.pop_front();
+    ActionList& list = entry->second;
+    if (!list.slots.empty()) {
+        // An Outstanding head's action is already destroyed; a Waiting one
+        // goes with its slot.
+        list.slots.pop_front();
         member_TRACE(m_trace_set, 5, "%s, p_action_list size=%zu\n", REMOVE_SIGNATURE,
-                     list.actions.size());
-        if (!list.actions.empty()) {
+                     list.slots.size());
+        if (!list.slots.empty()) {
             return;
         }
     }
@@ -143,47 +155,63 @@ int Serializer::IssueMibRequest(MibAction* action, bool shared_context)
 
 int Serializer::IssueHead(ActionList& list, bool shared_context)
 {
-    MibAction* action = list.actions.front();
-    if (action == nullptr || !m_ready) {
+    Slot& head = list.slots.front();
+    if (head.state != Slot::WAITING || !m_ready) {
         return 0;
     }
-    // Mark the slot as outstanding before issuing: the stack may complete
-    // the request from inside the call, which pops this slot (and may free
-    // the list).
-    list.actions.front() = nullptr;
+    // The slot is Outstanding before the request goes out: the stack may
+    // complete it from inside the call, which pops this slot (and may
+    // forget the list).
+    MibAction* action = head.action.release();
+    head.state = Slot::OUTSTANDING;
     return IssueMibRequest(action, shared_context);
-}
-
-void Serializer::DestroyWaiting(ActionList& list)
-{
-    for (MibAction* action : list.actions) {
-        delete action;
-    }
-    list.actions.clear();
 }
 
 void Serializer::Reset()
 {
+    // Waiting actions are destroyed with their slots, in the order their
+    // OIDs were first queued.
     PendingMap pending;
     pending.swap(m_pending_actions);
-    m_actions_queue.clear();
-    for (PendingMap::value_type& entry : pending) {
-        DestroyWaiting(*entry.second);
+    std::list<const MibOid*> queue;
+    queue.swap(m_actions_queue);
+    for (const MibOid* oid : queue) {
+        pending.find(*oid)->second.slots.clear();
     }
 }
 
 size_t Serializer::PendingActionCount(const MibOid& oid) const
 {
     PendingMap::const_iterator entry = m_pending_actions.find(oid);
-    return entry == m_pending_actions.end() ? 0 : entry->second->actions.size();
+    return entry == m_pending_actions.end() ? 0 : entry->second.slots.size();
+}
+
+std::vector<MibOid> Serializer::ActionsQueue() const
+{
+    std::vector<MibOid> oids;
+    oids.reserve(m_actions_queue.size());
+    for (const MibOid* oid : m_actions_queue) {
+        oids.push_back(*oid);
+    }
+    return oids;
 }
 
 string Serializer::GetPendingActionsAsString() const
 {
-    string text(LEGEND);
+    // In OID order.
+    std::vector<const PendingMap::value_type*> entries;
+    entries.reserve(m_pending_actions.size());
     for (const PendingMap::value_type& entry : m_pending_actions) {
-        text.AppendFmt("\n(Actions_Count=%zu, MibOid=%s)", entry.second->actions.size(),
-                       entry.first.ToString().c_str());
+        entries.push_back(&entry);
+    }
+    std::sort(entries.begin(), entries.end(),
+              [](const PendingMap::value_type* a, const PendingMap::value_type* b) {
+                  return a->first < b->first;
+              });
+    string text(LEGEND);
+    for (const PendingMap::value_type* entry : entries) {
+        text.AppendFmt("\n(Actions_Count=%zu, MibOid=%s)", entry->second.slots.size(),
+                       entry->first.ToString().c_str());
     }
     return text;
 }

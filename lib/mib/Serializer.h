@@ -6,8 +6,9 @@
 
 #include <cstddef>
 #include <list>
-#include <map>
 #include <memory>
+#include <unordered_map>
+#include <vector>
 
 #include "mib/MibAction.h"
 #include "mib/MibOid.h"
@@ -64,25 +65,40 @@ public:
     size_t PendingOidCount() const { return m_pending_actions.size(); }
     size_t PendingActionCount(const MibOid& oid) const;
     // OIDs in the order their entries were created.
-    const std::list<MibOid>& ActionsQueue() const { return m_actions_queue; }
+    std::vector<MibOid> ActionsQueue() const;
 
 private:
-    // Per-OID FIFO. A slot whose action has been issued holds null: it marks
-    // the outstanding request until its completion pops it. The entry also
-    // remembers where its OID sits in m_actions_queue, so that forgetting
-    // an OID does not scan the queue.
-    struct ActionList {
-        std::list<MibAction*> actions;
-        std::list<MibOid>::iterator queue_position;
+    // One request queued on an OID. A slot is Waiting from Insert until it
+    // is issued: it owns its action. Issuing destroys the action and makes
+    // the slot Outstanding: it stays at the head of its OID's list as the
+    // mark of the request the stack has not completed, until the completion
+    // pops it. Only a Waiting head is ever issued, so a slot is issued once.
+    struct Slot {
+        enum State { WAITING, OUTSTANDING };
+        explicit Slot(MibAction* waiting) : action(waiting), state(WAITING) {}
+        std::unique_ptr<MibAction> action;  // set while Waiting
+        State state;
     };
-    using PendingMap = std::map<MibOid, std::unique_ptr<ActionList>>;
+    // Per-OID FIFO of slots. The entry also remembers where its OID sits in
+    // m_actions_queue, so that forgetting an OID does not scan the queue.
+    struct ActionList {
+        std::list<Slot> slots;
+        std::list<const MibOid*>::iterator queue_position;
+    };
+    struct OidHash {
+        size_t operator()(const MibOid& oid) const;
+    };
+    // By OID: an operation finds its OID's entry without a search that
+    // grows with the number of OIDs held (the console listing sorts).
+    using PendingMap = std::unordered_map<MibOid, ActionList, OidHash>;
 
-    // Issues the head of list if it has not been issued yet.
+    // Issues the head of list if it is Waiting.
     int IssueHead(ActionList& list, bool shared_context);
-    static void DestroyWaiting(ActionList& list);
 
     PendingMap m_pending_actions;
-    std::list<MibOid> m_actions_queue;
+    // The OIDs of m_pending_actions (its keys) in the order their entries
+    // were created.
+    std::list<const MibOid*> m_actions_queue;
     bool m_ready;
     MemberSet m_trace_set;
     bool m_registered;

@@ -21,6 +21,13 @@ namespace {
 using test::FakeCfgItem;
 using test::FakeWorld;
 
+// The OID a FakeCfgItem with this value has.
+MibOid MibOidOf(unsigned long value)
+{
+    const unsigned long components[2] = {42, value};
+    return MibOid(components, 2);
+}
+
 // The scheduler's algorithm written as a walk over plain lists.
 class ModelSched {
 public:
@@ -408,105 +415,122 @@ TEST_F(CfgBucketTest, ReplacementIntoAnotherReadinessGroupKeepsBothGroupsInOrder
     EXPECT_EQ(Difference(), "");
 }
 
-// Order numbers packed as tightly as they can be, to make room among.
-class CfgBucketRoomTest : public test::TestEnv {
+// The bucket itself: after replacements at every place, positions still rise
+// along the list, the New items are met in list order, and the first item
+// that is not list-ready is found by its group.
+class CfgBucketPlacesTest : public test::TestEnv {
 protected:
-    void Fill(size_t count, size_t issuedEvery)
+    FakeCfgItem* Make(const std::string& name, unsigned long oid, long group)
     {
-        m_issued_every = issuedEvery;
-        for (size_t i = 0; i < count; ++i) {
-            auto* item = new FakeCfgItem(world, "i" + std::to_string(i), i, 1, 0);
-            const MibOid& oid = item->GetOid();
-            bucket.Append(item, oid, CfgBucket::HashOid(oid));
-            entries.push_back(bucket.FindFirst(oid, CfgBucket::HashOid(oid)));
-        }
+        return new FakeCfgItem(world, name, oid, 1, group);
     }
-    // Packs the order numbers of [from, to) one apart, starting at base,
-    // then rebuilds the New index from them and sends every few items.
-    void Pack(size_t from, size_t to, uint64_t base)
+    void Append(const std::string& name, unsigned long oid, long group)
     {
-        for (size_t i = from; i < to; ++i) {
-            entries[i]->order = base + (i - from);
-        }
-        bucket.ResetAll();
-        for (size_t i = 0; m_issued_every != 0 && i < entries.size(); i += m_issued_every) {
-            entries[i]->item->SetActionState(CfgItem::ACTION_ITEM_ISSUED);
-            bucket.SyncState(entries[i]);
-        }
+        FakeCfgItem* item = Make(name, oid, group);
+        bucket.Append(item, item->GetOid());
     }
-    // Order numbers rise along the list and the New index follows the list.
+    // Replaces the first item of the OID by a new one of the same OID.
+    void Replace(const std::string& name, unsigned long oid, long group)
+    {
+        FakeCfgItem* item = Make(name, oid, group);
+        const MibOid& stored = item->GetOid();
+        CfgBucket::Entry held = bucket.FindFirst(stored);
+        ASSERT_TRUE(held != bucket.End()) << name;
+        bucket.ReplaceShifted(held, item, stored);
+    }
+    void Send(unsigned long oid)
+    {
+        FakeCfgItem probe(scratch, "probe", oid);
+        CfgBucket::Entry entry = bucket.FindFirst(probe.GetOid());
+        entry->item->SetActionState(CfgItem::ACTION_ITEM_ISSUED);
+        bucket.SyncState(entry);
+    }
+    std::vector<std::string> Names() const
+    {
+        std::vector<std::string> names;
+        bucket.ForEachItem(
+            [&](CfgItem* item) { names.push_back(static_cast<FakeCfgItem*>(item)->Name()); });
+        return names;
+    }
+    // Positions rise along the list and the New walk follows the list.
     void ExpectConsistent()
     {
-        for (size_t i = 1; i < entries.size(); ++i) {
-            ASSERT_LT(entries[i - 1]->order, entries[i]->order) << i;
-        }
-        std::vector<CfgBucket::Entry*> expected;
-        for (CfgBucket::Entry* entry : entries) {
-            if (!entry->item->IsIssued()) {
-                expected.push_back(entry);
+        std::vector<CfgBucket::Position> positions;
+        std::vector<std::string> newInList;
+        for (CfgItem* item : bucket.Items()) {
+            CfgBucket::Entry entry = bucket.FindFirst(item->GetOid());
+            ASSERT_TRUE(entry != bucket.End());
+            ASSERT_EQ(entry->item.get(), item);
+            positions.push_back(entry->position);
+            if (!item->IsIssued()) {
+                newInList.push_back(static_cast<FakeCfgItem*>(item)->Name());
             }
         }
-        std::vector<CfgBucket::Entry*> indexed;
-        for (CfgBucket::Entry* entry = bucket.FirstNew(); entry != nullptr;
-             entry = bucket.NextNew(entry)) {
-            indexed.push_back(entry);
+        for (size_t i = 1; i < positions.size(); ++i) {
+            ASSERT_LT(positions[i - 1], positions[i]) << i;
         }
-        EXPECT_EQ(indexed, expected);
+        std::vector<std::string> newWalk;
+        for (CfgBucket::Entry entry = bucket.FirstNew(); entry != bucket.End();
+             entry = bucket.NextNew(entry->position)) {
+            newWalk.push_back(static_cast<FakeCfgItem*>(entry->item.get())->Name());
+        }
+        EXPECT_EQ(newWalk, newInList);
     }
 
     FakeWorld world;
+    FakeWorld scratch;
     CfgBucket bucket;
-    std::vector<CfgBucket::Entry*> entries;
-    size_t m_issued_every = 0;
 };
 
-TEST_F(CfgBucketRoomTest, DenseMiddleWidensTheWindowUntilThereIsRoom)
+TEST_F(CfgBucketPlacesTest, ReplacementsEverywhereKeepPositionsAndTheNewIndexInListOrder)
 {
-    Fill(200, 3);
-    Pack(50, 150, 1000000);  // 100 entries one apart, room beyond them
-    bucket.MakeRoom(entries[100]);
+    for (unsigned long oid = 0; oid < 40; ++oid) {
+        Append("i" + std::to_string(oid), oid, static_cast<long>(oid % 3) - 1);
+    }
+    for (unsigned long oid = 0; oid < 40; oid += 3) {
+        Send(oid);
+    }
     ExpectConsistent();
-    EXPECT_GE(entries[100]->order - entries[99]->order, 2u);
-    // Entries far from the dense run keep their numbers.
-    EXPECT_EQ(entries[0]->order, entries[1]->order - (entries[2]->order - entries[1]->order));
+    for (int round = 0; round < 300; ++round) {
+        const unsigned long oid = static_cast<unsigned long>(round * 7 % 40);
+        Replace("r" + std::to_string(round), oid, static_cast<long>(round % 3) - 1);
+        if (round % 5 == 0) {
+            Send(static_cast<unsigned long>(round * 11 % 40));
+        }
+        ASSERT_NO_FATAL_FAILURE(ExpectConsistent()) << round;
+    }
+    EXPECT_EQ(40u, bucket.Size());
 }
 
-TEST_F(CfgBucketRoomTest, DenseRunAtTheTailUsesRoomPastTheLastEntry)
+TEST_F(CfgBucketPlacesTest, AReplacementTakesItsPredecessorsPlaceAndThePredecessorTheReplaced)
 {
-    Fill(64, 2);
-    Pack(0, 64, 1ULL << 40);
-    bucket.MakeRoom(entries[63]);
-    ExpectConsistent();
-    EXPECT_GE(entries[63]->order - entries[62]->order, 2u);
+    Append("X", 1, 0);
+    Append("P", 2, 0);
+    Append("H", 3, 0);
+    Append("Y", 4, 0);
+    const CfgBucket::Position p = bucket.FindFirst(MibOidOf(2))->position;
+    const CfgBucket::Position h = bucket.FindFirst(MibOidOf(3))->position;
+    Replace("N", 3, 1);
+    EXPECT_EQ(Names(), (std::vector<std::string>{"X", "N", "P", "Y"}));
+    EXPECT_EQ(p, bucket.FindFirst(MibOidOf(3))->position);
+    EXPECT_EQ(h, bucket.FindFirst(MibOidOf(2))->position);
+    EXPECT_EQ(world.Take(), std::vector<std::string>{"delete H"});
 }
 
-TEST_F(CfgBucketRoomTest, WholeBucketTooDenseIsRenumbered)
+TEST_F(CfgBucketPlacesTest, TheFirstNotReadyItemIsFoundFromOneItemPerGroup)
 {
-    Fill(30, 4);
-    entries[29]->order = UINT64_MAX - 1;  // no room past the last entry
-    Pack(0, 29, UINT64_MAX - 40);          // nor below the first
-    bucket.MakeRoom(entries[15]);
-    ExpectConsistent();
-    EXPECT_GE(entries[15]->order - entries[14]->order, 2u);
-}
-
-TEST_F(CfgBucketRoomTest, SmallDenseBucketIsRenumberedWhole)
-{
-    Fill(10, 0);
-    Pack(0, 10, 3);
-    bucket.MakeRoom(entries[0]);
-    ExpectConsistent();
-    EXPECT_GE(entries[0]->order, 2u);
-}
-
-TEST_F(CfgBucketRoomTest, DenseRunAtTheTopOfTheNumbersIsRenumbered)
-{
-    Fill(40, 5);
-    Pack(20, 40, UINT64_MAX - 30);  // no gap left past the last entry
-    bucket.MakeRoom(entries[39]);
-    ExpectConsistent();
-    EXPECT_GE(entries[39]->order - entries[38]->order, 2u);
-    EXPECT_LT(entries[39]->order, UINT64_MAX / 2);
+    Append("a", 1, 0);
+    Append("b", 2, 1);
+    Append("c", 3, -1);
+    Append("d", 4, 1);
+    EXPECT_EQ(CfgBucket::NONE, bucket.FirstNotReady());
+    world.groupReady[1] = false;
+    world.listReadyCalls = 0;
+    EXPECT_EQ(bucket.FindFirst(MibOidOf(2))->position, bucket.FirstNotReady());
+    EXPECT_EQ(2, world.listReadyCalls) << "one item of each group, none without a key";
+    world.groupReady[1] = true;
+    world.ownListReady["c"] = false;
+    EXPECT_EQ(bucket.FindFirst(MibOidOf(3))->position, bucket.FirstNotReady());
 }
 
 }  // namespace

@@ -1,4 +1,8 @@
+#include <cstring>
+#include <memory>
+#include <new>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +17,36 @@ namespace {
 using PlainItem = test::PlainCfgItem;
 
 class CfgItemTest : public test::TestEnv {};
+
+// Two item kinds of different sizes, each recording its destruction.
+class SmallItem : public test::PlainCfgItem {
+public:
+    explicit SmallItem(int& destroyed) : m_destroyed(destroyed) {}
+    ~SmallItem() override { ++m_destroyed; }
+
+private:
+    int& m_destroyed;
+};
+
+class LargeItem : public SmallItem {
+public:
+    explicit LargeItem(int& destroyed) : SmallItem(destroyed)
+    {
+        std::memset(m_payload, 0x5a, sizeof(m_payload));
+    }
+    bool PayloadIntact() const
+    {
+        for (unsigned char byte : m_payload) {
+            if (byte != 0x5a) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    unsigned char m_payload[700];
+};
 
 TEST_F(CfgItemTest, RowStatusNamesCoverOneToSix)
 {
@@ -92,6 +126,62 @@ TEST_F(CfgItemTest, BaseOperationsHaveTheirDefaultAnswers)
     unsigned long key = 77;
     EXPECT_FALSE(item.GetListReadyKey(key));
     EXPECT_EQ(item.GetActionState(), CfgItem::ACTION_ITEM_NEW);
+}
+
+TEST_F(CfgItemTest, ParkedIsIssuedWithTheRetriesUsedUp)
+{
+    PlainItem item;
+    item.SetRetryCount(CfgItem::MAX_RETRIES + 1);
+    EXPECT_FALSE(item.IsParked()) << "New";
+    item.SetActionState(CfgItem::ACTION_ITEM_ISSUED);
+    EXPECT_TRUE(item.IsParked());
+    item.SetRetryCount(CfgItem::MAX_RETRIES);
+    EXPECT_FALSE(item.IsParked());
+    EXPECT_EQ(9u, CfgItem::MAX_RETRIES);
+}
+
+TEST(CfgItemMemoryTest, ItemsOfDifferentSizesAreKeptApartAndFreedThroughTheBase)
+{
+    int destroyed = 0;
+    std::vector<CfgItem*> items;
+    for (int i = 0; i < 1000; ++i) {
+        items.push_back(i % 2 == 0 ? static_cast<CfgItem*>(new SmallItem(destroyed))
+                                   : static_cast<CfgItem*>(new LargeItem(destroyed)));
+    }
+    for (size_t i = 1; i < items.size(); i += 2) {
+        EXPECT_TRUE(static_cast<LargeItem*>(items[i])->PayloadIntact()) << i;
+    }
+    for (CfgItem* item : items) {
+        delete item;
+    }
+    EXPECT_EQ(1000, destroyed);
+}
+
+TEST(CfgItemMemoryTest, FreedBlocksAreUsedAgain)
+{
+    int destroyed = 0;
+    std::vector<std::unique_ptr<CfgItem>> first;
+    for (int i = 0; i < 100; ++i) {
+        first.emplace_back(new LargeItem(destroyed));
+    }
+    first.clear();
+    std::vector<std::unique_ptr<LargeItem>> second;
+    for (int i = 0; i < 100; ++i) {
+        second.emplace_back(new LargeItem(destroyed));
+        EXPECT_TRUE(second.back()->PayloadIntact());
+    }
+    second.clear();
+    EXPECT_EQ(200, destroyed);
+}
+
+TEST(CfgItemMemoryTest, NothrowNewGivesAnItem)
+{
+    int destroyed = 0;
+    CfgItem* item = new (std::nothrow) SmallItem(destroyed);
+    ASSERT_NE(nullptr, item);
+    EXPECT_TRUE(item->CfgItemReady());
+    delete item;
+    EXPECT_EQ(1, destroyed);
 }
 
 }  // namespace

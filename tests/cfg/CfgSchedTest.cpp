@@ -364,6 +364,42 @@ TEST_F(CfgSchedTest, ItemFailingTenTimesWithReasonFiveIsSentAgainNineTimesThenPa
     EXPECT_TRUE(item->IsIssued());
     EXPECT_EQ(item->GetRetryCount(), 10u);
     EXPECT_EQ(item->GetReasonCode(), 5u);
+    EXPECT_TRUE(item->IsParked());
+}
+
+TEST_F(CfgSchedTest, AParkedItemStaysParkedWhateverTheReportsUntilReset)
+{
+    Add(kRoutes, "a", 1);
+    for (int failure = 0; failure < 10; ++failure) {
+        Tick();
+        Fail(kRoutes, 1, 5);
+    }
+    Sent();
+    CfgItem* item = sched.Items(kRoutes)[0];
+    ASSERT_TRUE(item->IsParked());
+    Fail(kRoutes, 1, 1);
+    Fail(kRoutes, 1, 5);
+    Tick();
+    EXPECT_TRUE(Sent().empty());
+    EXPECT_TRUE(item->IsParked());
+    sched.Reset();
+    EXPECT_FALSE(item->IsParked());
+    Tick();
+    EXPECT_EQ(Sent(), std::vector<std::string>{"a"});
+}
+
+TEST_F(CfgSchedTest, AFailureNotToBeRetriedDoesNotParkAndALaterRetryableOneSendsAgain)
+{
+    Add(kRoutes, "a", 1);
+    Tick();
+    Sent();
+    Fail(kRoutes, 1, 3, false);
+    EXPECT_FALSE(sched.Items(kRoutes)[0]->IsParked());
+    Tick();
+    EXPECT_TRUE(Sent().empty());
+    Fail(kRoutes, 1, 5, true);
+    Tick();
+    EXPECT_EQ(Sent(), std::vector<std::string>{"a"});
 }
 
 TEST_F(CfgSchedTest, FailuresWithReasonOneDoNotUseUpAnAttempt)

@@ -100,7 +100,9 @@ wait_route() {
   done
   fail "table $table: expected $want '$pattern'; it holds: $(in_ns "$R" ip -N $family route show table "$table")"
 }
-pings() { in_ns "$A" ping $1 -c 1 -W 1 "$2" >/dev/null 2>&1; }
+# True when any of three echo requests is answered: the first may be lost
+# while neighbour discovery resolves the next hop on a loaded machine.
+pings() { in_ns "$A" ping $1 -c 3 -i 0.2 -W 1 "$2" >/dev/null 2>&1; }
 # Waits until the router's tables have stayed the same for a second: the
 # library is still writing interface and address rows for a moment after
 # the start-up commands.

@@ -1,4 +1,4 @@
-#include "platform/OptionsIndex.h"
+#include "platform/Options.h"
 
 #include <gtest/gtest.h>
 
@@ -6,15 +6,14 @@
 #include <utility>
 #include <vector>
 
-#include "platform/Options.h"
 #include "platform/OptionsNode.h"
 
 namespace Zavrel {
 namespace {
 
-// A document with every kind of value, objects small and large (large ones
-// are searched by halving), names that are prefixes of each other, an empty
-// name, a name with a NUL byte, and values at the edges of every conversion.
+// A document with every kind of value, objects small and large, names that
+// are prefixes of each other, an empty name, a name with a NUL byte, and
+// values at the edges of every conversion.
 std::string VariedDocument()
 {
     std::string text = R"({
@@ -50,47 +49,48 @@ std::vector<std::string> NamesToTry(const OptionsNode& object)
     return names;
 }
 
-// Every answer of the indexed node equals the answer of the node that reads
-// the jsoncpp value directly; then the same for every child.
-void ExpectSameAnswers(const OptionsNode& indexed, const OptionsNode& plain, const std::string& at)
+// Every answer of the document's node (through Options) equals the answer of
+// a node made on the jsoncpp value directly, FindMembers included; then the
+// same for every child, met in the same order.
+void ExpectSameAnswers(const OptionsNode& read, const OptionsNode& plain, const std::string& at)
 {
     SCOPED_TRACE(at);
-    EXPECT_EQ(plain.Value(), indexed.Value());
-    EXPECT_EQ(plain.HasValue(), indexed.HasValue());
-    EXPECT_EQ(plain.IsEmpty(), indexed.IsEmpty());
-    EXPECT_EQ(plain.IsNull(), indexed.IsNull());
-    EXPECT_EQ(plain.IsObject(), indexed.IsObject());
-    EXPECT_EQ(plain.IsArray(), indexed.IsArray());
-    EXPECT_EQ(plain.Size(), indexed.Size());
-    EXPECT_EQ(plain.GetAsString(), indexed.GetAsString());
+    EXPECT_EQ(plain.Value(), read.Value());
+    EXPECT_EQ(plain.HasValue(), read.HasValue());
+    EXPECT_EQ(plain.IsEmpty(), read.IsEmpty());
+    EXPECT_EQ(plain.IsNull(), read.IsNull());
+    EXPECT_EQ(plain.IsObject(), read.IsObject());
+    EXPECT_EQ(plain.IsArray(), read.IsArray());
+    EXPECT_EQ(plain.Size(), read.Size());
+    EXPECT_EQ(plain.GetAsString(), read.GetAsString());
 
     int i1 = 77;
     int i2 = 77;
-    EXPECT_EQ(plain.AsVal(i1), indexed.AsVal(i2));
+    EXPECT_EQ(plain.AsVal(i1), read.AsVal(i2));
     EXPECT_EQ(i1, i2);
-    EXPECT_EQ(plain.Error(), indexed.Error());
+    EXPECT_EQ(plain.Error(), read.Error());
     unsigned int u1 = 77;
     unsigned int u2 = 77;
-    EXPECT_EQ(plain.AsVal(u1), indexed.AsVal(u2));
+    EXPECT_EQ(plain.AsVal(u1), read.AsVal(u2));
     EXPECT_EQ(u1, u2);
-    EXPECT_EQ(plain.Error(), indexed.Error());
+    EXPECT_EQ(plain.Error(), read.Error());
     bool b1 = true;
     bool b2 = true;
-    EXPECT_EQ(plain.AsVal(b1), indexed.AsVal(b2));
+    EXPECT_EQ(plain.AsVal(b1), read.AsVal(b2));
     EXPECT_EQ(b1, b2);
-    EXPECT_EQ(plain.Error(), indexed.Error());
+    EXPECT_EQ(plain.Error(), read.Error());
 
     if (plain.IsObject()) {
         const std::vector<std::string> names = NamesToTry(plain);
         for (const std::string& name : names) {
-            EXPECT_EQ(plain[name.c_str()].Value(), indexed[name.c_str()].Value()) << name;
+            EXPECT_EQ(plain[name.c_str()].Value(), read[name.c_str()].Value()) << name;
             unsigned int v1 = 5;
             unsigned int v2 = 5;
             EXPECT_EQ(plain.GetLeafValue(v1, name.c_str(), 9u),
-                      indexed.GetLeafValue(v2, name.c_str(), 9u))
+                      read.GetLeafValue(v2, name.c_str(), 9u))
                 << name;
             EXPECT_EQ(v1, v2) << name;
-            EXPECT_EQ(plain.Error(), indexed.Error()) << name;
+            EXPECT_EQ(plain.Error(), read.Error()) << name;
         }
         std::vector<OptionsNode::Key> keys;
         for (const std::string& name : names) {
@@ -104,39 +104,39 @@ void ExpectSameAnswers(const OptionsNode& indexed, const OptionsNode& plain, con
             }
         }
         std::vector<OptionsNode> fromPlain(keys.size());
-        std::vector<OptionsNode> fromIndex(keys.size());
+        std::vector<OptionsNode> fromDocument(keys.size());
         plain.FindMembers(keys.data(), fromPlain.data(), keys.size());
-        indexed.FindMembers(keys.data(), fromIndex.data(), keys.size());
+        read.FindMembers(keys.data(), fromDocument.data(), keys.size());
         for (size_t k = 0; k < keys.size(); ++k) {
-            EXPECT_EQ(fromPlain[k].Value(), fromIndex[k].Value()) << k;
+            EXPECT_EQ(fromPlain[k].Value(), fromDocument[k].Value()) << k;
         }
     } else {
-        EXPECT_FALSE(indexed["a"].HasValue());
+        EXPECT_FALSE(read["a"].HasValue());
         int v = 3;
-        EXPECT_FALSE(indexed.GetLeafValue(v, "a", 4));
+        EXPECT_FALSE(read.GetLeafValue(v, "a", 4));
         EXPECT_EQ(4, v);
     }
 
     OptionsNodeIterator p = plain.begin();
-    OptionsNodeIterator x = indexed.begin();
+    OptionsNodeIterator x = read.begin();
     size_t position = 0;
-    for (; p != plain.end() && x != indexed.end(); ++p, ++x, ++position) {
+    for (; p != plain.end() && x != read.end(); ++p, ++x, ++position) {
         EXPECT_EQ(p.Name(), x.Name());
         ExpectSameAnswers(*x, *p, at + "/" + std::string(p.Name().str()) + "#" +
                                       std::to_string(position));
     }
     EXPECT_TRUE(p == plain.end());
-    EXPECT_TRUE(x == indexed.end());
+    EXPECT_TRUE(x == read.end());
 }
 
-TEST(OptionsIndexTest, IndexedReadsAnswerExactlyAsTheDocumentsValues)
+TEST(OptionsDocumentTest, ReadsOfTheDocumentAnswerExactlyAsItsValues)
 {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(VariedDocument()))) << options.Error().str();
     ExpectSameAnswers(options.Root(), OptionsNode(&options.Json()), "root");
 }
 
-TEST(OptionsIndexTest, LargeObjectsAreFoundByHalvingAndSmallOnesByScanning)
+TEST(OptionsDocumentTest, MembersOfLargeAndSmallObjectsAreFoundByName)
 {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(VariedDocument())));
@@ -154,7 +154,7 @@ TEST(OptionsIndexTest, LargeObjectsAreFoundByHalvingAndSmallOnesByScanning)
     EXPECT_EQ(string("empty name"), options.Root().GetAsString(""));
 }
 
-TEST(OptionsIndexTest, ANameWithANulByteIsFoundByItsWholeLength)
+TEST(OptionsDocumentTest, ANameWithANulByteIsFoundByItsWholeLength)
 {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(VariedDocument())));
@@ -168,7 +168,7 @@ TEST(OptionsIndexTest, ANameWithANulByteIsFoundByItsWholeLength)
     EXPECT_EQ(1u, value);
 }
 
-TEST(OptionsIndexTest, CopiesAndMovesReadTheirOwnDocument)
+TEST(OptionsDocumentTest, CopiesAndMovesReadTheirOwnDocument)
 {
     Options original;
     ASSERT_TRUE(original.LoadFromText(string(R"({"vid": 7, "BGP": {"enabled": true}})")));
@@ -200,7 +200,7 @@ TEST(OptionsIndexTest, CopiesAndMovesReadTheirOwnDocument)
     EXPECT_EQ(&target.Json(), target.Root().Value());
 }
 
-TEST(OptionsIndexTest, AFailedLoadKeepsTheDocumentAndItsIndex)
+TEST(OptionsDocumentTest, AFailedLoadKeepsTheDocument)
 {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(R"({"vid": 7})")));
@@ -210,7 +210,7 @@ TEST(OptionsIndexTest, AFailedLoadKeepsTheDocumentAndItsIndex)
     EXPECT_EQ(7u, vid);
 }
 
-TEST(OptionsIndexTest, DocumentsMadeFromAValueAndEmptyDocumentsAreIndexed)
+TEST(OptionsDocumentTest, DocumentsMadeFromAValueAndEmptyDocumentsAreRead)
 {
     Json::Value root(Json::objectValue);
     root["x"] = 3;
@@ -224,35 +224,7 @@ TEST(OptionsIndexTest, DocumentsMadeFromAValueAndEmptyDocumentsAreIndexed)
     EXPECT_TRUE(empty.Root().begin() == empty.Root().end());
 }
 
-TEST(OptionsIndexTest, ContainersAreLaidOutOnTheirFirstUse)
-{
-    OptionsIndex index;
-    EXPECT_EQ(nullptr, index.Root());
-    Json::Value value(Json::arrayValue);
-    value.append(1);
-    value.append("two");
-    value.append(Json::Value(Json::objectValue));
-    index.Reset(&value);
-    const OptionsIndex::Entry* root = index.Root();
-    ASSERT_NE(nullptr, root);
-    EXPECT_FALSE(root->laidOut);
-    ASSERT_TRUE(index.LayOut(*root));
-    EXPECT_TRUE(root->laidOut);
-    ASSERT_EQ(3u, root->count);
-    EXPECT_EQ(Json::intValue, root->children[0].type);
-    EXPECT_EQ(1, root->children[0].number.integer);
-    EXPECT_EQ(Json::stringValue, root->children[1].type);
-    EXPECT_EQ(3u, root->children[1].count);
-    EXPECT_EQ(Json::objectValue, root->children[2].type);
-    EXPECT_TRUE(index.LayOut(root->children[2]));
-    EXPECT_EQ(0u, root->children[2].count);
-    EXPECT_EQ(nullptr, OptionsIndex::Find(root->children[2], "", 0));
-    EXPECT_EQ(nullptr, OptionsIndex::Find(*root, "", 0)) << "an array has no members";
-    index.Reset(nullptr);
-    EXPECT_EQ(nullptr, index.Root());
-}
-
-TEST(OptionsIndexTest, ReadingTheSameDocumentAgainGivesTheSameNodes)
+TEST(OptionsDocumentTest, ReadingTheSameDocumentAgainGivesTheSameNodes)
 {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(R"({"a": {"b": [1, 2]}, "c": true})")));
