@@ -12,6 +12,8 @@
 
 #include <json/reader.h>
 
+#include "platform/StrictJson.h"
+
 namespace Zavrel {
 
 namespace {
@@ -220,6 +222,13 @@ bool Options::LoadFromText(const char* text, size_t length)
         std::string errors;
         if (!reader->parse(text, text + length, &root, &errors)) {
             m_error = ReaderError(errors);
+            return false;
+        }
+        // What the reader let through must still be JSON by the grammar.
+        size_t offset = 0;
+        std::string grammar;
+        if (!StrictJson::Check(text, length, offset, grammar)) {
+            m_error = ErrorAt(text, offset, grammar.c_str());
             return false;
         }
         m_root.swap(root);

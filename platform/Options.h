@@ -11,7 +11,9 @@
 
 namespace Zavrel {
 
-// Documents are read strictly: the root must be an object or an array,
+// Documents are read strictly: they must be JSON by the grammar of RFC 8259
+// (no leading zeros, no "+" sign, digits after a dot, no raw control
+// characters in strings...), the root must be an object or an array,
 // no comments, no trailing content, no duplicate member names, at most
 // MAX_DEPTH levels of nesting (the root is level 1; so at most MAX_DEPTH - 1
 // nested containers around a scalar) and at most MAX_INPUT_BYTES of input.

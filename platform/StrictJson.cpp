@@ -3,6 +3,8 @@
 
 #include <yajl/yajl_parse.h>
 
+#include <cstring>
+
 namespace Zavrel {
 
 namespace {
@@ -68,13 +70,16 @@ bool StrictJson::Check(const char* text, size_t length, size_t& offset, std::str
     if (ok) {
         // yajl also skips form feeds and vertical tabs as white space, which
         // the grammar does not (inside a string yajl refuses them already).
-        for (size_t i = 0; i < length; ++i) {
-            if (text[i] == '\f' || text[i] == '\v') {
-                offset = i;
-                message = "form feed and vertical tab are not white space";
-                ok = false;
-                break;
+        const void* formFeed = std::memchr(text, '\f', length);
+        const void* verticalTab = std::memchr(text, '\v', length);
+        if (formFeed != nullptr || verticalTab != nullptr) {
+            const char* first = static_cast<const char*>(formFeed);
+            if (first == nullptr || (verticalTab != nullptr && verticalTab < formFeed)) {
+                first = static_cast<const char*>(verticalTab);
             }
+            offset = static_cast<size_t>(first - text);
+            message = "form feed and vertical tab are not white space";
+            ok = false;
         }
     } else {
         // yajl counts the byte it failed on as consumed.

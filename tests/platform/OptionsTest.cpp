@@ -129,6 +129,33 @@ TEST_F(OptionsTest, TrailingGarbageIsRejected)
     EXPECT_EQ("line 2, column 1: Extra non-whitespace after JSON value.", LoadError("{}\n{}"));
 }
 
+TEST_F(OptionsTest, DocumentsTheGrammarRefusesAreRefusedWhereTheyGoWrong)
+{
+    // Each of these the reader alone would take for something else.
+    EXPECT_EQ("line 2, column 11: numbers may not start with a zero followed by digits",
+              LoadError("{\n  \"vid\": -01\n}"));
+    EXPECT_EQ("line 1, column 7: numbers may not start with a zero followed by digits",
+              LoadError("{\"a\": 007}"));
+    EXPECT_EQ("line 1, column 7: invalid char in json text.", LoadError("{\"a\": +1}"));
+    EXPECT_EQ("line 1, column 8: malformed number, a digit is required after the decimal point.",
+              LoadError("{\"a\": 2.}"));
+    EXPECT_EQ("line 1, column 7: malformed number, a digit is required after the minus sign.",
+              LoadError("{\"a\": -}"));
+    EXPECT_EQ("line 1, column 8: invalid character inside string.", LoadError("{\"a\": \"x\ty\"}"));
+    EXPECT_EQ("line 1, column 8: invalid character inside string.", LoadError("{\"a\": \"x\ny\"}"));
+    EXPECT_EQ("line 1, column 8: invalid bytes in UTF8 string.", LoadError("{\"a\": \"\xff\"}"));
+}
+
+TEST_F(OptionsTest, DocumentsTheGrammarAcceptsStillLoad)
+{
+    Options options;
+    ASSERT_TRUE(options.LoadFromText("{\"a\": -0.5e+3, \"b\": \"t\\tu\\u00e9\", \"c\": [0, -0, 1E2]}"))
+        << options.Error().str();
+    EXPECT_EQ(-500.0, options.Json()["a"].asDouble());
+    EXPECT_EQ("t\tu\xc3\xa9", options.Json()["b"].asString());
+    EXPECT_EQ(3u, options.Json()["c"].size());
+}
+
 TEST_F(OptionsTest, CommentsAreRejected)
 {
     EXPECT_EQ("line 2, column 1: comments are not allowed", LoadError("{\"a\": 1}\n// note"));

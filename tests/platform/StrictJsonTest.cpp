@@ -114,6 +114,9 @@ TEST(StrictJsonTest, OtherRefusalsSayWhatIsWrongWhereItIs)
     EXPECT_EQ("invalid character inside string.", refusal.message);
     refusal = Refuse("{\"a\":1,}");
     EXPECT_EQ("invalid object key (must be a string)", refusal.message);
+    refusal = Refuse("[1,\v2,\f3]");
+    EXPECT_EQ(3u, refusal.offset);
+    EXPECT_EQ("form feed and vertical tab are not white space", refusal.message);
     refusal = Refuse("");
     EXPECT_EQ(0u, refusal.offset);
     EXPECT_EQ("premature EOF", refusal.message);
