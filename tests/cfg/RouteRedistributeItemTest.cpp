@@ -13,7 +13,7 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -25,14 +25,7 @@ MibOid OidOf(const std::vector<unsigned long>& components)
     return MibOid(components.data(), components.size());
 }
 
-class RouteRedistributeItemTest : public test::TestEnv {
-protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-};
+class RouteRedistributeItemTest : public test::RecordingStackEnv {};
 
 TEST_F(RouteRedistributeItemTest, OidComesFromTheStackForInstanceSourceAndDestination)
 {

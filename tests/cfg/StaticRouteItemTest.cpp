@@ -13,7 +13,7 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -32,14 +32,8 @@ MibOid OidOf(const std::vector<unsigned long>& components)
     return MibOid(components.data(), components.size());
 }
 
-class StaticRouteItemTest : public test::TestEnv {
+class StaticRouteItemTest : public test::RecordingStackEnv {
 protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-
     static StaticRouteItem Ip4Route(long rowStatus = 1, long adminStatus = 1,
                                     unsigned long routeType = 0x30000)
     {

@@ -54,11 +54,11 @@ public:
 
 // ---- instance
 
-TEST(RouterMgrInstanceTest, FirstUseCreatesTheManagerWithItsPartsInOrder) {
-    CapturingTraceSink trace;
-    TraceSink* previous = SetTraceSink(&trace);
+// No manager exists when these tests start.
+class RouterMgrInstanceTest : public test::RecordingStackEnv {};
+
+TEST_F(RouterMgrInstanceTest, FirstUseCreatesTheManagerWithItsPartsInOrder) {
     DcRouterMgr* mgr = DcRouterMgr::GetInstance();
-    SetTraceSink(previous);
 
     ASSERT_NE(mgr, nullptr);
     const Lines lines = trace.Texts(10);

@@ -16,8 +16,8 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/RecordingStackEnv.h"
 #include "support/testsupport/TestAddresses.h"
-#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -29,18 +29,16 @@ const unsigned long IP6 = DcRtmMgr::IP6_INSTANCE_BIT;
 
 using test::V4;
 
-class StackCallbacksTest : public test::TestEnv {
+class StackCallbacksTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        stack().Reset();
+        RecordingStackEnv::SetUp();
         // The managers exist, as they do once the application has started.
         ASSERT_NE(DcRouterMgr::GetInstance(), nullptr);
         ASSERT_NE(rtm(), nullptr);
         trace.Clear();
     }
 
-    static RecordingStack& stack() { return RecordingStack::Instance(); }
     static DcRtmMgr* rtm() { return DcRtmMgr::GetInstance(); }
     static DcInterfaceMgr* interfaces() { return DcInterfaceMgr::GetInstance(); }
 };
