@@ -115,6 +115,15 @@ DcInterfaceMgr* DcInterfaceMgr::GetInstance() {
 DcInterfaceMgr::DcInterfaceMgr()
     : m_default_interface(0), m_interfaces(&IpInterface::Key::NameCompare) {}
 
+bool DcInterfaceMgr::DestroyInstance() {
+    if (m_instance == nullptr) {
+        return false;
+    }
+    delete m_instance;
+    m_instance = nullptr;
+    return true;
+}
+
 IpInterface* DcInterfaceMgr::Find(unsigned short vlan, unsigned int ifIndex) {
     InterfaceMap::iterator it = m_interfaces.find(IpInterface::Key{vlan, ifIndex});
     return it == m_interfaces.end() ? nullptr : &it->second;

@@ -6,7 +6,8 @@
 // stack instances of the VLAN, interface-address rows) through the router
 // manager's serializer, and then updates the manager's own tables. Requests
 // are sent whether or not the interface is known; only the tables depend on
-// it. A process-wide singleton, created on first use and never destroyed.
+// it. A process-wide singleton, created on first use and never destroyed
+// (tests take it down between cases through DcRouterMgr::ResetForTests).
 #ifndef ZAVREL_INTERFACES_DCINTERFACEMGR_H
 #define ZAVREL_INTERFACES_DCINTERFACEMGR_H
 
@@ -147,8 +148,13 @@ public:
     const IpInterface* FindInterface(unsigned short vlan, unsigned int ifIndex) const;
 
 private:
+    // DcRouterMgr::ResetForTests takes this manager down too.
+    friend class DcRouterMgr;
+
     DcInterfaceMgr();
     IpInterface* Find(unsigned short vlan, unsigned int ifIndex);
+    // Deletes the instance, if any; true when there was one.
+    static bool DestroyInstance();
 
     static DcInterfaceMgr* m_instance;
 

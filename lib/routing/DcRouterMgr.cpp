@@ -4,6 +4,7 @@
 #include <new>
 
 #include "console/DcConsoleCommand.h"
+#include "interfaces/DcInterfaceMgr.h"
 #include "platform/BitCount.h"
 #include "platform/SocketCallback.h"
 #include "platform/Trace.h"
@@ -73,6 +74,27 @@ DcRouterMgr* DcRouterMgr::GetInstance() {
         }
     }
     return m_instance;
+}
+
+int DcRouterMgr::ResetForTests() {
+    int existed = 0;
+    if (DcInterfaceMgr::DestroyInstance()) {
+        ++existed;
+    }
+    if (m_instance != nullptr) {
+        // m_instance stays set while the destructor runs, so that anything a
+        // router does on its way out finds this manager, not a new one.
+        delete m_instance;
+        m_instance = nullptr;
+        ++existed;
+    }
+    if (DcRtmMgr::DestroyInstance()) {
+        ++existed;
+    }
+    DcRouterBase::Initialize(nullptr);
+    DcRouterBase::SocketInitialize(nullptr);
+    DcConsoleCommand::m_default_vlan = 0;
+    return existed;
 }
 
 DcRouterMgr::DcRouterMgr() : m_vlan_section("VLAN_CONFIGURATIONS") {

@@ -1,11 +1,12 @@
 // DcRouterMgr: the library's root object.
 //
-// A process-wide singleton, created on first use and never destroyed. It
-// owns, per configured VLAN, one router of each protocol (BGP, OSPFv2,
-// OSPFv3, RIPv2, RIPng, IGMP, MLD), and it owns the stack scheduler, the
-// configuration scheduler, the request serializer and the two tables of
-// routing console handlers. Interface and address events of the application
-// are fanned out from here to the routers of the VLAN concerned.
+// A process-wide singleton, created on first use and never destroyed (tests
+// take it down between cases through ResetForTests). It owns, per configured
+// VLAN, one router of each protocol (BGP, OSPFv2, OSPFv3, RIPv2, RIPng, IGMP,
+// MLD), and it owns the stack scheduler, the configuration scheduler, the
+// request serializer and the two tables of routing console handlers.
+// Interface and address events of the application are fanned out from here
+// to the routers of the VLAN concerned.
 //
 // The implementation is split by theme: DcRouterMgr.cpp (instance, VLAN
 // lifecycle, events, stack bridge), DcRouterMgrReload.cpp (configuration
@@ -156,6 +157,25 @@ public:
     void ConCmdIp4RtmSummary(DcConsole* console);
     void ConCmdIp6RtmSummary(DcConsole* console);
     void ConCmdIpsTrace(DcConsole* console, int argc, char** argv);
+
+    // ---- test seam
+    // For tests only; neither the library nor the application calls it. The
+    // three managers are meant to live as long as the process, so a test
+    // program that runs many cases in one process takes them down between
+    // cases here, as if the process had ended: the interface manager first
+    // (it only queues requests through this manager), then this manager
+    // (its VLANs and routers, the serializer with the actions it still
+    // holds, the configuration scheduler with its items and timer, the
+    // stack scheduler's timer), then the RTM manager (routers and items ask
+    // it for readiness while they exist). The application objects handed to
+    // the routers and the console's default VLAN go back to their initial
+    // values. The next GetInstance of each manager creates a new one. Timers
+    // are stopped on the loop they are armed on, so call it while that loop
+    // still exists. Nothing is sent to the stack and nothing is logged but
+    // the scheduler's "Deleting DC Scheduler". Returns how many of the three
+    // managers existed (0 to 3), so a test can tell whether a call created
+    // one.
+    static int ResetForTests();
 
 private:
     friend class DcRouterMgrTestPeer;

@@ -52,6 +52,15 @@ DcRtmMgr* DcRtmMgr::GetInstance() {
     return m_instance;
 }
 
+bool DcRtmMgr::DestroyInstance() {
+    if (m_instance == nullptr) {
+        return false;
+    }
+    delete m_instance;
+    m_instance = nullptr;
+    return true;
+}
+
 unsigned short DcRtmMgr::GetDclProtocolInstanceIdFromVlan(unsigned short vlan, int afi) const {
     if (afi == AFI_IPV6) {
         return static_cast<unsigned short>(vlan | IP6_INSTANCE_BIT);

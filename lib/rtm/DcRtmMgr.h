@@ -101,9 +101,15 @@ public:
                                       unsigned int result);
 
 private:
+    // DcRouterMgr::ResetForTests takes this manager down too.
+    friend class DcRouterMgr;
+
     DcRtmMgr();
     DcRtmMgr(const DcRtmMgr&) = delete;
     DcRtmMgr& operator=(const DcRtmMgr&) = delete;
+
+    // Deletes the instance, if any; true when there was one.
+    static bool DestroyInstance();
 
     static DcRtmMgr* m_instance;
     std::map<unsigned short, RTMData> m_rtm_data;

@@ -6,12 +6,12 @@
 #include "emulator/Emulator.h"
 #include "interfaces/DcInterfaceMgr.h"
 #include "routing/DcRouterMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/EmulatedStackEnv.h"
 
 namespace Zavrel::test {
 namespace {
 
-class SocketBridgeTest : public TestEnv {
+class SocketBridgeTest : public EmulatedStackEnv {
 protected:
     void Start()
     {

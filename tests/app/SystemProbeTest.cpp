@@ -7,12 +7,12 @@
 #include "platform/Ip6Prefix.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/EmulatedStackEnv.h"
 
 namespace Zavrel::test {
 namespace {
 
-class SystemProbeTest : public TestEnv {
+class SystemProbeTest : public EmulatedStackEnv {
 protected:
     static void AddIp4Route()
     {

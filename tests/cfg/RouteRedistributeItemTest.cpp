@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "cfg/CfgKey.h"
+#include "cfg/CfgSched.h"
 #include "cfg/RouteRedistributeItem.h"
 #include "cfg/StaticRouteItem.h"
 #include "mib/MibOid.h"
@@ -13,7 +15,7 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -25,14 +27,7 @@ MibOid OidOf(const std::vector<unsigned long>& components)
     return MibOid(components.data(), components.size());
 }
 
-class RouteRedistributeItemTest : public test::TestEnv {
-protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-};
+class RouteRedistributeItemTest : public test::RecordingStackEnv {};
 
 TEST_F(RouteRedistributeItemTest, OidComesFromTheStackForInstanceSourceAndDestination)
 {
@@ -165,6 +160,87 @@ TEST_F(RouteRedistributeItemTest, ReceivingRouterDecidesWhetherTheItemIsReady)
     DcRtmMgr::GetInstance()->SetRtmReady(5);
     DcRtmMgr::GetInstance()->SetRtmReady(0x8005);
     EXPECT_GT(check(), 0);
+}
+
+// VLAN 10 + k has both RTM instances ready and only its router of kind k
+// ready. An item for the IPv6 instance of the VLAN (the instance with the
+// IPv6 bit) whose destination is OSPF (0xd0000) is ready exactly in the
+// VLAN whose OSPFv3 router (kind 2) is ready: it asks that router of the
+// VLAN without the bit, and no other. The item for the IPv4 instance asks
+// the OSPFv2 router (kind 1).
+TEST_F(RouteRedistributeItemTest, Ipv6OspfItemIsReadyExactlyWhenTheOspfv3RouterOfItsVlanIs)
+{
+    Options options;
+    DcRouterMgr* manager = DcRouterMgr::GetInstance();
+    Json::Value enabled(Json::objectValue);
+    enabled["enabled"] = true;
+    Options section(enabled);
+    for (int kind = 0; kind < DcRouterMgr::PROTOCOL_COUNT; ++kind) {
+        const unsigned short vlan = static_cast<unsigned short>(10 + kind);
+        ASSERT_TRUE(
+            manager->CreateVlan(vlan, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second);
+        DcRtmMgr::GetInstance()->SetRtmReady(vlan);
+        DcRtmMgr::GetInstance()->SetRtmReady(vlan | DcRtmMgr::IP6_INSTANCE_BIT);
+        DcRouterBase* ready =
+            manager->GetDcRouterByVID(vlan, static_cast<DcRouterMgr::ProtocolType>(kind));
+        ASSERT_NE(ready, nullptr);
+        if (ready->GetInterface() != nullptr) {
+            ready->GetInterface()->ApplyOptions(section.Root(), "test",
+                                                DclConfigObject::OPTION_TYPE_VLAN);
+        } else {
+            ready->SetStatus(DcProtoInterfaceBase::CONFIG_READY);
+        }
+        for (int other = 0; other < DcRouterMgr::PROTOCOL_COUNT; ++other) {
+            DcRouterBase* router =
+                manager->GetDcRouterByVID(vlan, static_cast<DcRouterMgr::ProtocolType>(other));
+            ASSERT_NE(router, nullptr);
+            ASSERT_EQ(router->IsReady(), other == kind) << "VLAN " << vlan << " kind " << other;
+        }
+
+        RouteRedistributeItem ipv6(1, 1, 3, 0xd0000, 0, vlan | DcRtmMgr::IP6_INSTANCE_BIT, 0);
+        RouteRedistributeItem ipv4(1, 1, 3, 0xd0000, 0, vlan, 0);
+        EXPECT_EQ(ipv6.CfgItemReady(), kind == DcRouterMgr::OSPFv3) << "kind " << kind << " ready";
+        EXPECT_EQ(ipv4.CfgItemReady(), kind == DcRouterMgr::OSPFv2) << "kind " << kind << " ready";
+    }
+}
+
+// The scheduler replaces a held entry by an incoming one of the same OID only
+// when the row status and the admin status both match; the other values
+// (here the priority and the further value) do not count.
+TEST_F(RouteRedistributeItemTest, InsertReplacesAHeldEntryOnlyWhenRowAndAdminStatusBothMatch)
+{
+    const CfgKey key(5, DcRtmMgr::CFG_KEY_REDISTRIBUTION);
+    const struct {
+        const char* incoming;
+        long rowStatus;
+        long adminStatus;
+        long priority;
+        bool replaces;
+    } cases[] = {
+        {"same row and admin status", 1, 1, 0, true},
+        {"same row and admin status, other priority", 1, 1, 7, true},
+        {"other row status", 6, 1, 0, false},
+        {"other admin status", 1, 2, 0, false},
+        {"other row and admin status", 6, 2, 0, false},
+    };
+    for (const auto& c : cases) {
+        CfgSched sched;
+        trace.Clear();
+        CfgItem* held = new RouteRedistributeItem(1, 1, 3, 0x80000, 0, 5, 0);
+        sched.Insert(key, held);
+        CfgItem* incoming =
+            new RouteRedistributeItem(c.rowStatus, c.adminStatus, 3, 0x80000, c.priority, 5, 9);
+        const std::vector<CfgItem*> expected =
+            c.replaces ? std::vector<CfgItem*>{incoming} : std::vector<CfgItem*>{held, incoming};
+
+        sched.Insert(key, incoming);
+
+        EXPECT_EQ(sched.Items(key), expected) << c.incoming;
+        EXPECT_EQ(trace.Texts(5), c.replaces ? std::vector<std::string>{"REPLACED ------- 1 "
+                                                                        "item.............\n"}
+                                             : std::vector<std::string>{})
+            << c.incoming;
+    }
 }
 
 TEST_F(RouteRedistributeItemTest, RemoveOnNotReadyWhenTheRtmHoldsExactlyThisInstance)

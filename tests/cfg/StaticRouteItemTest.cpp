@@ -13,7 +13,7 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -32,14 +32,8 @@ MibOid OidOf(const std::vector<unsigned long>& components)
     return MibOid(components.data(), components.size());
 }
 
-class StaticRouteItemTest : public test::TestEnv {
+class StaticRouteItemTest : public test::RecordingStackEnv {
 protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-
     static StaticRouteItem Ip4Route(long rowStatus = 1, long adminStatus = 1,
                                     unsigned long routeType = 0x30000)
     {
@@ -223,6 +217,45 @@ TEST_F(StaticRouteItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus)
     EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&otherRow)));
     EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&otherAdmin)));
     EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&otherRoute)));
+}
+
+// The scheduler replaces a held route by an incoming one of the same OID
+// only when the row status and the admin status both match; the other
+// values (here metric and route type) do not count.
+TEST_F(StaticRouteItemTest, InsertReplacesAHeldRouteOnlyWhenRowAndAdminStatusBothMatch)
+{
+    const CfgKey key(5, DcRtmMgr::CFG_KEY_STATIC_ROUTE);
+    const struct {
+        const char* incoming;
+        long rowStatus;
+        long adminStatus;
+        unsigned long metric;
+        bool replaces;
+    } cases[] = {
+        {"same row and admin status", 1, 1, 3, true},
+        {"same row and admin status, other metric", 1, 1, 9, true},
+        {"other row status", 6, 1, 3, false},
+        {"other admin status", 1, 2, 3, false},
+        {"other row and admin status", 6, 2, 3, false},
+    };
+    for (const auto& c : cases) {
+        CfgSched sched;
+        trace.Clear();
+        CfgItem* held = new StaticRouteItem(5, 1, 1, 1, kDest4, 24, kHop4, 7, 3, 0x30000, 0);
+        sched.Insert(key, held);
+        CfgItem* incoming = new StaticRouteItem(5, 1, c.rowStatus, c.adminStatus, kDest4, 24, kHop4,
+                                                7, c.metric, 0, 0);
+        const std::vector<CfgItem*> expected =
+            c.replaces ? std::vector<CfgItem*>{incoming} : std::vector<CfgItem*>{held, incoming};
+
+        sched.Insert(key, incoming);
+
+        EXPECT_EQ(sched.Items(key), expected) << c.incoming;
+        EXPECT_EQ(trace.Texts(5), c.replaces ? std::vector<std::string>{"REPLACED ------- 1 "
+                                                                        "item.............\n"}
+                                             : std::vector<std::string>{})
+            << c.incoming;
+    }
 }
 
 TEST_F(StaticRouteItemTest, ReplaceOfAnItemOfAnotherKindIsFalse)

@@ -10,7 +10,7 @@
 
 #include "config/DCLConfigListTestSupport.h"
 #include "platform/Options.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -21,7 +21,7 @@ using test::TestObject;
 using test::TestRouter;
 using Lines = std::vector<std::string>;
 
-class DCLConfigListTest : public test::TestEnv {
+class DCLConfigListTest : public test::RecordingStackEnv {
 protected:
     OptionsNode Load(const char* json) {
         EXPECT_TRUE(options.LoadFromText(json)) << options.Error().c_str();

@@ -9,7 +9,7 @@
 
 #include "config/DCLConfigListTestSupport.h"
 #include "platform/Options.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -18,7 +18,7 @@ using test::CommitLog;
 using test::TestObject;
 using test::TestRouter;
 
-class DclConfigObjectTest : public test::TestEnv {
+class DclConfigObjectTest : public test::RecordingStackEnv {
 protected:
     OptionsNode Load(const char* json) {
         EXPECT_TRUE(options.LoadFromText(json)) << options.Error().c_str();

@@ -125,25 +125,39 @@ protected:
     std::vector<char*> pointers;
 };
 
-// The tables are filled on their first call. Each test runs in its own
-// process under ctest, and this one is declared first in the program, so it
-// makes that first call also when the whole program runs in one process.
-// The stand-in word has the same text, so later tests see "UNKN" either way;
-// the checks are on which object is returned.
+// The tables are filled on their first call in the process. That call is
+// made here, while the program starts and before any test runs, with a
+// stand-in word; the test below checks what it returned, in whatever order
+// the tests run. The stand-in word has the same text, so later tests see
+// "UNKN" either way; the checks are on which object is returned.
+const char STAND_IN[] = "UNKN";
+
+struct FirstCallOfTheProcess {
+    FirstCallOfTheProcess()
+    {
+        const char* saved = DclUnknownStr;
+        DclUnknownStr = STAND_IN;
+        operStatusZero = DcConsoleCommand::OperStatusStr(0);
+        yesNoZero = DcConsoleCommand::AmbBoolYesNoStr(0);
+        DclUnknownStr = saved;
+    }
+    const char* operStatusZero;
+    const char* yesNoZero;
+};
+
+const FirstCallOfTheProcess firstCall;
+
 TEST(DcConsoleCommandUnknownWordTest, EntryForZeroIsTheUnknownWordOfTheFirstCall)
 {
-    static const char standIn[] = "UNKN";
-    const char* saved = DclUnknownStr;
-    DclUnknownStr = standIn;
-    EXPECT_EQ(standIn, DcConsoleCommand::OperStatusStr(0));
-    EXPECT_EQ(standIn, DcConsoleCommand::AmbBoolYesNoStr(0));
-    DclUnknownStr = saved;
+    EXPECT_EQ(STAND_IN, firstCall.operStatusZero);
+    EXPECT_EQ(STAND_IN, firstCall.yesNoZero);
     // Entry 0 keeps the word of the first call; values past the tables
     // follow the current word.
-    EXPECT_EQ(standIn, DcConsoleCommand::OperStatusStr(0));
-    EXPECT_EQ(standIn, DcConsoleCommand::AmbBoolYesNoStr(0));
-    EXPECT_EQ(saved, DcConsoleCommand::OperStatusStr(9));
-    EXPECT_EQ(saved, DcConsoleCommand::AmbBoolYesNoStr(9));
+    EXPECT_NE(STAND_IN, DclUnknownStr);
+    EXPECT_EQ(STAND_IN, DcConsoleCommand::OperStatusStr(0));
+    EXPECT_EQ(STAND_IN, DcConsoleCommand::AmbBoolYesNoStr(0));
+    EXPECT_EQ(DclUnknownStr, DcConsoleCommand::OperStatusStr(9));
+    EXPECT_EQ(DclUnknownStr, DcConsoleCommand::AmbBoolYesNoStr(9));
 }
 
 TEST(DcConsoleCommandUnknownWordTest, EntryForZeroStaysFixedAfterTheFirstCallWhileOthersFollow)

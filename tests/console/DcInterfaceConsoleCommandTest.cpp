@@ -8,7 +8,7 @@
 #include "console/DcInterfaceConsoleCommand.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -49,14 +49,8 @@ amb_stubs_i3_ea Address4(unsigned long instance, unsigned long ifIndex, unsigned
     return row;
 }
 
-class DcInterfaceConsoleCommandTest : public test::TestEnv {
+class DcInterfaceConsoleCommandTest : public test::RecordingStackEnv {
 protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-
     static unsigned char Answer(unsigned long code, const void* row = nullptr)
     {
         return RecordingStack::Instance().Answer(code, row);

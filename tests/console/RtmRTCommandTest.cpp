@@ -10,7 +10,7 @@
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -72,12 +72,11 @@ Row Ip4Row(unsigned long instance, unsigned char a, unsigned char b, unsigned lo
     return row;
 }
 
-class RtmRTCommandTest : public test::TestEnv {
+class RtmRTCommandTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override
     {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
+        RecordingStackEnv::SetUp();
         DcRtmMgr::GetInstance()->CreateRTMInstance(12, 0, DcRtmMgr::RTMData());
         DcRtmMgr::GetInstance()->CreateRTMInstance(12, 41, DcRtmMgr::RTMData());
         RecordingStack::Instance().ClearCalls();

@@ -1,7 +1,8 @@
 // E2eFixture: the library started as the application starts it, against the
 // stack emulator, on the virtual clock. The stack's descriptor is watched by
 // the test loop and served through DcRouterMgr::SocketCallback. Every test
-// ends by checking that the library kept the stack's contract.
+// ends by checking that the library kept the stack's contract. The managers
+// and the emulator start afresh for every test and are reset after it.
 #ifndef ZAVREL_TESTS_E2E_E2EFIXTURE_H
 #define ZAVREL_TESTS_E2E_E2EFIXTURE_H
 
@@ -12,7 +13,7 @@
 #include "platform/Options.h"
 #include "routing/DcRouterBase.h"
 #include "routing/DcRouterMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/EmulatedStackEnv.h"
 
 namespace Zavrel::test {
 
@@ -48,14 +49,13 @@ private:
     VirtualEventLoop& m_loop;
 };
 
-class E2eFixture : public TestEnv {
+class E2eFixture : public EmulatedStackEnv {
 protected:
     class AppInterface : public DcIpInterface {};
 
     void SetUp() override
     {
-        TestEnv::SetUp();
-        Emulator::Reset();
+        EmulatedStackEnv::SetUp();
         mgr = DcRouterMgr::GetInstance();
         ASSERT_NE(mgr, nullptr);
         mgr->SckInterfaceInitialize(&sockets);
@@ -65,7 +65,7 @@ protected:
     void TearDown() override
     {
         EXPECT_EQ(Emulator::BreachCount(), 0u) << ::testing::PrintToString(Emulator::Breaches());
-        TestEnv::TearDown();
+        EmulatedStackEnv::TearDown();
     }
 
     // Configuration of the VLANs as the application delivers it.

@@ -32,6 +32,8 @@ protected:
         // Every callback but the request for a run came from inside a run.
         EXPECT_EQ(std::vector<std::string>(), Side().callsOutsideRun);
         Emulator::Reset();
+        // The double's hooks may hold the test's objects.
+        Side().Reset();
         TestEnv::TearDown();
     }
 

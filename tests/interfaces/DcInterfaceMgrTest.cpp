@@ -13,8 +13,8 @@
 #include "routing/DcRouterMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/RecordingStackEnv.h"
 #include "support/testsupport/TestAddresses.h"
-#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -24,11 +24,10 @@ typedef std::vector<std::string> Lines;
 using test::V4;
 using test::V6;
 
-class DcInterfaceMgrTest : public test::TestEnv {
+class DcInterfaceMgrTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        stack().Reset();
+        RecordingStackEnv::SetUp();
         mgr = DcInterfaceMgr::GetInstance();
         ASSERT_NE(mgr, nullptr);
         // The stack's interface tables are ready: requests go out as they
@@ -38,7 +37,6 @@ protected:
         trace.Clear();
     }
 
-    static RecordingStack& stack() { return RecordingStack::Instance(); }
     static Serializer& serializer() { return DcRouterMgr::GetInstance()->GetSerializer(); }
 
     // Acts as the stack: reports every outstanding request done, until no

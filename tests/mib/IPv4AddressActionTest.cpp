@@ -5,21 +5,14 @@
 
 #include "mib/IPv4AddressAction.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 
-class IPv4AddressActionTest : public test::TestEnv {
-protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-};
+class IPv4AddressActionTest : public test::RecordingStackEnv {};
 
 TEST_F(IPv4AddressActionTest, SendsTheAddressWithTheVlanAndPrefixLengthOfTheMask)
 {

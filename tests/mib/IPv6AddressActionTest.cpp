@@ -5,21 +5,15 @@
 
 #include "mib/IPv6AddressAction.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 
-class IPv6AddressActionTest : public test::TestEnv {
+class IPv6AddressActionTest : public test::RecordingStackEnv {
 protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-
     static Ip6Addr Address(const char* text)
     {
         Ip6Addr address;

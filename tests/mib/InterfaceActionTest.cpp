@@ -7,21 +7,14 @@
 #include "mib/MibOid.h"
 #include "mib/Serializer.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 
-class InterfaceActionTest : public test::TestEnv {
-protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-};
+class InterfaceActionTest : public test::RecordingStackEnv {};
 
 TEST_F(InterfaceActionTest, OutsideTheStackContextUsesTheActionCall)
 {

@@ -5,21 +5,14 @@
 
 #include "mib/RedistAction.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 
-class RedistActionTest : public test::TestEnv {
-protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-};
+class RedistActionTest : public test::RecordingStackEnv {};
 
 TEST_F(RedistActionTest, OutsideTheStackContextPassesSourceBeforeDestination)
 {

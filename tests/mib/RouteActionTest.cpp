@@ -7,21 +7,15 @@
 #include "cfg/CfgRoute.h"
 #include "mib/RouteAction.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 
-class RouteActionTest : public test::TestEnv {
+class RouteActionTest : public test::RecordingStackEnv {
 protected:
-    void SetUp() override
-    {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
-    }
-
     static CfgRouteEntry Ip4Entry()
     {
         CfgRouteEntry entry;

@@ -1,7 +1,7 @@
 // PipelineFixture: the whole library against the recording stack double on
-// the virtual clock. The test plays the stack: work queued with AsStack()
-// runs inside the next nbb_scheduler() run, where the real stack would make
-// its callbacks.
+// the virtual clock, with fresh managers and a fresh double for every test.
+// The test plays the stack: work queued with AsStack() runs inside the next
+// nbb_scheduler() run, where the real stack would make its callbacks.
 #ifndef ZAVREL_TESTS_PIPELINE_PIPELINEFIXTURE_H
 #define ZAVREL_TESTS_PIPELINE_PIPELINEFIXTURE_H
 
@@ -13,16 +13,15 @@
 #include "routing/DcRouterMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel::test {
 
-class PipelineFixture : public TestEnv {
+class PipelineFixture : public RecordingStackEnv {
 protected:
     void SetUp() override
     {
-        TestEnv::SetUp();
-        Stack().Reset();
+        RecordingStackEnv::SetUp();
         Stack().OnScheduler([this] { RunStackWork(); });
         // The stack asks for its first run while it starts.
         Stack().OnNextCall("smsi_init", [] { cRescheduleNBase(); });

@@ -6,12 +6,12 @@
 #include "platform/Options.h"
 #include "routing/DcConfigLists.h"
 #include "rtm/DcRtmMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
-class DcBgpRouterTest : public test::TestEnv {
+class DcBgpRouterTest : public test::RecordingStackEnv {
 protected:
     OptionsNode Load(const char* json) {
         EXPECT_TRUE(options.LoadFromText(json)) << options.Error().c_str();

@@ -5,12 +5,12 @@
 
 #include "platform/Options.h"
 #include "rtm/DcRtmMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
-class DcMulticastRouterTest : public test::TestEnv {
+class DcMulticastRouterTest : public test::RecordingStackEnv {
 protected:
     OptionsNode Load(const char* json) {
         EXPECT_TRUE(options.LoadFromText(json)) << options.Error().c_str();

@@ -10,14 +10,14 @@
 #include "protocols/DcOspfv3Router.h"
 #include "protocols/Ospfv3Interface.h"
 #include "rtm/DcRtmMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using Ids = std::vector<unsigned int>;
 
-class DcOspfRouterTest : public test::TestEnv {
+class DcOspfRouterTest : public test::RecordingStackEnv {
 protected:
     OptionsNode Load(const char* json) {
         EXPECT_TRUE(options.LoadFromText(json)) << options.Error().c_str();

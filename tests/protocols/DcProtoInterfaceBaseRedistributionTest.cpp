@@ -15,15 +15,15 @@
 #include "routing/DcRipv2Router.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
-class DcProtoInterfaceBaseRedistributionTest : public test::TestEnv {
+class DcProtoInterfaceBaseRedistributionTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
+        RecordingStackEnv::SetUp();
         sched = &DcRouterMgr::GetInstance()->GetCfgSched();
     }
 

@@ -10,12 +10,12 @@
 #include "protocols/Ripv2Interface.h"
 #include "routing/DcRipv2Router.h"
 #include "rtm/DcRtmMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
-class DcProtoInterfaceBaseTest : public test::TestEnv {
+class DcProtoInterfaceBaseTest : public test::RecordingStackEnv {
 protected:
     OptionsNode Load(const char* json) {
         EXPECT_TRUE(options.LoadFromText(json)) << options.Error().c_str();

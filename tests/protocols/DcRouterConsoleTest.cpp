@@ -16,18 +16,17 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using Handler = void (*)(void*, DcConsole*, int, char**);
 
-class DcRouterConsoleTest : public test::TestEnv {
+class DcRouterConsoleTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        test::RecordingStack::Instance().Reset();
+        RecordingStackEnv::SetUp();
         manager = DcRouterMgr::GetInstance();
         ASSERT_NE(manager, nullptr);
         console.SetVlan(5);

@@ -11,16 +11,15 @@
 #include "protocols/DcMulticastRouter.h"
 #include "routing/DcRouterMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
-class MulticastRoutingTableConsoleCommandTest : public test::TestEnv {
+class MulticastRoutingTableConsoleCommandTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        test::RecordingStack::Instance().Reset();
+        RecordingStackEnv::SetUp();
         manager = DcRouterMgr::GetInstance();
         ASSERT_NE(manager, nullptr);
         ASSERT_TRUE(options.LoadFromText(

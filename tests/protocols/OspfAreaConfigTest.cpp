@@ -5,12 +5,12 @@
 
 #include "platform/Options.h"
 #include "protocols/DcOspfv2Router.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
-class OspfAreaConfigTest : public test::TestEnv {
+class OspfAreaConfigTest : public test::RecordingStackEnv {
 protected:
     OptionsNode Load(const char* json) {
         EXPECT_TRUE(options.LoadFromText(json)) << options.Error().c_str();

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "config/DCLConfigListTestSupport.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -14,7 +14,7 @@ using test::TestList;
 using test::TestRouter;
 using Lines = std::vector<std::string>;
 
-class DcConfigListsTest : public test::TestEnv {
+class DcConfigListsTest : public test::RecordingStackEnv {
 protected:
     TestRouter router{4};
     CommitLog log;

@@ -7,12 +7,12 @@
 #include "routing/DcRipngRouter.h"
 #include "routing/DcRipv2Router.h"
 #include "rtm/DcRtmMgr.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
-class DcRipRouterTest : public test::TestEnv {};
+class DcRipRouterTest : public test::RecordingStackEnv {};
 
 TEST_F(DcRipRouterTest, Ripv2RouterIsNamedRipv2WithARipv2Interface) {
     DcRipv2Router router(12);

@@ -10,7 +10,7 @@
 #include "config/DCLConfigListTestSupport.h"
 #include "platform/Options.h"
 #include "routing/DcConfigLists.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -103,16 +103,16 @@ public:
     Lines calls;
 };
 
-class DcRouterBaseTest : public test::TestEnv {
+class DcRouterBaseTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
+        RecordingStackEnv::SetUp();
         proto = new RecordingProto(&calls);
         router = new ListRouter(5, proto, &log);
     }
     void TearDown() override {
         delete router;
-        TestEnv::TearDown();
+        RecordingStackEnv::TearDown();
     }
 
     OptionsNode Load(const char* json) {

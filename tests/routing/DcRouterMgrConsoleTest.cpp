@@ -15,21 +15,13 @@
 #include "routing/DcRipngRouter.h"
 #include "routing/DcRipv2Router.h"
 #include "routing/DcRouterMgr.h"
+#include "routing/DcRouterMgrTestPeer.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
 #include "support/testsupport/RouterMgrFixture.h"
 
 namespace Zavrel {
-
-// Reaches into the manager for states that the application cannot build.
-class DcRouterMgrTestPeer {
-public:
-    static void AddVlanWithoutRouters(DcRouterMgr* mgr, unsigned short vid) {
-        mgr->m_vlans[vid] = new DcRouterMgr::VlanRouters();
-    }
-};
-
 namespace {
 
 using test::RecordingStack;

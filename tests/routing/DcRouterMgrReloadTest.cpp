@@ -1,13 +1,21 @@
+#include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "cfg/CfgKey.h"
+#include "cfg/CfgSched.h"
+#include "cfg/RouteRedistributeItem.h"
 #include "config/DclConfigObject.h"
 #include "platform/Options.h"
 #include "routing/DcRouterBase.h"
 #include "routing/DcRouterMgr.h"
+#include "routing/DcRouterMgrTestPeer.h"
+#include "routing/RedistributionProfile.h"
+#include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
 #include "support/testsupport/RouterMgrFixture.h"
 
@@ -253,6 +261,112 @@ TEST_F(RouterMgrReloadTest, OtherOptionTypesReachEveryRouterOfAnExistingVlan) {
     EXPECT_TRUE(Enabled(mgr, 5, DcRouterMgr::OSPFv2));
     EXPECT_TRUE(stack().Requests().empty());
     EXPECT_EQ(SourcesOf(5), (std::set<std::string>{"a.json", "other.json"}));
+}
+
+// A protocol object that notes, in a log shared by the routers of a VLAN,
+// the sections it is given ("<router> <source> <type> <tag>") and the
+// sources it is told to forget ("<router> forgets <source>").
+class LoggingProto : public DcProtoConfigBase {
+public:
+    LoggingProto(std::string router, Lines* log) : m_router(std::move(router)), m_log(log) {}
+    void ApplyOptions(const OptionsNode& section, const string& source,
+                      DclConfigObject::OptionType type) override {
+        m_log->push_back(m_router + " " + source.c_str() + " " + std::to_string(type) + " " +
+                         section.GetAsString("tag").c_str());
+    }
+    void DeleteOptions(const string& source, DclConfigObject::OptionType) override {
+        m_log->push_back(m_router + " forgets " + source.c_str());
+    }
+
+private:
+    std::string m_router;
+    Lines* m_log;
+};
+
+// A router named like the real one of its type, with a LoggingProto. It
+// runs (IsEnabled) when its status is not 0.
+class LoggingRouter : public DcRouterBase {
+public:
+    LoggingRouter(const char* name, Lines* log)
+        : DcRouterBase(name, 5, new LoggingProto(name, log)) {}
+    bool CreateConfigList(DcConfigLists&) override { return true; }
+};
+
+class RouterOrderTest : public RouterMgrReloadTest {
+protected:
+    // VLAN 5 from a.json, its routers replaced by logging ones.
+    void SetUp() override {
+        RouterMgrReloadTest::SetUp();
+        Load("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5}]}", "a.json", VLAN_OPTIONS);
+        static const char* const names[DcRouterMgr::PROTOCOL_COUNT] = {
+            "BGP", "OSPFV2", "OSPFV3", "RIPV2", "RIPNG", "IGMP", "MLD"};
+        std::map<DcRouterMgr::ProtocolType, DcRouterBase*> routers;
+        for (int type = DcRouterMgr::PROTOCOL_COUNT - 1; type >= 0; --type) {
+            routers[static_cast<DcRouterMgr::ProtocolType>(type)] =
+                new LoggingRouter(names[type], &log);
+        }
+        DcRouterMgrTestPeer::ReplaceRouters(mgr, 5, routers);
+    }
+
+    // The entry of VLAN 5 with the routers' sections in reverse protocol
+    // order; OSPFV3 and IGMP have none.
+    static constexpr const char* ENTRY =
+        "{\"VLAN_CONFIGURATIONS\": [{\"MLD\": {\"tag\": \"m\"}, \"RIPNG\": {\"tag\": \"n\"}, "
+        "\"RIPV2\": {\"tag\": \"r\"}, \"OSPFV2\": {\"tag\": \"o\"}, \"BGP\": {\"tag\": \"b\"}, "
+        "\"vid\": 5}]}";
+
+    Lines log;
+};
+
+TEST_F(RouterOrderTest, VlanOptionsReachTheRoutersInProtocolOrder) {
+    Load(ENTRY, "a.json", VLAN_OPTIONS);
+    EXPECT_EQ(log, (Lines{"BGP a.json 0 b", "OSPFV2 a.json 0 o", "OSPFV3 forgets a.json",
+                          "RIPV2 a.json 0 r", "RIPNG a.json 0 n", "IGMP forgets a.json",
+                          "MLD a.json 0 m"}));
+}
+
+TEST_F(RouterOrderTest, OtherOptionTypesReachTheRoutersInProtocolOrder) {
+    Load(ENTRY, "other.json", static_cast<DclConfigObject::OptionType>(4));
+    EXPECT_EQ(log, (Lines{"BGP other.json 4 b", "OSPFV2 other.json 4 o",
+                          "OSPFV3 forgets other.json", "RIPV2 other.json 4 r",
+                          "RIPNG other.json 4 n", "IGMP forgets other.json",
+                          "MLD other.json 4 m"}));
+}
+
+TEST_F(RouterOrderTest, RemoteOptionsReachTheRunningRoutersInProtocolOrder) {
+    // Routers without an interface object run when their status says so.
+    mgr->GetDcRouterByVID(5, DcRouterMgr::MLD)->SetStatus(DcProtoInterfaceBase::CONFIG_ENABLED);
+    mgr->GetDcRouterByVID(5, DcRouterMgr::OSPFv3)->SetStatus(DcProtoInterfaceBase::CONFIG_ENABLED);
+    mgr->GetDcRouterByVID(5, DcRouterMgr::RIPv2)->SetStatus(DcProtoInterfaceBase::CONFIG_ENABLED);
+    mgr->GetDcRouterByVID(5, DcRouterMgr::BGP)->SetStatus(DcProtoInterfaceBase::CONFIG_ENABLED);
+
+    Load(ENTRY, "remote.json", REMOTE_OPTIONS);
+
+    EXPECT_EQ(log, (Lines{"BGP remote.json 1 b", "OSPFV3 forgets remote.json",
+                          "RIPV2 remote.json 1 r", "MLD remote.json 1 m"}));
+}
+
+// With the real routers: enabling BGP, OSPFv2 and RIPv2 in one entry that
+// lists them the other way round queues their redistribution entries for
+// the IPv4 instance as the routers are reloaded, BGP's first.
+TEST_F(RouterMgrReloadTest, RealRoutersAreReloadedInProtocolOrder) {
+    Load(
+        "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RIPV2\": {\"enabled\": true}, "
+        "\"OSPFV2\": {\"enabled\": true}, \"BGP\": {\"enabled\": true}}]}",
+        "a.json", VLAN_OPTIONS);
+
+    std::vector<long> receivers;
+    for (CfgItem* item :
+         mgr->GetCfgSched().Items(CfgKey(5, DcRtmMgr::CFG_KEY_REDISTRIBUTION))) {
+        auto* entry = dynamic_cast<RouteRedistributeItem*>(item);
+        ASSERT_NE(entry, nullptr);
+        if (receivers.empty() || receivers.back() != entry->Destination()) {
+            receivers.push_back(entry->Destination());
+        }
+    }
+    EXPECT_EQ(receivers, (std::vector<long>{RedistributionProfile::PROTO_BGP,
+                                            RedistributionProfile::PROTO_OSPF,
+                                            RedistributionProfile::PROTO_RIP}));
 }
 
 TEST_F(RouterMgrReloadTest, DroppingAVlanRemovesTheSourceOptionsFromItsRouters) {

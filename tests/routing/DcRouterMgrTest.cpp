@@ -1,16 +1,20 @@
 #include "routing/DcRouterMgr.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "console/DcConsoleCommand.h"
+#include "mib/Serializer.h"
+#include "platform/ConsoleCommand.h"
 #include "platform/Ip4Addr.h"
 #include "platform/Options.h"
 #include "protocols/DcMulticastRouter.h"
 #include "routing/DcProtoInterfaceBase.h"
 #include "routing/DcRouterBase.h"
+#include "routing/DcRouterMgrTestPeer.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/stackapi.h"
 #include "support/stackdouble/RecordingStack.h"
@@ -54,11 +58,11 @@ public:
 
 // ---- instance
 
-TEST(RouterMgrInstanceTest, FirstUseCreatesTheManagerWithItsPartsInOrder) {
-    CapturingTraceSink trace;
-    TraceSink* previous = SetTraceSink(&trace);
+// No manager exists when these tests start.
+class RouterMgrInstanceTest : public test::RecordingStackEnv {};
+
+TEST_F(RouterMgrInstanceTest, FirstUseCreatesTheManagerWithItsPartsInOrder) {
     DcRouterMgr* mgr = DcRouterMgr::GetInstance();
-    SetTraceSink(previous);
 
     ASSERT_NE(mgr, nullptr);
     const Lines lines = trace.Texts(10);
@@ -66,6 +70,61 @@ TEST(RouterMgrInstanceTest, FirstUseCreatesTheManagerWithItsPartsInOrder) {
     EXPECT_EQ(lines.front(), "Creating new Instance of Manager\n");
     EXPECT_EQ(lines[1], "Creating DC Scheduler\n");
     EXPECT_EQ(lines.back(), "Creating DcRouterMgr\n");
+}
+
+// Notes, with every line the manager's creation logs, whether the request
+// serializer had registered its console command by then.
+class SerializerRegistrationProbe : public TraceSink {
+public:
+    bool Wants(int) const override { return true; }
+    void Write(int, const char* text) override {
+        lines.push_back(text);
+        registered.push_back(ConsoleCommand::Find(Serializer::CONSOLE_COMMAND) != nullptr);
+    }
+    Lines lines;
+    std::vector<bool> registered;
+};
+
+TEST_F(RouterMgrInstanceTest, MembersAreBuiltInTheirDescribedOrder) {
+    ASSERT_EQ(ConsoleCommand::Find(Serializer::CONSOLE_COMMAND), nullptr);
+    SerializerRegistrationProbe probe;
+    TraceSink* previous = SetTraceSink(&probe);
+    DcRouterMgr* mgr = DcRouterMgr::GetInstance();
+    SetTraceSink(previous);
+    ASSERT_NE(mgr, nullptr);
+
+    // The stack scheduler is built before the serializer (which registers
+    // its command as it is built), and both before the constructor's body,
+    // which logs last.
+    EXPECT_EQ(probe.lines, (Lines{"Creating new Instance of Manager\n", "Creating DC Scheduler\n",
+                                  "Creating DcRouterMgr\n"}));
+    EXPECT_EQ(probe.registered, (std::vector<bool>{false, false, true}));
+    const ConsoleCommand* command = ConsoleCommand::Find(Serializer::CONSOLE_COMMAND);
+    ASSERT_NE(command, nullptr);
+    EXPECT_EQ(command->Owner(), &mgr->GetSerializer());
+    EXPECT_STREQ(mgr->GetScheduler().Timer().Name(), "DcScheduler");
+    EXPECT_STREQ(mgr->GetCfgSched().Name(), "CfgScheduler");
+
+    // Members are built in the order of their declaration, and members of
+    // one access level lie at ascending addresses in that order: the VLAN
+    // section name, the VLAN map, the per-source VLAN sets, the stack
+    // scheduler, the configuration scheduler, the request serializer, the
+    // IPv4 and then the IPv6 console handler tables.
+    const std::vector<const void*> members = DcRouterMgrTestPeer::MemberAddresses(*mgr);
+    ASSERT_EQ(members.size(), 8u);
+    EXPECT_STREQ(*static_cast<const char* const*>(members[0]), "VLAN_CONFIGURATIONS");
+    EXPECT_EQ(members[1], &mgr->GetVlans());
+    EXPECT_EQ(members[3], &mgr->GetScheduler());
+    EXPECT_EQ(members[4], &mgr->GetCfgSched());
+    EXPECT_EQ(members[5], &mgr->GetSerializer());
+    EXPECT_EQ(members[6], &mgr->GetIp4ConCmdHandlers());
+    EXPECT_EQ(members[7], &mgr->GetIp6ConCmdHandlers());
+    const std::less<const void*> before;
+    EXPECT_FALSE(before(members.front(), mgr));
+    EXPECT_TRUE(before(members.back(), mgr + 1));
+    for (size_t i = 1; i < members.size(); ++i) {
+        EXPECT_TRUE(before(members[i - 1], members[i])) << "member " << i;
+    }
 }
 
 TEST_F(RouterMgrTest, GetInstanceReturnsTheSameManagerWithoutCreatingAgain) {

@@ -11,18 +11,17 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using Lines = std::vector<std::string>;
 
-class DcRtmMgrRoutesTest : public test::TestEnv {
+class DcRtmMgrRoutesTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        test::RecordingStack::Instance().Reset();
+        RecordingStackEnv::SetUp();
         rtm = DcRtmMgr::GetInstance();
         ASSERT_NE(rtm, nullptr);
         sched = &DcRouterMgr::GetInstance()->GetCfgSched();

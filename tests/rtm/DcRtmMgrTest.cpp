@@ -11,18 +11,17 @@
 
 #include "platform/Options.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 
-class DcRtmMgrTest : public test::TestEnv {
+class DcRtmMgrTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        RecordingStack::Instance().Reset();
+        RecordingStackEnv::SetUp();
         rtm = DcRtmMgr::GetInstance();
         ASSERT_NE(rtm, nullptr);
     }

@@ -9,21 +9,15 @@
 #include "routing/DcRouterMgr.h"
 #include "stack/StackCallbacks.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
 
 using test::RecordingStack;
 
-class DcSchedulerTest : public test::TestEnv {
+class DcSchedulerTest : public test::RecordingStackEnv {
 protected:
-    void SetUp() override {
-        TestEnv::SetUp();
-        stack().Reset();
-    }
-
-    static RecordingStack& stack() { return RecordingStack::Instance(); }
 
     uint64_t NextDue() const {
         uint64_t due = 0;

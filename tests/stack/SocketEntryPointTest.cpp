@@ -8,7 +8,7 @@
 #include "routing/DcRouterMgr.h"
 #include "stack/StackCallbacks.h"
 #include "support/stackdouble/RecordingStack.h"
-#include "support/testsupport/TestEnv.h"
+#include "support/testsupport/RecordingStackEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -31,18 +31,17 @@ public:
     Lines calls;
 };
 
-class SocketEntryPointTest : public test::TestEnv {
+class SocketEntryPointTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        test::RecordingStack::Instance().Reset();
+        RecordingStackEnv::SetUp();
         mgr = DcRouterMgr::GetInstance();
         ASSERT_NE(mgr, nullptr);
         mgr->SckInterfaceInitialize(&sockets);
     }
     void TearDown() override {
         mgr->SckInterfaceInitialize(nullptr);
-        TestEnv::TearDown();
+        RecordingStackEnv::TearDown();
     }
 
     RecordingSockets sockets;

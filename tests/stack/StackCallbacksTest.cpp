@@ -16,8 +16,8 @@
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "support/stackdouble/RecordingStack.h"
+#include "support/testsupport/RecordingStackEnv.h"
 #include "support/testsupport/TestAddresses.h"
-#include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
 namespace {
@@ -29,18 +29,16 @@ const unsigned long IP6 = DcRtmMgr::IP6_INSTANCE_BIT;
 
 using test::V4;
 
-class StackCallbacksTest : public test::TestEnv {
+class StackCallbacksTest : public test::RecordingStackEnv {
 protected:
     void SetUp() override {
-        TestEnv::SetUp();
-        stack().Reset();
+        RecordingStackEnv::SetUp();
         // The managers exist, as they do once the application has started.
         ASSERT_NE(DcRouterMgr::GetInstance(), nullptr);
         ASSERT_NE(rtm(), nullptr);
         trace.Clear();
     }
 
-    static RecordingStack& stack() { return RecordingStack::Instance(); }
     static DcRtmMgr* rtm() { return DcRtmMgr::GetInstance(); }
     static DcInterfaceMgr* interfaces() { return DcInterfaceMgr::GetInstance(); }
 };
@@ -201,6 +199,137 @@ TEST_F(StackCallbacksTest, RedistStateUsesTheLowSixteenBitsOfTheInstance) {
     EXPECT_EQ(trace.Texts(10),
               (Lines{"Redistribution Response from Metaswitch: vlan=9 src=8 dst=13 status=6\n",
                      "Redistribution Request Not success!! Retrying...\n"}));
+}
+
+// ---- the eleven route-state values, by position
+
+// cSetRouteState hands its eleven values, in this order, to the RTM
+// manager's answer for a static route row: family, destination, prefix
+// length, next hop, ifIndex, metric, route type, row status, admin status, a
+// spare value and the stack's result. Each row of the table changes one
+// value of a base report and says what the answer then shows. The family,
+// the addresses and the prefix length show in the logged response and in
+// the OID the answer looks the route up by, the ifIndex only in that OID;
+// row status and result pick the outcome. Metric, route type, admin status
+// and the spare value take no part in the answer, so changing one of them
+// changes nothing; a value that went to another place would change
+// something there. (Two of those four swapped with each other could not be
+// seen from outside.)
+class RouteStateValuesTest : public StackCallbacksTest {
+protected:
+    struct Report {
+        int family = 1;
+        unsigned char destination[16] = {10, 1, 2, 0};
+        unsigned int prefixLength = 27;
+        unsigned char nextHop[16] = {192, 168, 1, 9};
+        unsigned int ifIndex = 7;
+        int metric = 3;
+        int routeType = 0x30000;
+        int rowStatus = 1;
+        int adminStatus = 1;
+        unsigned long spare = 0;
+        unsigned int result = 3;
+    };
+
+    void SetUp() override {
+        StackCallbacksTest::SetUp();
+        // A waiting route of the VLAN: with a bucket to look in, the answer
+        // builds the reported row's OID (an OID this route does not have).
+        AddRoute(5, V4("10.99.0.0"), V4("255.255.0.0"), V4("192.168.1.1"), 1, 1, 0x30000, 1);
+    }
+
+    // The answer's log and the route OIDs it built.
+    Lines Answer(const Report& r) {
+        trace.Clear();
+        stack().ClearCalls();
+        cSetRouteState(5, r.family, r.destination, r.prefixLength, r.nextHop, r.ifIndex, r.metric,
+                       r.routeType, r.rowStatus, r.adminStatus, r.spare, r.result);
+        Lines seen = trace.Texts(10);
+        for (const std::string& call : stack().Calls("sms_get_route_oid")) {
+            seen.push_back(call);
+        }
+        return seen;
+    }
+};
+
+TEST_F(RouteStateValuesTest, EachValueHasItsPlace) {
+    const Lines base = {
+        "Route Update Response from Metaswitch: vlan = 5, dest= 10.1.2.0/27 nexthop: "
+        "192.168.1.9\n",
+        "Unable to set route. No retry!!!\n",
+        "sms_get_route_oid(5, 1, 10.1.2.0, 27, 192.168.1.9, 7)"};
+    EXPECT_EQ(Answer(Report()), base);
+
+    const struct {
+        const char* value;
+        void (*change)(Report&);
+        Lines shows;
+    } table[] = {
+        {"1 family: 2 is IPv6, 16-byte addresses on the IPv6 instance",
+         [](Report& r) { r.family = 2; },
+         {"Route Update Response from Metaswitch: vlan = 5, dest= a01:200::/27 nexthop: "
+          "c0a8:109::\n",
+          "Unable to set route. No retry!!!\n",
+          "sms_get_route_oid(32773, 2, a01:200::, 27, c0a8:109::, 7)"}},
+        {"2 destination", [](Report& r) { r.destination[2] = 3; },
+         {"Route Update Response from Metaswitch: vlan = 5, dest= 10.1.3.0/27 nexthop: "
+          "192.168.1.9\n",
+          "Unable to set route. No retry!!!\n",
+          "sms_get_route_oid(5, 1, 10.1.3.0, 27, 192.168.1.9, 7)"}},
+        {"3 prefix length", [](Report& r) { r.prefixLength = 26; },
+         {"Route Update Response from Metaswitch: vlan = 5, dest= 10.1.2.0/26 nexthop: "
+          "192.168.1.9\n",
+          "Unable to set route. No retry!!!\n",
+          "sms_get_route_oid(5, 1, 10.1.2.0, 26, 192.168.1.9, 7)"}},
+        {"4 next hop", [](Report& r) { r.nextHop[3] = 10; },
+         {"Route Update Response from Metaswitch: vlan = 5, dest= 10.1.2.0/27 nexthop: "
+          "192.168.1.10\n",
+          "Unable to set route. No retry!!!\n",
+          "sms_get_route_oid(5, 1, 10.1.2.0, 27, 192.168.1.10, 7)"}},
+        {"5 ifIndex", [](Report& r) { r.ifIndex = 8; },
+         {base[0], base[1], "sms_get_route_oid(5, 1, 10.1.2.0, 27, 192.168.1.9, 8)"}},
+        {"6 metric", [](Report& r) { r.metric = 99; }, base},
+        {"7 route type", [](Report& r) { r.routeType = 0; }, base},
+        {"8 row status: a destroy answered 3 is retried", [](Report& r) { r.rowStatus = 6; },
+         {base[0], "Route Not programmed!!! Retrying...\n", base[2]}},
+        {"9 admin status", [](Report& r) { r.adminStatus = 6; }, base},
+        {"10 spare value", [](Report& r) { r.spare = 77; }, base},
+        {"11 result: 1 is success", [](Report& r) { r.result = 1; },
+         {base[0], "Route Programmed Successfully\n", base[2]}},
+    };
+    for (const auto& row : table) {
+        Report report;
+        row.change(report);
+        EXPECT_EQ(Answer(report), row.shows) << row.value;
+    }
+    // The waiting route was never the one answered.
+    ASSERT_EQ(DcRouterMgr::GetInstance()
+                  ->GetCfgSched()
+                  .Items(CfgKey(5, DcRtmMgr::CFG_KEY_STATIC_ROUTE))
+                  .size(),
+              1u);
+}
+
+// No manager exists when these tests start.
+class StackAddressWithoutManagersTest : public test::RecordingStackEnv {};
+
+TEST_F(StackAddressWithoutManagersTest, AddressWithoutABufferCreatesAndAsksNoManager) {
+    EXPECT_EQ(cGetAddress(5, nullptr), 0);
+    EXPECT_EQ(cGetAddress(5 | IP6, nullptr), 0);
+    EXPECT_EQ(cGetVlanAddress(5, nullptr), 0);
+    EXPECT_TRUE(stack().Calls().empty());
+    EXPECT_TRUE(trace.Lines().empty());
+    EXPECT_EQ(DcRouterMgr::ResetForTests(), 0) << "a manager was created";
+}
+
+// The check above can see a manager made: with a buffer, the lookup makes
+// the RTM manager (for the instance bit) and the interface manager, but not
+// the router manager.
+TEST_F(StackAddressWithoutManagersTest, AddressWithABufferCreatesTheRtmAndInterfaceManagers) {
+    unsigned char buffer[4] = {0xAA, 0xAA, 0xAA, 0xAA};
+    EXPECT_EQ(cGetAddress(5, buffer), 0);
+    EXPECT_FALSE(trace.Contains(10, "Creating new Instance of Manager\n"));
+    EXPECT_EQ(DcRouterMgr::ResetForTests(), 2);
 }
 
 // ---- addresses
