@@ -137,6 +137,23 @@ TEST_F(EmptyRegistryTest, RipCommandWithoutTheRouterPrinterEndsTheCommandSilentl
     EXPECT_EQ(console.EndCount(), 1);
 }
 
+TEST_F(EmptyRegistryTest, AManagerMadeWithoutProtocolsOffersOnlyTheLibrarysOwnWords) {
+    DcRouterMgr::ResetForTests();
+    DcRouterMgr* fresh = DcRouterMgr::GetInstance();
+    ASSERT_NE(fresh, nullptr);
+    std::vector<std::string> ip4;
+    for (const auto& entry : fresh->GetIp4ConCmdHandlers()) {
+        ip4.push_back(entry.first.c_str());
+    }
+    std::vector<std::string> ip6;
+    for (const auto& entry : fresh->GetIp6ConCmdHandlers()) {
+        ip6.push_back(entry.first.c_str());
+    }
+    EXPECT_EQ(std::vector<std::string>({"protocol", "rip"}), ip4);
+    EXPECT_EQ(std::vector<std::string>({"protocol", "rip"}), ip6);
+    mgr = fresh;
+}
+
 TEST_F(EmptyRegistryTest, McastDatabaseWithoutTheTableCommandSaysItCannotRun) {
     RunIp4({"protocol", "mcast-database"});
     EXPECT_EQ(console.Output(), "Fail to parse mcast-database sub command.\n");
