@@ -1,8 +1,7 @@
 // RegisterProtocols: the protocol libraries' entries of the registry.
 #include "protocols/RegisterProtocols.h"
 
-#include <new>
-
+#include "platform/AllocationFaults.h"
 #include "protocols/DcBgpRouter.h"
 #include "protocols/DcMulticastRouter.h"
 #include "protocols/DcOspfv2Router.h"
@@ -18,20 +17,30 @@ namespace Zavrel {
 
 namespace {
 
-DcRouterBase* MakeBgp(unsigned short vid) { return new (std::nothrow) DcBgpRouter(vid); }
-DcRouterBase* MakeOspfv2(unsigned short vid) { return new (std::nothrow) DcOspfv2Router(vid); }
-DcRouterBase* MakeOspfv3(unsigned short vid) { return new (std::nothrow) DcOspfv3Router(vid); }
+DcRouterBase* MakeBgp(unsigned short vid) {
+    return NewOrNull<DcBgpRouter>("DcBgpRouter", vid);
+}
+DcRouterBase* MakeOspfv2(unsigned short vid) {
+    return NewOrNull<DcOspfv2Router>("DcOspfv2Router", vid);
+}
+DcRouterBase* MakeOspfv3(unsigned short vid) {
+    return NewOrNull<DcOspfv3Router>("DcOspfv3Router", vid);
+}
 DcRouterBase* MakeIgmp(unsigned short vid) {
-    return new (std::nothrow) DcMulticastRouter(vid, DcMulticastRouter::PROTOCOL_IGMP);
+    return NewOrNull<DcMulticastRouter>("DcMulticastRouter", vid, DcMulticastRouter::PROTOCOL_IGMP);
 }
 DcRouterBase* MakeMld(unsigned short vid) {
-    return new (std::nothrow) DcMulticastRouter(vid, DcMulticastRouter::PROTOCOL_MLD);
+    return NewOrNull<DcMulticastRouter>("DcMulticastRouter", vid, DcMulticastRouter::PROTOCOL_MLD);
 }
-DcProtoConfigBase* MakeRipv2Interface() { return new (std::nothrow) Ripv2Interface(); }
-DcProtoConfigBase* MakeRipngInterface() { return new (std::nothrow) RipngInterface(); }
+DcProtoConfigBase* MakeRipv2Interface() {
+    return NewOrNull<Ripv2Interface>("Ripv2Interface");
+}
+DcProtoConfigBase* MakeRipngInterface() {
+    return NewOrNull<RipngInterface>("RipngInterface");
+}
 DcConsoleCommand* MakeMulticastTable(DcConsole* console, int family) {
-    return new (std::nothrow)
-        MulticastRoutingTableConsoleCommand(console, static_cast<unsigned short>(family));
+    return NewOrNull<MulticastRoutingTableConsoleCommand>(
+        "MulticastRoutingTableConsoleCommand", console, static_cast<unsigned short>(family));
 }
 
 }  // namespace

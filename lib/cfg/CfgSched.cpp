@@ -5,6 +5,7 @@
 #include "cfg/CfgBucket.h"
 #include "cfg/CfgItem.h"
 #include "mib/MibOid.h"
+#include "platform/AllocationFaults.h"
 #include "platform/Callback.h"
 #include "platform/DcConsole.h"
 #include "platform/Trace.h"
@@ -20,12 +21,9 @@ const CfgKey kFirstResumeKey(1, 0);
 CfgSched::CfgSched()
     : PeriodicTimer("CfgScheduler",
                     new MemberCallback2<CfgSched, unsigned int, void*>(this, &CfgSched::OnTimeout)),
-      m_resume_key(kFirstResumeKey)
-{
-}
+      m_resume_key(kFirstResumeKey) {}
 
-CfgSched::~CfgSched()
-{
+CfgSched::~CfgSched() {
     Stop();
     // Buckets in key order, each of them in list order.
     for (auto& bucket : m_buckets) {
@@ -34,15 +32,20 @@ CfgSched::~CfgSched()
     m_buckets.clear();
 }
 
-void CfgSched::Insert(CfgKey key, CfgItem* item)
-{
+void CfgSched::Insert(CfgKey key, CfgItem* item) {
     if (item == nullptr) {
         return;
     }
     std::unique_ptr<CfgBucket>& bucket = m_buckets[key];
     if (bucket == nullptr) {
         // A new bucket holds nothing that the item could replace.
-        bucket = std::make_unique<CfgBucket>();
+        bucket.reset(NewOrNull<CfgBucket>("CfgBucket"));
+        if (bucket == nullptr) {
+            TRACE(1, "%s::%s: Error in allocating CfgBucket\n", "CfgSched", "Insert");
+            m_buckets.erase(key);
+            delete item;
+            return;
+        }
     }
     const MibOid& oid = item->GetOid();
     CfgBucket::Entry held = bucket->FindFirst(oid);
@@ -57,8 +60,7 @@ void CfgSched::Insert(CfgKey key, CfgItem* item)
     }
 }
 
-void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry)
-{
+void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry) {
     if (item == nullptr) {
         return;
     }
@@ -84,8 +86,7 @@ void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry
     bucket.SyncState(entry);
 }
 
-void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason)
-{
+void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason) {
     auto found = m_buckets.find(key);
     if (found == m_buckets.end()) {
         return;
@@ -106,8 +107,7 @@ void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason)
     }
 }
 
-void CfgSched::Reset()
-{
+void CfgSched::Reset() {
     for (auto& bucket : m_buckets) {
         bucket.second->ResetAll();
     }
@@ -133,8 +133,7 @@ void CfgSched::Reset()
 // therefore those of the item-by-item walk. After an item the walk goes on
 // with the first New item past its position, whether the item was sent,
 // dropped or left waiting.
-bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count)
-{
+bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count) {
     const CfgBucket::Position stop = bucket.FirstNotReady();
     CfgBucket::Entry entry = bucket.FirstNew();
     while (entry != bucket.End() && entry->position < stop) {
@@ -159,8 +158,7 @@ bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count)
     return false;
 }
 
-void CfgSched::OnTimeout(unsigned int /*interval*/, void* /*context*/)
-{
+void CfgSched::OnTimeout(unsigned int /*interval*/, void* /*context*/) {
     if (m_buckets.empty()) {
         m_resume_key = kFirstResumeKey;
         return;
@@ -185,16 +183,14 @@ void CfgSched::OnTimeout(unsigned int /*interval*/, void* /*context*/)
     m_resume_key = kFirstResumeKey;
 }
 
-void CfgSched::PrintSummary(DcConsole* console) const
-{
+void CfgSched::PrintSummary(DcConsole* console) const {
     if (console == nullptr) {
         return;
     }
     console->Print("Pending Item Buckets: %zu\n", m_buckets.size());
 }
 
-void CfgSched::Print(DcConsole* console) const
-{
+void CfgSched::Print(DcConsole* console) const {
     if (console == nullptr) {
         return;
     }
@@ -208,8 +204,7 @@ void CfgSched::Print(DcConsole* console) const
     }
 }
 
-bool CfgSched::AnyInFlight(CfgKey key, unsigned int a, unsigned int b)
-{
+bool CfgSched::AnyInFlight(CfgKey key, unsigned int a, unsigned int b) {
     auto found = m_buckets.find(key);
     if (found == m_buckets.end()) {
         return false;
@@ -223,18 +218,15 @@ bool CfgSched::AnyInFlight(CfgKey key, unsigned int a, unsigned int b)
     return inFlight;
 }
 
-bool CfgSched::RouteMapInFlight(CfgKey key, unsigned int a, unsigned int b)
-{
+bool CfgSched::RouteMapInFlight(CfgKey key, unsigned int a, unsigned int b) {
     return AnyInFlight(key, a, b);
 }
 
-bool CfgSched::AggrAddrInFlight(CfgKey key, unsigned int a, unsigned int b)
-{
+bool CfgSched::AggrAddrInFlight(CfgKey key, unsigned int a, unsigned int b) {
     return AnyInFlight(key, a, b);
 }
 
-std::vector<CfgItem*> CfgSched::Items(CfgKey key) const
-{
+std::vector<CfgItem*> CfgSched::Items(CfgKey key) const {
     auto found = m_buckets.find(key);
     if (found == m_buckets.end()) {
         return {};

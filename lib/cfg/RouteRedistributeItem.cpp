@@ -4,6 +4,7 @@
 
 #include "mib/RedistAction.h"
 #include "mib/Serializer.h"
+#include "platform/AllocationFaults.h"
 #include "platform/DcConsole.h"
 #include "platform/Trace.h"
 #include "routing/DcRouterBase.h"
@@ -28,9 +29,7 @@ RouteRedistributeItem::RouteRedistributeItem()
       m_priority(0),
       m_instance(1),
       m_extra(0),
-      m_oid()
-{
-}
+      m_oid() {}
 
 RouteRedistributeItem::RouteRedistributeItem(long rowStatus, long adminStatus, long source,
                                              long destination, long priority,
@@ -43,28 +42,23 @@ RouteRedistributeItem::RouteRedistributeItem(long rowStatus, long adminStatus, l
       m_priority(priority),
       m_instance(instance),
       m_extra(extra),
-      m_oid()
-{
-}
+      m_oid() {}
 
 RouteRedistributeItem::~RouteRedistributeItem() = default;
 
-void RouteRedistributeItem::BuildOid(MibOid& oid) const
-{
+void RouteRedistributeItem::BuildOid(MibOid& oid) const {
     unsigned long components[kOidBufferSize] = {};
     const unsigned long count =
         sms_set_cipr_redist_oid(components, m_instance, m_source, m_destination);
     oid.SetOid(components, count < kOidBufferSize ? count : kOidBufferSize);
 }
 
-MibOid& RouteRedistributeItem::GetOid()
-{
+MibOid& RouteRedistributeItem::GetOid() {
     BuildOid(m_oid);
     return m_oid;
 }
 
-unsigned short RouteRedistributeItem::ListInstanceId() const
-{
+unsigned short RouteRedistributeItem::ListInstanceId() const {
     const unsigned short low = static_cast<unsigned short>(m_instance & 0xffff);
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm == nullptr) {
@@ -73,20 +67,17 @@ unsigned short RouteRedistributeItem::ListInstanceId() const
     return static_cast<unsigned short>(rtm->GetDclProtocolInstanceIdFromVlan(low, 0) & 0xffff);
 }
 
-bool RouteRedistributeItem::CfgListReady()
-{
+bool RouteRedistributeItem::CfgListReady() {
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     return rtm != nullptr && rtm->IsRtmReady(ListInstanceId());
 }
 
-bool RouteRedistributeItem::GetListReadyKey(unsigned long& key) const
-{
+bool RouteRedistributeItem::GetListReadyKey(unsigned long& key) const {
     key = ListInstanceId();
     return true;
 }
 
-unsigned short RouteRedistributeItem::ReceivingVlan() const
-{
+unsigned short RouteRedistributeItem::ReceivingVlan() const {
     unsigned long vlan = m_instance;
     if ((m_instance & DcRtmMgr::IP6_INSTANCE_BIT) != 0) {
         vlan = m_instance & ~static_cast<unsigned long>(DcRtmMgr::IP6_INSTANCE_BIT);
@@ -94,8 +85,7 @@ unsigned short RouteRedistributeItem::ReceivingVlan() const
     return static_cast<unsigned short>(vlan & 0xffff);
 }
 
-int RouteRedistributeItem::ReceivingRouterKind() const
-{
+int RouteRedistributeItem::ReceivingRouterKind() const {
     const bool ipv6 = (m_instance & DcRtmMgr::IP6_INSTANCE_BIT) != 0;
     if (m_destination == PROTOCOL_RIP) {
         return ipv6 ? DcRouterMgr::RIPng : DcRouterMgr::RIPv2;
@@ -106,8 +96,7 @@ int RouteRedistributeItem::ReceivingRouterKind() const
     return DcRouterMgr::BGP;
 }
 
-bool RouteRedistributeItem::CfgItemReady()
-{
+bool RouteRedistributeItem::CfgItemReady() {
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     if (manager == nullptr) {
         return false;
@@ -120,8 +109,7 @@ bool RouteRedistributeItem::CfgItemReady()
     return router->IsReady();
 }
 
-bool RouteRedistributeItem::RemoveOnNotReady() const
-{
+bool RouteRedistributeItem::RemoveOnNotReady() const {
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm == nullptr || m_instance > 0xffff) {
         return false;
@@ -129,8 +117,7 @@ bool RouteRedistributeItem::RemoveOnNotReady() const
     return rtm->HasRtmData(static_cast<unsigned short>(m_instance));
 }
 
-bool RouteRedistributeItem::Replace(void* other)
-{
+bool RouteRedistributeItem::Replace(void* other) {
     if (other == nullptr) {
         return false;
     }
@@ -143,11 +130,11 @@ bool RouteRedistributeItem::Replace(void* other)
            held->m_admin_status == m_admin_status;
 }
 
-void RouteRedistributeItem::Send()
-{
+void RouteRedistributeItem::Send() {
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
-    RedistAction* action = new (std::nothrow) RedistAction(
-        m_row_status, m_admin_status, m_source, m_destination, m_priority, m_instance, m_extra);
+    RedistAction* action =
+        NewOrNull<RedistAction>("RedistAction", m_row_status, m_admin_status, m_source,
+                                m_destination, m_priority, m_instance, m_extra);
     if (manager == nullptr || action == nullptr) {
         TRACE(1, "%s::%s: Error in allocating RedistAction\n", "RouteRedistributeItem", "Send");
         delete action;
@@ -161,8 +148,7 @@ void RouteRedistributeItem::Send()
     SetActionState(ACTION_ITEM_ISSUED);
 }
 
-void RouteRedistributeItem::PrintItem(DcConsole* console) const
-{
+void RouteRedistributeItem::PrintItem(DcConsole* console) const {
     if (console == nullptr) {
         return;
     }

@@ -7,12 +7,13 @@
 #include "config/AddressFormat.h"
 #include "mib/RouteAction.h"
 #include "mib/Serializer.h"
+#include "platform/AllocationFaults.h"
 #include "platform/DcConsole.h"
 #include "platform/Trace.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
-#include "stackapi/stackapi.h"
 #include "stackapi/SmsConstants.h"
+#include "stackapi/stackapi.h"
 
 namespace Zavrel {
 
@@ -23,11 +24,10 @@ const unsigned long kOidBufferSize = 130 > SMS_MAX_OID_LEN ? 130 : SMS_MAX_OID_L
 
 }  // namespace
 
-StaticRouteItem::StaticRouteItem(unsigned long vlan, long family, long rowStatus,
-                                 long adminStatus, const unsigned char* destination,
-                                 long prefixLength, const unsigned char* nextHop,
-                                 unsigned long ifIndex, unsigned long metric,
-                                 unsigned long routeType, long extra)
+StaticRouteItem::StaticRouteItem(unsigned long vlan, long family, long rowStatus, long adminStatus,
+                                 const unsigned char* destination, long prefixLength,
+                                 const unsigned char* nextHop, unsigned long ifIndex,
+                                 unsigned long metric, unsigned long routeType, long extra)
     : CfgItem(),
       m_family(family),
       m_vlan(vlan),
@@ -40,8 +40,7 @@ StaticRouteItem::StaticRouteItem(unsigned long vlan, long family, long rowStatus
       m_metric(metric),
       m_route_type(routeType),
       m_extra(extra),
-      m_oid()
-{
+      m_oid() {
     const size_t width = family == 1 ? 4 : 16;
     if (destination != nullptr) {
         std::memcpy(m_destination, destination, width);
@@ -53,19 +52,18 @@ StaticRouteItem::StaticRouteItem(unsigned long vlan, long family, long rowStatus
 
 StaticRouteItem::~StaticRouteItem() = default;
 
-unsigned short StaticRouteItem::InstanceId() const
-{
+unsigned short StaticRouteItem::InstanceId() const {
     const unsigned short vlan = static_cast<unsigned short>(m_vlan & 0xffff);
     const int afi = m_family == Sms::RECORD_IPV4 ? Sms::AFI_IPV4 : Sms::AFI_IPV6;
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm == nullptr) {
-        return afi == Sms::AFI_IPV6 ? static_cast<unsigned short>(vlan | DcRtmMgr::IP6_INSTANCE_BIT) : vlan;
+        return afi == Sms::AFI_IPV6 ? static_cast<unsigned short>(vlan | DcRtmMgr::IP6_INSTANCE_BIT)
+                                    : vlan;
     }
     return static_cast<unsigned short>(rtm->GetDclProtocolInstanceIdFromVlan(vlan, afi) & 0xffff);
 }
 
-MibOid& StaticRouteItem::GetOid()
-{
+MibOid& StaticRouteItem::GetOid() {
     unsigned long components[kOidBufferSize] = {};
     const unsigned long count =
         sms_get_route_oid(components, InstanceId(), m_family, m_destination,
@@ -74,22 +72,21 @@ MibOid& StaticRouteItem::GetOid()
     return m_oid;
 }
 
-bool StaticRouteItem::CfgListReady()
-{
+bool StaticRouteItem::CfgListReady() {
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     return rtm != nullptr && rtm->IsRtmReady(InstanceId());
 }
 
-bool StaticRouteItem::CfgItemReady() { return CfgListReady(); }
+bool StaticRouteItem::CfgItemReady() {
+    return CfgListReady();
+}
 
-bool StaticRouteItem::GetListReadyKey(unsigned long& key) const
-{
+bool StaticRouteItem::GetListReadyKey(unsigned long& key) const {
     key = InstanceId();
     return true;
 }
 
-bool StaticRouteItem::Replace(void* other)
-{
+bool StaticRouteItem::Replace(void* other) {
     if (other == nullptr) {
         return false;
     }
@@ -103,8 +100,7 @@ bool StaticRouteItem::Replace(void* other)
            held->m_admin_status == m_admin_status;
 }
 
-void StaticRouteItem::Send()
-{
+void StaticRouteItem::Send() {
     CfgRouteEntry entry;
     std::memset(&entry, 0, sizeof(entry));
     const size_t width = m_family == 1 ? 4 : 16;
@@ -120,7 +116,7 @@ void StaticRouteItem::Send()
     entry.adminStatus = m_admin_status;
 
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
-    RouteAction* action = new (std::nothrow) RouteAction(entry, m_vlan);
+    RouteAction* action = NewOrNull<RouteAction>("RouteAction", entry, m_vlan);
     if (manager == nullptr || action == nullptr) {
         // Left New: a later tick tries again.
         TRACE(1, "%s::%s: Error in allocating RouteAction\n", "StaticRouteItem", "Send");
@@ -131,8 +127,7 @@ void StaticRouteItem::Send()
     SetActionState(ACTION_ITEM_ISSUED);
 }
 
-void StaticRouteItem::PrintItem(DcConsole* console) const
-{
+void StaticRouteItem::PrintItem(DcConsole* console) const {
     if (console == nullptr) {
         return;
     }

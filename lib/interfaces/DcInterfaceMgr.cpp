@@ -7,11 +7,12 @@
 #include "mib/InterfaceAction.h"
 #include "mib/MibOid.h"
 #include "mib/Serializer.h"
+#include "platform/AllocationFaults.h"
 #include "platform/Trace.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
-#include "stackapi/stackapi.h"
 #include "stackapi/SmsConstants.h"
+#include "stackapi/stackapi.h"
 
 namespace Zavrel {
 
@@ -107,7 +108,12 @@ DcInterfaceMgr* DcInterfaceMgr::m_instance = nullptr;
 
 DcInterfaceMgr* DcInterfaceMgr::GetInstance() {
     if (m_instance == nullptr) {
-        m_instance = new (std::nothrow) DcInterfaceMgr();
+        // The constructor is private: the fault hook is asked here.
+        m_instance = AllocationFaults::ShouldFail("DcInterfaceMgr") ? nullptr : new (std::nothrow) DcInterfaceMgr();
+        if (m_instance == nullptr) {
+            TRACE(0, "%s::%s: Error in allocating DcInterfaceMgr\n", "DcInterfaceMgr",
+                  "GetInstance");
+        }
     }
     return m_instance;
 }
@@ -145,12 +151,12 @@ void DcInterfaceMgr::SetInterfaceStatus(unsigned short vlan, unsigned int ifInde
     unsigned short ip4Instance = StackInstance(vlan, Sms::AFI_IPV4);
     unsigned short ip6Instance = StackInstance(vlan, Sms::AFI_IPV6);
 
-    InterfaceAction* ip4Action = new (std::nothrow)
-        InterfaceAction(static_cast<long>(rowStatus), operStatus, ip4Instance, ifIndex, name,
-                        reserved, static_cast<long>(interfaceFlags), interfaceExtra);
-    InterfaceAction* ip6Action = new (std::nothrow) InterfaceAction(
-        static_cast<long>(rowStatus), operStatus, ip6Instance, ifIndex, name, reserved,
-        static_cast<long>(interfaceFlags & ~UNNUMBERED_FLAG), interfaceExtra);
+    InterfaceAction* ip4Action = NewOrNull<InterfaceAction>(
+        "InterfaceAction", static_cast<long>(rowStatus), operStatus, ip4Instance, ifIndex, name,
+        reserved, static_cast<long>(interfaceFlags), interfaceExtra);
+    InterfaceAction* ip6Action = NewOrNull<InterfaceAction>(
+        "InterfaceAction", static_cast<long>(rowStatus), operStatus, ip6Instance, ifIndex, name,
+        reserved, static_cast<long>(interfaceFlags & ~UNNUMBERED_FLAG), interfaceExtra);
     if (ip4Action == nullptr || ip6Action == nullptr) {
         TRACE(1, "Error in Allocating InterfaceAction\n");
         delete ip4Action;
@@ -218,8 +224,8 @@ void DcInterfaceMgr::SetInterfaceDown(unsigned short vlan, unsigned int ifIndex,
 void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      const Ip4Addr& address, const Ip4Addr& mask,
                                      unsigned int rowStatus) {
-    QueueAddressRow(new (std::nothrow) IPv4AddressAction(static_cast<long>(rowStatus), vlan,
-                                                         ifIndex, address, mask),
+    QueueAddressRow(NewOrNull<IPv4AddressAction>("IPv4AddressAction", static_cast<long>(rowStatus),
+                                                 vlan, ifIndex, address, mask),
                     vlan, Sms::AFI_IPV4, ifIndex, address.Bytes(), Sms::ADDR_TYPE_IPV4);
 }
 
@@ -264,8 +270,8 @@ void DcInterfaceMgr::ChangeIpAddress(unsigned short vlan, unsigned int ifIndex,
 void DcInterfaceMgr::UpdateIpAddress(unsigned short vlan, unsigned int ifIndex,
                                      const Ip6Addr& address, unsigned int prefixLength,
                                      unsigned int rowStatus) {
-    QueueAddressRow(new (std::nothrow) IPv6AddressAction(static_cast<long>(rowStatus), vlan,
-                                                         ifIndex, address, prefixLength),
+    QueueAddressRow(NewOrNull<IPv6AddressAction>("IPv6AddressAction", static_cast<long>(rowStatus),
+                                                 vlan, ifIndex, address, prefixLength),
                     vlan, Sms::AFI_IPV6, ifIndex, address.Bytes(), Sms::ADDR_TYPE_IPV6);
 }
 

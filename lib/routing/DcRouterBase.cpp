@@ -3,6 +3,7 @@
 
 #include "config/AddressFormat.h"
 #include "config/DCLConfigList.h"
+#include "platform/AllocationFaults.h"
 #include "routing/DcConfigLists.h"
 
 namespace Zavrel {
@@ -33,14 +34,18 @@ DcRouterBase::~DcRouterBase() {
     m_config_lists.clear();
 }
 
-void DcRouterBase::SetStatus(const string&, ConfigStatus status) { m_status = status; }
+void DcRouterBase::SetStatus(const string&, ConfigStatus status) {
+    m_status = status;
+}
 
 DcConfigLists* DcRouterBase::CreateConfigLists(const string& name,
                                                DclConfigObject::OptionType type) {
-    return new DcConfigLists(name, type);
+    return NewOrNull<DcConfigLists>("DcConfigLists", name, type);
 }
 
-DcProtoInterfaceBase* DcRouterBase::GetInterface() const { return m_interface; }
+DcProtoInterfaceBase* DcRouterBase::GetInterface() const {
+    return m_interface;
+}
 
 bool DcRouterBase::IsEnabled() {
     DcProtoInterfaceBase* iface = GetInterface();
@@ -58,7 +63,9 @@ bool DcRouterBase::IsReady() {
     return m_status == DcProtoInterfaceBase::CONFIG_READY;
 }
 
-bool DcRouterBase::IsEnabled(unsigned int ifIndex) { return m_interfaces.count(ifIndex) != 0; }
+bool DcRouterBase::IsEnabled(unsigned int ifIndex) {
+    return m_interfaces.count(ifIndex) != 0;
+}
 
 bool DcRouterBase::IsReady(unsigned int ifIndex) {
     DcProtoInterfaceBase* iface = GetInterface();

@@ -5,6 +5,7 @@
 
 #include "console/DcConsoleCommand.h"
 #include "interfaces/DcInterfaceMgr.h"
+#include "platform/AllocationFaults.h"
 #include "platform/BitCount.h"
 #include "platform/SocketCallback.h"
 #include "platform/Trace.h"
@@ -68,7 +69,8 @@ DcRouterMgr::VlanRouters::~VlanRouters() {
 DcRouterMgr* DcRouterMgr::GetInstance() {
     if (m_instance == nullptr) {
         TRACE(10, "Creating new Instance of Manager\n");
-        m_instance = new (std::nothrow) DcRouterMgr();
+        // The constructor is private: the fault hook is asked here.
+        m_instance = AllocationFaults::ShouldFail("DcRouterMgr") ? nullptr : new (std::nothrow) DcRouterMgr();
         if (m_instance == nullptr) {
             TRACE(0, "Error in allocating DcRouterMgr\n");
         }
@@ -127,7 +129,9 @@ const char* DcRouterMgr::RouterName(ProtocolType type) {
     return rtrs[type];
 }
 
-unsigned int DcRouterMgr::bitcount(Ip4Addr mask) { return BitCount(mask.HostOrder()); }
+unsigned int DcRouterMgr::bitcount(Ip4Addr mask) {
+    return BitCount(mask.HostOrder());
+}
 
 std::pair<DcRouterMgr::VlanMap::iterator, bool> DcRouterMgr::CreateVlan(
     unsigned short vid, const OptionsNode& node, DclConfigObject::OptionType type) {
@@ -135,7 +139,7 @@ std::pair<DcRouterMgr::VlanMap::iterator, bool> DcRouterMgr::CreateVlan(
     if (!RoutersRegistered()) {
         return std::make_pair(m_vlans.end(), false);
     }
-    VlanRouters* record = new (std::nothrow) VlanRouters();
+    VlanRouters* record = NewOrNull<VlanRouters>("VlanRouters");
     if (record == nullptr) {
         return std::make_pair(m_vlans.end(), false);
     }
@@ -149,8 +153,8 @@ std::pair<DcRouterMgr::VlanMap::iterator, bool> DcRouterMgr::CreateVlan(
     routers[BGP] = MakeRegisteredRouter(BGP, vid);
     routers[OSPFv2] = MakeRegisteredRouter(OSPFv2, vid);
     routers[OSPFv3] = MakeRegisteredRouter(OSPFv3, vid);
-    routers[RIPv2] = new (std::nothrow) DcRipv2Router(vid);
-    routers[RIPng] = new (std::nothrow) DcRipngRouter(vid);
+    routers[RIPv2] = NewOrNull<DcRipv2Router>("DcRipv2Router", vid);
+    routers[RIPng] = NewOrNull<DcRipngRouter>("DcRipngRouter", vid);
     routers[IGMP] = MakeRegisteredRouter(IGMP, vid);
     routers[MLD] = MakeRegisteredRouter(MLD, vid);
 

@@ -11,6 +11,7 @@
 
 #include "console/RtmRTCommand.h"
 #include "console/TwoColumnsFormatter.h"
+#include "platform/AllocationFaults.h"
 #include "platform/DcConsole.h"
 #include "routing/DcRipngRouter.h"
 #include "routing/DcRipv2Router.h"
@@ -170,8 +171,8 @@ void DcRouterMgr::ConCmdIp4Rtm(void*, DcConsole* console, int argc, char** argv)
             return;
         }
         if (MatchesAbbrev(sub, "database")) {
-            RunTableCommand(new (std::nothrow) RtmRibCommand(console, Sms::AFI_IPV4), argc - 2,
-                            argv + 2);
+            RunTableCommand(NewOrNull<RtmRibCommand>("RtmRibCommand", console, Sms::AFI_IPV4),
+                            argc - 2, argv + 2);
             return;
         }
         if (MatchesWord(sub, "ips")) {
@@ -203,8 +204,8 @@ void DcRouterMgr::ConCmdIp6Rtm(void*, DcConsole* console, int argc, char** argv)
             return;
         }
         if (MatchesWord(sub, "database")) {
-            RunTableCommand(new (std::nothrow) RtmRibCommand(console, Sms::AFI_IPV6), argc - 2,
-                            argv + 2);
+            RunTableCommand(NewOrNull<RtmRibCommand>("RtmRibCommand", console, Sms::AFI_IPV6),
+                            argc - 2, argv + 2);
             return;
         }
     }

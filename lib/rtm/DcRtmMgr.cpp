@@ -4,6 +4,7 @@
 #include <cstring>
 #include <new>
 
+#include "platform/AllocationFaults.h"
 #include "platform/Trace.h"
 
 namespace Zavrel {
@@ -44,7 +45,8 @@ DcRtmMgr::DcRtmMgr() = default;
 
 DcRtmMgr* DcRtmMgr::GetInstance() {
     if (m_instance == nullptr) {
-        m_instance = new (std::nothrow) DcRtmMgr();
+        // The constructor is private: the fault hook is asked here.
+        m_instance = AllocationFaults::ShouldFail("DcRtmMgr") ? nullptr : new (std::nothrow) DcRtmMgr();
         if (m_instance == nullptr) {
             TRACE(0, "%s::%s: Error in allocating DcRtmMgr\n", "DcRtmMgr", "GetInstance");
         }
@@ -73,9 +75,13 @@ bool DcRtmMgr::IsRtmReady(unsigned short id) const {
     return it != m_rtm_data.end() && it->second.ready;
 }
 
-void DcRtmMgr::SetRtmReady(unsigned short id) { m_rtm_data[id].ready = true; }
+void DcRtmMgr::SetRtmReady(unsigned short id) {
+    m_rtm_data[id].ready = true;
+}
 
-bool DcRtmMgr::HasRtmData(unsigned short id) const { return m_rtm_data.count(id) != 0; }
+bool DcRtmMgr::HasRtmData(unsigned short id) const {
+    return m_rtm_data.count(id) != 0;
+}
 
 const DcRtmMgr::RTMData* DcRtmMgr::GetRtmData(unsigned short id) const {
     auto it = m_rtm_data.find(id);
@@ -97,9 +103,14 @@ bool DcRtmMgr::GetRTMConfig(const OptionsNode& options, RTMData* data) {
     // out is 0 (unlike the dead timer, which keeps its value).
     const OptionsNode& distances = rtmMembers[1];
     if (!distances.IsEmpty()) {
-        static constexpr OptionsNode::Key DISTANCE_KEYS[] = {
-            "ospfv2_internal", "ospfv2_external", "ospfv3_internal", "ospfv3_external",
-            "ripv2",           "ripng",           "ebgp",            "ibgp"};
+        static constexpr OptionsNode::Key DISTANCE_KEYS[] = {"ospfv2_internal",
+                                                             "ospfv2_external",
+                                                             "ospfv3_internal",
+                                                             "ospfv3_external",
+                                                             "ripv2",
+                                                             "ripng",
+                                                             "ebgp",
+                                                             "ibgp"};
         unsigned int* const fields[] = {&data->ospfv2Internal, &data->ospfv2External,
                                         &data->ospfv3Internal, &data->ospfv3External,
                                         &data->ripv2,          &data->ripng,

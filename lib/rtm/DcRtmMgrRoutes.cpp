@@ -7,6 +7,7 @@
 #include "cfg/RouteRedistributeItem.h"
 #include "cfg/StaticRouteItem.h"
 #include "config/AddressFormat.h"
+#include "platform/AllocationFaults.h"
 #include "platform/Trace.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
@@ -51,14 +52,13 @@ void ApplyAnswer(const CfgKey& key, CfgItem& reported, int rowStatus, unsigned i
 
 }  // namespace
 
-void DcRtmMgr::UpdateStaticRoute(unsigned long vlan, long family,
-                                 const unsigned char* destination, long prefixLength,
-                                 const unsigned char* nextHop, unsigned long ifIndex,
-                                 unsigned long metric, long routeType, long rowStatus,
-                                 long adminStatus) {
-    StaticRouteItem* item = new (std::nothrow)
-        StaticRouteItem(vlan, family, rowStatus, adminStatus, destination, prefixLength, nextHop,
-                        ifIndex, metric, static_cast<unsigned long>(routeType), 0);
+void DcRtmMgr::UpdateStaticRoute(unsigned long vlan, long family, const unsigned char* destination,
+                                 long prefixLength, const unsigned char* nextHop,
+                                 unsigned long ifIndex, unsigned long metric, long routeType,
+                                 long rowStatus, long adminStatus) {
+    StaticRouteItem* item = NewOrNull<StaticRouteItem>(
+        "StaticRouteItem", vlan, family, rowStatus, adminStatus, destination, prefixLength, nextHop,
+        ifIndex, metric, static_cast<unsigned long>(routeType), 0);
     if (item == nullptr) {
         TRACE(1, "%s::%s: Error in Allocating RouteItem\n", "DcRtmMgr", "UpdateStaticRoute");
         return;
@@ -71,8 +71,8 @@ void DcRtmMgr::UpdateStaticRoute(unsigned long vlan, long family,
     scheduler->Insert(CfgKey(static_cast<unsigned int>(vlan), CFG_KEY_STATIC_ROUTE), item);
 }
 
-void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip4Addr& destination,
-                                 int prefixLength, const Ip4Addr& nextHop, unsigned int ifIndex,
+void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip4Addr& destination, int prefixLength,
+                                 const Ip4Addr& nextHop, unsigned int ifIndex,
                                  unsigned short metric, int routeType, unsigned int rowStatus,
                                  unsigned int adminStatus) {
     UpdateStaticRoute(static_cast<unsigned long>(vlan), Sms::RECORD_IPV4, destination.Bytes(),
@@ -81,8 +81,8 @@ void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip4Addr& destination
                       static_cast<long>(adminStatus));
 }
 
-void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip6Addr& destination,
-                                 int prefixLength, const Ip6Addr& nextHop, unsigned int ifIndex,
+void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip6Addr& destination, int prefixLength,
+                                 const Ip6Addr& nextHop, unsigned int ifIndex,
                                  unsigned short metric, int routeType, unsigned int rowStatus,
                                  unsigned int adminStatus) {
     UpdateStaticRoute(static_cast<unsigned long>(vlan), Sms::RECORD_IPV6, destination.Bytes(),
@@ -93,9 +93,9 @@ void DcRtmMgr::UpdateStaticRoute(unsigned short vlan, const Ip6Addr& destination
 
 void DcRtmMgr::Redistribute(unsigned int rowStatus, unsigned int adminStatus, unsigned int source,
                             unsigned int destination, unsigned short instance) {
-    RouteRedistributeItem* item = new (std::nothrow) RouteRedistributeItem(
-        static_cast<long>(rowStatus), static_cast<long>(adminStatus), static_cast<long>(source),
-        static_cast<long>(destination), 0, instance, 0);
+    RouteRedistributeItem* item = NewOrNull<RouteRedistributeItem>(
+        "RouteRedistributeItem", static_cast<long>(rowStatus), static_cast<long>(adminStatus),
+        static_cast<long>(source), static_cast<long>(destination), 0, instance, 0);
     if (item == nullptr) {
         TRACE(1, "Error in allocating Redistribution Item\n");
         return;
@@ -157,8 +157,8 @@ void DcRtmMgr::UpdateRedistributionCallback(unsigned short instance, unsigned in
     static const AnswerTexts texts = {"Redistribution Request Success\n",
                                       "Unable to set redistribution. No retry!!!\n",
                                       "Redistribution Request Not success!! Retrying...\n"};
-    ApplyAnswer(CfgKey(instance, CFG_KEY_REDISTRIBUTION), reported,
-                static_cast<int>(rowStatus), result, texts);
+    ApplyAnswer(CfgKey(instance, CFG_KEY_REDISTRIBUTION), reported, static_cast<int>(rowStatus),
+                result, texts);
 }
 
 // ---- the application's static routes
@@ -207,24 +207,26 @@ bool SendIp6Route(unsigned short vlan, const Ip6Addr& destination, const Ip6Pref
 
 bool RemoveRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
                  const Ip4Addr& gateway, unsigned int ifIndex) {
-    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_DESTROY, Sms::STATUS_DOWN);
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_DESTROY,
+                        Sms::STATUS_DOWN);
 }
 
 bool EnableRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
                  const Ip4Addr& gateway, unsigned int ifIndex) {
-    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_ACTIVE, Sms::STATUS_UP);
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_ACTIVE,
+                        Sms::STATUS_UP);
 }
 
 bool DisableRoute(unsigned short vlan, const Ip4Addr& destination, const Ip4Addr& netmask,
                   const Ip4Addr& gateway, unsigned int ifIndex) {
-    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_ACTIVE, Sms::STATUS_DOWN);
+    return SendIp4Route(vlan, destination, netmask, gateway, ifIndex, Sms::ROW_ACTIVE,
+                        Sms::STATUS_DOWN);
 }
 
 // The destination of an added IPv6 route is the prefix's address; the other
 // three functions take it from the address argument.
-bool AddRoute(unsigned short vlan, const Ip6Addr&, const Ip6Prefix& prefix,
-              const Ip6Addr& gateway, unsigned int ifIndex, unsigned int metric, long routeType,
-              long adminStatus) {
+bool AddRoute(unsigned short vlan, const Ip6Addr&, const Ip6Prefix& prefix, const Ip6Addr& gateway,
+              unsigned int ifIndex, unsigned int metric, long routeType, long adminStatus) {
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm == nullptr) {
         return false;
@@ -238,7 +240,8 @@ bool AddRoute(unsigned short vlan, const Ip6Addr&, const Ip6Prefix& prefix,
 
 bool RemoveRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
                  const Ip6Addr& gateway, unsigned int ifIndex) {
-    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, Sms::ROW_DESTROY, Sms::STATUS_DOWN);
+    return SendIp6Route(vlan, address, prefix, gateway, ifIndex, Sms::ROW_DESTROY,
+                        Sms::STATUS_DOWN);
 }
 
 bool EnableRoute(unsigned short vlan, const Ip6Addr& address, const Ip6Prefix& prefix,
