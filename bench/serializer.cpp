@@ -6,7 +6,8 @@
 // OID), then completes them all, round-robin over the OIDs. The "held" OIDs
 // each have one request outstanding that never completes. Iterations are
 // timed on the thread's CPU clock; median_per_request_ns is the median over
-// the iterations of a run.
+// the iterations of a run. The paired benchmark runs both sizes in turn and
+// gives the ratio of their medians.
 #include <benchmark/benchmark.h>
 
 #include <vector>
@@ -46,28 +47,26 @@ std::vector<unsigned long> RowOid(unsigned long table, unsigned long row)
     return oid;
 }
 
-void BM_SerializerRequestCost(benchmark::State& state)
-{
-    const unsigned long held = static_cast<unsigned long>(state.range(0));
-    Serializer serializer;
-    serializer.RunPendingActions();
-    for (unsigned long i = 0; i < held; ++i) {
-        // Spread the held rows over three tables around the working one.
-        std::vector<unsigned long> components = RowOid(10 + (i % 3) * 10, i);
-        serializer.Insert(MibOid(components.data(), components.size()), new NoopAction());
+// A serializer holding `held` OIDs outstanding, and the working OIDs.
+struct Fixture {
+    explicit Fixture(unsigned long held) : held(held)
+    {
+        serializer.RunPendingActions();
+        for (unsigned long i = 0; i < held; ++i) {
+            // Spread the held rows over three tables around the working one.
+            std::vector<unsigned long> components = RowOid(10 + (i % 3) * 10, i);
+            serializer.Insert(MibOid(components.data(), components.size()), new NoopAction());
+        }
+        working.reserve(WORKING_OIDS);
+        workingOids.reserve(WORKING_OIDS);
+        for (unsigned long j = 0; j < WORKING_OIDS; ++j) {
+            working.push_back(RowOid(15, j * 7919));
+            workingOids.emplace_back(working.back().data(), OID_LENGTH);
+        }
     }
-
-    std::vector<std::vector<unsigned long>> working;
-    std::vector<MibOid> workingOids;
-    working.reserve(WORKING_OIDS);
-    workingOids.reserve(WORKING_OIDS);
-    for (unsigned long j = 0; j < WORKING_OIDS; ++j) {
-        working.push_back(RowOid(15, j * 7919));
-        workingOids.emplace_back(working.back().data(), OID_LENGTH);
-    }
-
-    Zavrel::bench::Rounds perRequestNs;
-    for (auto _ : state) {
+    // One round of REQUESTS requests; its CPU time per request in ns.
+    double Round()
+    {
         const double start = Zavrel::bench::ThreadCpuSeconds();
         for (unsigned long r = 0; r < REQUESTS; ++r) {
             serializer.Insert(workingOids[r % WORKING_OIDS], new NoopAction());
@@ -76,15 +75,30 @@ void BM_SerializerRequestCost(benchmark::State& state)
             benchmark::DoNotOptimize(
                 serializer.RunPendingAction(working[r % WORKING_OIDS].data(), OID_LENGTH));
         }
-        const double elapsed = Zavrel::bench::ThreadCpuSeconds() - start;
-        state.SetIterationTime(elapsed);
-        perRequestNs.Add(elapsed * 1e9 / static_cast<double>(REQUESTS));
+        return (Zavrel::bench::ThreadCpuSeconds() - start) * 1e9 / static_cast<double>(REQUESTS);
     }
-    if (serializer.PendingOidCount() != held) {
+    bool AllCompleted() const { return serializer.PendingOidCount() == held; }
+
+    unsigned long held;
+    Serializer serializer;
+    std::vector<std::vector<unsigned long>> working;
+    std::vector<MibOid> workingOids;
+};
+
+void BM_SerializerRequestCost(benchmark::State& state)
+{
+    Fixture f(static_cast<unsigned long>(state.range(0)));
+    Zavrel::bench::Rounds perRequestNs;
+    for (auto _ : state) {
+        const double ns = f.Round();
+        state.SetIterationTime(ns * 1e-9 * static_cast<double>(REQUESTS));
+        perRequestNs.Add(ns);
+    }
+    if (!f.AllCompleted()) {
         state.SkipWithError("working OIDs were not all completed");
     }
     state.SetItemsProcessed(static_cast<int64_t>(state.iterations() * REQUESTS));
-    state.counters["held"] = static_cast<double>(held);
+    state.counters["held"] = static_cast<double>(f.held);
     // Time per request (insert, issue and completion), in seconds.
     state.counters["per_request"] = benchmark::Counter(
         static_cast<double>(REQUESTS),
@@ -92,10 +106,42 @@ void BM_SerializerRequestCost(benchmark::State& state)
     state.counters["median_per_request_ns"] = benchmark::Counter(perRequestNs.Median());
 }
 
+// The same with 1,000 and 100,000 held, a round of each in turn, so that
+// both see the machine alike: the medians and their ratio from one run.
+void BM_SerializerRequestCostPaired(benchmark::State& state)
+{
+    Fixture small(1000);
+    Fixture large(100000);
+    Zavrel::bench::Rounds smallNs;
+    Zavrel::bench::Rounds largeNs;
+    bool smallFirst = true;
+    for (auto _ : state) {
+        double seconds = 0;
+        for (int turn = 0; turn < 2; ++turn) {
+            const bool onSmall = (turn == 0) == smallFirst;
+            const double ns = (onSmall ? small : large).Round();
+            (onSmall ? smallNs : largeNs).Add(ns);
+            seconds += ns * 1e-9 * static_cast<double>(REQUESTS);
+        }
+        smallFirst = !smallFirst;
+        state.SetIterationTime(seconds);
+    }
+    if (!small.AllCompleted() || !large.AllCompleted()) {
+        state.SkipWithError("working OIDs were not all completed");
+    }
+    state.counters["median_per_request_ns_1000"] = benchmark::Counter(smallNs.Median());
+    state.counters["median_per_request_ns_100000"] = benchmark::Counter(largeNs.Median());
+    state.counters["ratio"] = benchmark::Counter(largeNs.Median() / smallNs.Median());
+}
+
 BENCHMARK(BM_SerializerRequestCost)
     ->ArgName("held")
     ->Arg(1000)
     ->Arg(100000)
+    ->UseManualTime()
+    ->Iterations(15)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SerializerRequestCostPaired)
     ->UseManualTime()
     ->Iterations(15)
     ->Unit(benchmark::kMillisecond);

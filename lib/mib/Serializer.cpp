@@ -2,10 +2,7 @@
 
 #include <strings.h>
 
-#include <algorithm>
-#include <functional>
 #include <iterator>
-#include <string_view>
 #include <vector>
 
 #include "platform/ConsoleCommand.h"
@@ -39,16 +36,6 @@ Serializer::~Serializer()
     if (m_registered) {
         ConsoleCommand::Unregister(CONSOLE_COMMAND, this);
     }
-}
-
-size_t Serializer::OidHash::operator()(const MibOid& oid) const
-{
-    // Over the components that operator== compares; OIDs that differ only
-    // in length share a hash and are told apart by the comparison.
-    const unsigned long length = oid.Length();
-    const unsigned long usable = length < MibOid::MAX_LENGTH ? length : MibOid::MAX_LENGTH;
-    return std::hash<std::string_view>()(std::string_view(
-        reinterpret_cast<const char*>(oid.Components()), usable * sizeof(unsigned long)));
 }
 
 void Serializer::Insert(const MibOid& oid, MibAction* action)
@@ -198,20 +185,10 @@ std::vector<MibOid> Serializer::ActionsQueue() const
 
 string Serializer::GetPendingActionsAsString() const
 {
-    // In OID order.
-    std::vector<const PendingMap::value_type*> entries;
-    entries.reserve(m_pending_actions.size());
-    for (const PendingMap::value_type& entry : m_pending_actions) {
-        entries.push_back(&entry);
-    }
-    std::sort(entries.begin(), entries.end(),
-              [](const PendingMap::value_type* a, const PendingMap::value_type* b) {
-                  return a->first < b->first;
-              });
     string text(LEGEND);
-    for (const PendingMap::value_type* entry : entries) {
-        text.AppendFmt("\n(Actions_Count=%zu, MibOid=%s)", entry->second.slots.size(),
-                       entry->first.ToString().c_str());
+    for (const PendingMap::value_type& entry : m_pending_actions) {
+        text.AppendFmt("\n(Actions_Count=%zu, MibOid=%s)", entry.second.slots.size(),
+                       entry.first.ToString().c_str());
     }
     return text;
 }

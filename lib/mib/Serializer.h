@@ -6,8 +6,8 @@
 
 #include <cstddef>
 #include <list>
+#include <map>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "mib/MibAction.h"
@@ -85,12 +85,8 @@ private:
         std::list<Slot> slots;
         std::list<const MibOid*>::iterator queue_position;
     };
-    struct OidHash {
-        size_t operator()(const MibOid& oid) const;
-    };
-    // By OID: an operation finds its OID's entry without a search that
-    // grows with the number of OIDs held (the console listing sorts).
-    using PendingMap = std::unordered_map<MibOid, ActionList, OidHash>;
+    // In OID order, as the console lists them.
+    using PendingMap = std::map<MibOid, ActionList>;
 
     // Issues the head of list if it is Waiting.
     int IssueHead(ActionList& list, bool shared_context);
