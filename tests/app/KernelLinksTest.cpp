@@ -2,7 +2,9 @@
 // arrives on them through their VLAN's table. Each test runs in a network
 // namespace of its own.
 #include <gtest/gtest.h>
+#include <poll.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -66,6 +68,21 @@ protected:
         ASSERT_EQ(0, status) << command << ": " << output;
     }
 
+    // Reads the kernel's news until the listener has heard line, for up to
+    // two seconds.
+    void ReadUntilHeard(const std::string& line) {
+        for (int attempt = 0; attempt < 200; ++attempt) {
+            links->OnReadable();
+            if (std::find(listener.lines.begin(), listener.lines.end(), line) !=
+                listener.lines.end()) {
+                return;
+            }
+            pollfd ready = {links->Fd(), POLLIN, 0};
+            poll(&ready, 1, 10);
+        }
+        FAIL() << "not heard within two seconds: " << line;
+    }
+
     RecordingListener listener;
     std::unique_ptr<KernelLinks> links;
 
@@ -86,8 +103,14 @@ TEST_F(KernelLinksTest, StateAndAddressChangesAreFollowedFromNotifications) {
     listener.Take();
     Shell("ip link set veth1 up");
     Shell("ip link set veth0 up");
+    // The kernel tells of a link's operational state and of a new IPv6
+    // address from a work queue, a moment after the command has returned:
+    // each is heard before the next change, so that the news comes in the
+    // order of the changes.
+    ReadUntilHeard("10 change veth0 up mtu 1500");
     Shell("ip link set veth0 mtu 1400");
     Shell("ip addr add 2001:db8:1::1/64 dev veth0 nodad");
+    ReadUntilHeard("10 address add 2001:db8:1::1/64");
     Shell("ip addr del 10.1.0.1/24 dev veth0");
     links->OnReadable();
     const Strings lines = listener.Take();
