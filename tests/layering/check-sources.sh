@@ -3,7 +3,7 @@
 # lists are written out by hand, so a file added without its line would
 # otherwise be left out of the build (or a test file left out of its program)
 # without a word. A file counts as named when its path relative to some
-# CMakeLists.txt above it (or, for programs, its stem) appears in that file.
+# CMakeLists.txt above it (or, for programs, its stem, with or without its folder) appears in that file.
 set -euo pipefail
 source_dir=${ZAVREL_SOURCE_DIR:-$(cd "$(dirname "$0")/../.." && pwd)}
 cd "$source_dir"
@@ -16,7 +16,8 @@ while IFS= read -r file; do
     if [ -f "$dir/CMakeLists.txt" ]; then
       rel=${file#"$dir"/}
       stem=${rel%.*}
-      if grep -qE "(^|[[:space:]/(])(${rel//./\\.}|${stem})([[:space:])]|$)" "$dir/CMakeLists.txt"; then
+      base=${stem##*/}
+      if grep -qE "(^|[[:space:]/(])(${rel//./\\.}|${stem}|${base})([[:space:])]|$)" "$dir/CMakeLists.txt"; then
         found=yes
         break
       fi

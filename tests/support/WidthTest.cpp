@@ -25,7 +25,19 @@ std::string Printed(const char* format, Args... args) {
     return text;
 }
 
-class WidthTest : public TestEnv {};
+// The recording double is process-wide: start each test on a clean one, so
+// that a result scripted by another test of this program cannot answer here.
+class WidthTest : public TestEnv {
+protected:
+    void SetUp() override {
+        TestEnv::SetUp();
+        RecordingStack::Instance().Reset();
+    }
+    void TearDown() override {
+        RecordingStack::Instance().Reset();
+        TestEnv::TearDown();
+    }
+};
 
 #if defined(__arm__)
 TEST_F(WidthTest, EmbeddedTargetHasThirtyTwoBitLongsAndPointers) {
@@ -128,7 +140,6 @@ TEST_F(WidthTest, RowStructuresAreMadeOfWholeUnsignedLongs) {
 
 TEST_F(WidthTest, StackDoubleWritesTheLargestThirtyTwoBitWordInFull) {
     RecordingStack& stack = RecordingStack::Instance();
-    stack.Reset();
     sms_cipr_action(4294967295UL, SMS_CIPR_ACTION_DELETE);
     EXPECT_EQ(stack.Calls(), (std::vector<std::string>{"sms_cipr_action(4294967295, 2080)"}));
 }
