@@ -99,6 +99,18 @@ std::vector<uint32_t> Spread(uint32_t first, uint32_t cursor, size_t held)
     return numbers;
 }
 
+// The batch the stack confirms next when it answers in the order the
+// requests went out: the oldest held routes, from the head of the list.
+std::vector<uint32_t> InSendOrder(uint32_t first, uint32_t cursor, size_t held)
+{
+    std::vector<uint32_t> numbers;
+    for (int i = 0; i < kBatch; ++i) {
+        numbers.push_back(first + (cursor * static_cast<uint32_t>(kBatch) + static_cast<uint32_t>(i)) %
+                                      static_cast<uint32_t>(held));
+    }
+    return numbers;
+}
+
 const size_t kSmall = 1000;
 const size_t kLarge = 100000;
 // Route numbers of the larger and the smaller scheduler of a pair.
@@ -206,11 +218,13 @@ void BM_InsertNew(benchmark::State& state)
 // A round over routes spread across the held ones (a new set each round):
 // op is timed on each route of the batch; restore then brings the scheduler
 // back to the held count, untimed.
+// Pick chooses the batch (Spread by default, the worst case for the caches).
 template <typename Op, typename Restore>
-void SpreadBatches(benchmark::State& state, Op op, Restore restore)
+void SpreadBatches(benchmark::State& state, Op op, Restore restore,
+                   std::vector<uint32_t> (*pick)(uint32_t, uint32_t, size_t) = Spread)
 {
     PairedRounds(state, [&](Fixture& f) {
-        const std::vector<uint32_t> numbers = Spread(f.first, f.cursor, f.held);
+        const std::vector<uint32_t> numbers = pick(f.first, f.cursor, f.held);
         const std::vector<StaticRouteItem*> routes = Routes(numbers);
         const double ns = TimedNsPerOp(kBatch, [&] {
             for (StaticRouteItem* route : routes) {
@@ -261,21 +275,34 @@ void BM_ReportOidOnly(benchmark::State& state)
         });
 }
 
-// Confirms sent routes: each is destroyed.
-void BM_Remove(benchmark::State& state)
+// Confirms sent routes: each is destroyed. With pick Spread the routes are
+// spread over the held ones; with InSendOrder they are the oldest, as when
+// the stack answers in the order the requests went out.
+void RemoveBatches(benchmark::State& state, std::vector<uint32_t> (*pick)(uint32_t, uint32_t, size_t))
 {
     SpreadBatches(
         state, [](CfgSched& sched, StaticRouteItem* probe) { sched.Remove(kKey, probe, 1); },
         [](CfgSched& sched, const std::vector<uint32_t>& numbers,
            const std::vector<StaticRouteItem*>& probes) {
             DeleteAll(probes);
-            // Put the confirmed routes back, sent.
+            // Put the confirmed routes back, sent (at the tail).
             for (uint32_t n : numbers) {
                 sched.Insert(kKey, Route(n));
             }
             SendAll(sched, kBatch);
             Complete(numbers);
-        });
+        },
+        pick);
+}
+
+void BM_Remove(benchmark::State& state)
+{
+    RemoveBatches(state, Spread);
+}
+
+void BM_RemoveInSendOrder(benchmark::State& state)
+{
+    RemoveBatches(state, InSendOrder);
 }
 
 // 31 New routes behind the held ones, all sent, in a fixture.
@@ -404,6 +431,7 @@ BENCHMARK(BM_InsertReplace)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_Update)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_ReportOidOnly)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_Remove)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_RemoveInSendOrder)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_TickWith31NewBehindSent)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
 BENCHMARK(BM_TickNothingNew)->Arg(1000)->Arg(100000)->UseManualTime()->Iterations(2000);
 BENCHMARK(BM_PairedTickWith31NewBehindSent)->UseManualTime()->Iterations(2000);

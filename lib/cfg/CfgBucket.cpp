@@ -17,13 +17,13 @@ CfgBucket::CfgBucket()
 CfgBucket::~CfgBucket()
 {
     m_groups.clear();
-    m_ungrouped.clear();
+    m_ungrouped.Clear();
     m_new.clear();
     // The items in list order.
     for (Record* record : m_list) {
         record->item.reset();
     }
-    m_list.clear();
+    m_list.Clear();
     m_records.clear();
     m_further_records.clear();
 }
@@ -47,29 +47,30 @@ CfgBucket::Group& CfgBucket::GroupOf(const Record& record)
 
 CfgBucket::Entry CfgBucket::NextInGroup(const Record& record)
 {
-    const auto next = std::next(record.groupPlace);
-    return next == GroupOf(record).end() ? nullptr : *next;
+    return Group::Next(record);
 }
 
 void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors)
 {
     Group& group = GroupOf(*entry);
-    Group::iterator before = group.end();
+    Entry before = nullptr;  // the end of the group
     bool placed = false;
     for (Entry successor : successors) {
         if (successor != nullptr && successor->grouped == entry->grouped &&
             (!entry->grouped || successor->groupKey == entry->groupKey)) {
-            before = successor->groupPlace;
+            before = successor;
             placed = true;
             break;
         }
     }
     if (!placed) {
-        while (before != group.begin() && (*std::prev(before))->position > entry->position) {
-            --before;
+        for (Entry previous = group.Back();
+             previous != nullptr && previous->position > entry->position;
+             previous = Group::Prev(*previous)) {
+            before = previous;
         }
     }
-    entry->groupPlace = group.insert(before, entry);
+    group.InsertBefore(before, *entry);
     IndexState(entry);
 }
 
@@ -84,12 +85,12 @@ void CfgBucket::UnindexPlace(Entry entry)
 {
     if (entry->grouped) {
         auto group = m_groups.find(entry->groupKey);
-        group->second.erase(entry->groupPlace);
-        if (group->second.empty()) {
+        group->second.Erase(*entry);
+        if (group->second.Empty()) {
             m_groups.erase(group);
         }
     } else {
-        m_ungrouped.erase(entry->groupPlace);
+        m_ungrouped.Erase(*entry);
     }
     if (!m_new.empty()) {
         m_new.erase(entry->position);
@@ -138,14 +139,15 @@ CfgBucket::Position CfgBucket::FirstNotReady()
     // Within a readiness group every item answers alike, so the group's
     // first item stands for all of them.
     for (auto& group : m_groups) {
-        const Entry first = group.second.front();
+        const Entry first = group.second.Front();
         if (first->position < stop && !first->item->CfgListReady()) {
             stop = first->position;
         }
     }
-    for (auto it = m_ungrouped.begin(); it != m_ungrouped.end() && (*it)->position < stop; ++it) {
-        if (!(*it)->item->CfgListReady()) {
-            stop = (*it)->position;
+    for (Entry record = m_ungrouped.Front(); record != nullptr && record->position < stop;
+         record = Group::Next(*record)) {
+        if (!record->item->CfgListReady()) {
+            stop = record->position;
             break;
         }
     }
@@ -166,14 +168,14 @@ CfgBucket::Entry CfgBucket::NextNew(Position after)
 std::vector<CfgItem*> CfgBucket::Items() const
 {
     std::vector<CfgItem*> items;
-    items.reserve(m_list.size());
+    items.reserve(m_list.Size());
     ForEachItem([&](CfgItem* item) { items.push_back(item); });
     return items;
 }
 
 // ---- changes
 
-CfgBucket::Entry CfgBucket::Add(Record&& record, std::list<Record*>::iterator before,
+CfgBucket::Entry CfgBucket::Add(Record&& record, Entry before,
                                 std::initializer_list<Entry> successors)
 {
     const size_t hash = HashOid(*record.oid);
@@ -188,7 +190,7 @@ CfgBucket::Entry CfgBucket::Add(Record&& record, std::list<Record*>::iterator be
         record.further = true;
         entry = &m_further_records.emplace(hash, std::move(record))->second;
     }
-    entry->place = m_list.insert(before, entry);
+    m_list.InsertBefore(before, *entry);
     IndexPlace(entry, successors);
     return entry;
 }
@@ -196,12 +198,12 @@ CfgBucket::Entry CfgBucket::Add(Record&& record, std::list<Record*>::iterator be
 void CfgBucket::Append(CfgItem* item, const MibOid& oid)
 {
     Record record{std::unique_ptr<CfgItem>(item), &oid, m_next_position++, false, false, 0, {}, {}};
-    Add(std::move(record), m_list.end());
+    Add(std::move(record), nullptr);
 }
 
 void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid)
 {
-    if (held->place == m_list.begin()) {
+    if (held == m_list.Front()) {
         Append(item, oid);
         Destroy(held);
         return;
@@ -209,7 +211,7 @@ void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid)
     // ... X P H Y becomes ... X N P Y: N takes P's position, P takes H's.
     // P keeps its place in its readiness group: nothing of that group lay
     // between P and H. N goes just before P, or where H was, in its group.
-    const Entry predecessor = *std::prev(held->place);
+    const Entry predecessor = List::Prev(*held);
     const Position heldPosition = held->position;
     const Entry afterHeld = NextInGroup(*held);
     Destroy(held);
@@ -220,13 +222,13 @@ void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid)
     predecessor->position = heldPosition;
     IndexState(predecessor);
     Record record{std::unique_ptr<CfgItem>(item), &oid, newPosition, false, false, 0, {}, {}};
-    Add(std::move(record), predecessor->place, {predecessor, afterHeld});
+    Add(std::move(record), predecessor, {predecessor, afterHeld});
 }
 
 void CfgBucket::Destroy(Entry entry)
 {
     UnindexPlace(entry);
-    m_list.erase(entry->place);
+    m_list.Erase(*entry);
     const size_t hash = HashOid(*entry->oid);
     if (!entry->further) {
         m_records.erase(hash);

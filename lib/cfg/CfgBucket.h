@@ -19,6 +19,9 @@
 //    of it;
 //  - the list order itself, for the predecessor of a replaced item and for
 //    walks over every item: a list of the records.
+// Both lists are linked through the records themselves (IntrusiveList), so
+// that a record costs no list nodes of its own and unlinking it touches
+// only its neighbours.
 // Places are compared by position, a number that grows along the list. An
 // appended item takes the next unused number. A replacement needs no number
 // of its own: the list ... X P H Y becomes ... X N P Y, so the new item N
@@ -32,13 +35,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
-#include <list>
 #include <map>
 #include <memory>
 #include <unordered_map>
 #include <vector>
 
 #include "cfg/CfgItem.h"
+#include "platform/IntrusiveList.h"
 
 namespace Zavrel {
 
@@ -54,13 +57,6 @@ public:
     struct Record;
     using Entry = Record*;
 
-private:
-    // Records by position.
-    using PositionIndex = std::map<Position, Record*>;
-    // Records of a readiness group, in list order.
-    using Group = std::list<Record*>;
-
-public:
     struct Record {
         std::unique_ptr<CfgItem> item;
         const MibOid* oid;  // the item's stored OID (what its GetOid returned)
@@ -68,17 +64,26 @@ public:
         bool grouped;
         bool further;  // in m_further_records (not the first of its hash)
         unsigned long groupKey;  // when grouped: the item's readiness key
-        std::list<Record*>::iterator place;
-        Group::iterator groupPlace;
+        IntrusiveListHook<Record> inList;   // in m_list
+        IntrusiveListHook<Record> inGroup;  // in its readiness group
     };
+
+private:
+    // Records by position.
+    using PositionIndex = std::map<Position, Record*>;
+    // The records in list order, and those of a readiness group.
+    using List = IntrusiveList<Record, &Record::inList>;
+    using Group = IntrusiveList<Record, &Record::inGroup>;
+
+public:
 
     CfgBucket();
     ~CfgBucket();  // destroys the items still held, in list order
     CfgBucket(const CfgBucket&) = delete;
     CfgBucket& operator=(const CfgBucket&) = delete;
 
-    bool Empty() const { return m_list.empty(); }
-    size_t Size() const { return m_list.size(); }
+    bool Empty() const { return m_list.Empty(); }
+    size_t Size() const { return m_list.Size(); }
     // What the lookups return when they find nothing.
     Entry End() const { return nullptr; }
 
@@ -127,9 +132,9 @@ private:
     template <typename Test>
     Entry FindFirstWhere(const MibOid& oid, Test test);
     // Files a new record (its item, OID and position set) in a table and
-    // the indexes, and links it into the list before `before`.
-    Entry Add(Record&& record, std::list<Record*>::iterator before,
-              std::initializer_list<Entry> successors = {});
+    // the indexes, and links it into the list before `before` (at the tail
+    // when null).
+    Entry Add(Record&& record, Entry before, std::initializer_list<Entry> successors = {});
     // Links the record into its readiness group and, when New, into the New
     // index; and unlinks it from both. successors are records that may
     // follow the record in its group (null or of another group otherwise):
@@ -150,7 +155,7 @@ private:
     // compared), and in list order.
     std::unordered_map<size_t, Record> m_records;
     std::unordered_multimap<size_t, Record> m_further_records;
-    std::list<Record*> m_list;
+    List m_list;
     // Readiness groups by key (none empty), and the items without a key.
     std::map<unsigned long, Group> m_groups;
     Group m_ungrouped;
