@@ -3,12 +3,9 @@
 namespace Zavrel {
 
 AppTraceSink::AppTraceSink(FILE* out, FILE* err, int threshold)
-    : m_out(out), m_err(err), m_threshold(threshold)
-{
-}
+    : m_out(out), m_err(err), m_threshold(threshold) {}
 
-void AppTraceSink::Write(int level, const char* text)
-{
+void AppTraceSink::Write(int level, const char* text) {
     if (text == nullptr || level > m_threshold) {
         return;
     }

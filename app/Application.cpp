@@ -15,16 +15,14 @@ namespace Zavrel {
 
 Application::Application() = default;
 
-Application::~Application()
-{
+Application::~Application() {
     LineSource::SetInputWait(nullptr);
     if (m_trace) {
         SetTraceSink(m_previousTrace);
     }
 }
 
-int Application::Main(int argc, char** argv)
-{
+int Application::Main(int argc, char** argv) {
     std::string error;
     if (!m_options.Parse(argc > 0 ? argc - 1 : 0, argv + (argc > 0 ? 1 : 0), error)) {
         fprintf(stderr, "zavrel-router: %s\n", error.c_str());
@@ -100,8 +98,7 @@ int Application::Main(int argc, char** argv)
     return m_exitStatus;
 }
 
-bool Application::Start()
-{
+bool Application::Start() {
     m_driver = LoopDriver::Create(m_options.virtualTime);
     if (!m_driver) {
         fprintf(stderr, "zavrel-router: cannot create the event loop\n");
@@ -117,7 +114,8 @@ bool Application::Start()
     if (isatty(STDERR_FILENO)) {
         m_settler->SetProgressStream(stderr);
     }
-    m_interpreter = std::make_unique<CommandInterpreter>(*m_console, *m_driver, m_stack, *m_sockets);
+    m_interpreter =
+        std::make_unique<CommandInterpreter>(*m_console, *m_driver, m_stack, *m_sockets);
     m_interpreter->SetEcho(m_options.echo);
 
     // Start-up order: the manager, its socket registry, the interface
@@ -147,8 +145,7 @@ bool Application::Start()
     return !m_options.kernel || StartKernel();
 }
 
-bool Application::StartKernel()
-{
+bool Application::StartKernel() {
     m_kernel = std::make_unique<KernelPlane>(
         [this](const std::string& line, std::string& error) {
             std::vector<std::string> words;
@@ -184,8 +181,7 @@ bool Application::StartKernel()
     return m_settler->RunUntilQuiet([]() { return true; });
 }
 
-void Application::WaitForInput(int fd)
-{
+void Application::WaitForInput(int fd) {
     pollfd input{fd, POLLIN, 0};
     while (poll(&input, 1, 0) == 0) {
         m_driver->Step(m_driver->NowMs() + RealLoopDriver::MAX_WAIT_MS);
@@ -193,14 +189,12 @@ void Application::WaitForInput(int fd)
     }
 }
 
-void Application::DescribeCommands(CommandGrammar& grammar)
-{
+void Application::DescribeCommands(CommandGrammar& grammar) {
     CommandInterpreter::DescribeCommands(grammar);
     LibraryGrammar::Describe(grammar);
 }
 
-std::vector<std::string> Application::ExistingValues(const std::string& placeholder) const
-{
+std::vector<std::string> Application::ExistingValues(const std::string& placeholder) const {
     std::vector<std::string> values;
     if (placeholder == "<vlan>" || placeholder == "<vid>") {
         if (DcRouterMgr* manager = DcRouterMgr::GetInstance()) {
@@ -229,13 +223,11 @@ std::vector<std::string> Application::ExistingValues(const std::string& placehol
     return values;
 }
 
-std::string Application::Prompt() const
-{
+std::string Application::Prompt() const {
     return "zavrel-router[vlan " + std::to_string(m_console->CurrentVlan()) + "]> ";
 }
 
-bool Application::Fail(const std::string& where, const std::string& message)
-{
+bool Application::Fail(const std::string& where, const std::string& message) {
     fflush(stdout);
     if (where.empty()) {
         fprintf(stderr, "zavrel-router: %s\n", message.c_str());
@@ -250,8 +242,7 @@ bool Application::Fail(const std::string& where, const std::string& message)
     return true;
 }
 
-bool Application::RunSource(LineSource& source)
-{
+bool Application::RunSource(LineSource& source) {
     std::string line;
     while (!m_quit && source.Next(line)) {
         if (!RunLine(line, source)) {
@@ -261,8 +252,7 @@ bool Application::RunSource(LineSource& source)
     return !m_quit;
 }
 
-bool Application::RunLine(const std::string& line, LineSource& source)
-{
+bool Application::RunLine(const std::string& line, LineSource& source) {
     std::vector<std::string> words;
     std::string error;
     const bool split = Words::Split(line, words, error);

@@ -9,8 +9,7 @@ namespace Zavrel {
 
 namespace {
 
-std::vector<std::string> SplitAt(const std::string& text, char separator)
-{
+std::vector<std::string> SplitAt(const std::string& text, char separator) {
     std::vector<std::string> parts;
     size_t start = 0;
     for (;;) {
@@ -26,8 +25,7 @@ std::vector<std::string> SplitAt(const std::string& text, char separator)
     }
 }
 
-std::string Lower(std::string text)
-{
+std::string Lower(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(tolower(c)); });
     return text;
@@ -35,8 +33,7 @@ std::string Lower(std::string text)
 
 }  // namespace
 
-bool CommandGrammar::AddForm(const std::string& usage, const std::string& help)
-{
+bool CommandGrammar::AddForm(const std::string& usage, const std::string& help) {
     Form form;
     form.help = help;
     std::vector<Token>* group = nullptr;
@@ -82,13 +79,11 @@ bool CommandGrammar::AddForm(const std::string& usage, const std::string& help)
 }
 
 void CommandGrammar::AddWordHelp(const std::string& context, const std::string& word,
-                                 const std::string& help)
-{
+                                 const std::string& help) {
     m_wordHelp[Lower(context) + " " + Lower(word)] = help;
 }
 
-bool CommandGrammar::Matches(const Token& token, const std::string& word)
-{
+bool CommandGrammar::Matches(const Token& token, const std::string& word) {
     for (const std::string& alternative : token) {
         if (alternative[0] == '<' || Words::Is(word, alternative.c_str())) {
             return true;
@@ -98,8 +93,7 @@ bool CommandGrammar::Matches(const Token& token, const std::string& word)
 }
 
 bool CommandGrammar::Follow(const Form& form, const std::vector<std::string>& words,
-                            std::vector<const Token*>& next, bool& canEnd) const
-{
+                            std::vector<const Token*>& next, bool& canEnd) const {
     size_t i = 0;
     for (; i < form.fixed.size(); ++i) {
         if (i == words.size()) {
@@ -151,8 +145,7 @@ bool CommandGrammar::Follow(const Form& form, const std::vector<std::string>& wo
 }
 
 std::string CommandGrammar::HelpOf(const std::string& command, const std::string& word,
-                                   const Form& form) const
-{
+                                   const Form& form) const {
     auto found = m_wordHelp.find(Lower(command) + " " + Lower(word));
     if (found == m_wordHelp.end()) {
         found = m_wordHelp.find(" " + Lower(word));
@@ -160,8 +153,7 @@ std::string CommandGrammar::HelpOf(const std::string& command, const std::string
     return found != m_wordHelp.end() ? found->second : form.help;
 }
 
-CommandGrammar::Next CommandGrammar::After(const std::vector<std::string>& words) const
-{
+CommandGrammar::Next CommandGrammar::After(const std::vector<std::string>& words) const {
     Next result;
     std::set<std::string> seen;
     for (const Form& form : m_forms) {
@@ -184,8 +176,7 @@ CommandGrammar::Next CommandGrammar::After(const std::vector<std::string>& words
     return result;
 }
 
-std::vector<std::vector<std::string>> CommandGrammar::Examples(ValueOf valueOf) const
-{
+std::vector<std::vector<std::string>> CommandGrammar::Examples(ValueOf valueOf) const {
     // The tokens as words: the first alternative of each, or alternative
     // of the token at vary.
     const auto spell = [valueOf](const std::vector<Token>& tokens, size_t vary,

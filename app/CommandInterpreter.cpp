@@ -10,12 +10,9 @@ namespace Zavrel {
 
 CommandInterpreter::CommandInterpreter(StdoutConsole& console, LoopDriver& driver,
                                        StackControl& stack, const LoopSocketInterface& sockets)
-    : m_console(console), m_driver(driver), m_stack(stack), m_sockets(sockets)
-{
-}
+    : m_console(console), m_driver(driver), m_stack(stack), m_sockets(sockets) {}
 
-const std::vector<CommandInterpreter::Command>& CommandInterpreter::Commands()
-{
+const std::vector<CommandInterpreter::Command>& CommandInterpreter::Commands() {
     static const std::vector<Command> commands = {
         {"load", &CommandInterpreter::Load, "load <file> [source <name>] [type <n>]",
          "load the options of a JSON file (source: the file's name; type 0)"},
@@ -77,8 +74,7 @@ const std::vector<CommandInterpreter::Command>& CommandInterpreter::Commands()
     return commands;
 }
 
-const CommandInterpreter::Command* CommandInterpreter::FindCommand(const std::string& name)
-{
+const CommandInterpreter::Command* CommandInterpreter::FindCommand(const std::string& name) {
     for (const Command& command : Commands()) {
         if (Words::Is(name, command.name)) {
             return &command;
@@ -93,8 +89,7 @@ const CommandInterpreter::Command* CommandInterpreter::FindCommand(const std::st
 namespace {
 
 // The lines of a multi-line usage text.
-std::vector<std::string> Lines(const std::string& text)
-{
+std::vector<std::string> Lines(const std::string& text) {
     std::vector<std::string> lines;
     size_t start = 0;
     for (;;) {
@@ -109,17 +104,15 @@ std::vector<std::string> Lines(const std::string& text)
 
 // The alternatives of the second word of a usage line ("add|del" gives
 // both), empty when the line has no second word.
-std::vector<std::string> Verbs(const std::string& line)
-{
+std::vector<std::string> Verbs(const std::string& line) {
     std::vector<std::string> verbs;
     const size_t first = line.find(' ');
     if (first == std::string::npos) {
         return verbs;
     }
     const size_t second = line.find(' ', first + 1);
-    const std::string word = line.substr(first + 1, second == std::string::npos
-                                                        ? std::string::npos
-                                                        : second - first - 1);
+    const std::string word = line.substr(
+        first + 1, second == std::string::npos ? std::string::npos : second - first - 1);
     if (word.empty() || word[0] == '<' || word[0] == '[') {
         return verbs;
     }
@@ -136,8 +129,7 @@ std::vector<std::string> Verbs(const std::string& line)
 
 }  // namespace
 
-std::string CommandInterpreter::UsageOf(const char* name, const std::string& verb)
-{
+std::string CommandInterpreter::UsageOf(const char* name, const std::string& verb) {
     const Command* command = FindCommand(name);
     if (command == nullptr) {
         return std::string();
@@ -156,8 +148,7 @@ std::string CommandInterpreter::UsageOf(const char* name, const std::string& ver
     return "usage: " + (usage.empty() ? all : usage);
 }
 
-std::string CommandInterpreter::SubCommandsOf(const char* name)
-{
+std::string CommandInterpreter::SubCommandsOf(const char* name) {
     const Command* command = FindCommand(name);
     std::string list;
     if (command == nullptr) {
@@ -172,8 +163,7 @@ std::string CommandInterpreter::SubCommandsOf(const char* name)
 }
 
 CommandInterpreter::Result CommandInterpreter::Execute(const std::vector<std::string>& words,
-                                                       const std::string& baseDir)
-{
+                                                       const std::string& baseDir) {
     if (words.empty()) {
         return Result::Local();
     }
@@ -188,8 +178,7 @@ CommandInterpreter::Result CommandInterpreter::Execute(const std::vector<std::st
 }
 
 bool CommandInterpreter::ReadVlan(const Args& args, size_t index, unsigned short& vlan,
-                                  std::string& error)
-{
+                                  std::string& error) {
     if (index >= args.Count()) {
         error = "missing <vlan>";
         return false;
@@ -202,8 +191,7 @@ bool CommandInterpreter::ReadVlan(const Args& args, size_t index, unsigned short
 }
 
 bool CommandInterpreter::ReadUnsigned(const Args& args, size_t index, const char* what,
-                                      unsigned int& value, std::string& error)
-{
+                                      unsigned int& value, std::string& error) {
     if (index >= args.Count()) {
         error = std::string("missing <") + what + ">";
         return false;
@@ -215,15 +203,13 @@ bool CommandInterpreter::ReadUnsigned(const Args& args, size_t index, const char
     return true;
 }
 
-CommandInterpreter::Result CommandInterpreter::WaitForEnd()
-{
+CommandInterpreter::Result CommandInterpreter::WaitForEnd() {
     Result result;
     result.endTarget = m_console.EndCount() + 1;
     return result;
 }
 
-CommandInterpreter::Result CommandInterpreter::Help(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Help(const Args& args) {
     if (args.Count() > 2) {
         return Result::Fail("help: too many words; " + UsageOf("help"));
     }
@@ -263,8 +249,7 @@ CommandInterpreter::Result CommandInterpreter::Help(const Args& args)
     return Result::Local();
 }
 
-CommandInterpreter::Result CommandInterpreter::Vlan(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Vlan(const Args& args) {
     if (args.Count() == 1) {
         m_console.Print("Current VLAN: %u\n", m_console.CurrentVlan());
         return Result::Local();
@@ -281,8 +266,7 @@ CommandInterpreter::Result CommandInterpreter::Vlan(const Args& args)
     return Result::Local();
 }
 
-CommandInterpreter::Result CommandInterpreter::Run(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Run(const Args& args) {
     if (args.Count() > 2) {
         return Result::Fail("run: too many words; " + UsageOf("run"));
     }
@@ -297,8 +281,7 @@ CommandInterpreter::Result CommandInterpreter::Run(const Args& args)
     return Result::Local();
 }
 
-CommandInterpreter::Result CommandInterpreter::Quit(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Quit(const Args& args) {
     if (args.Count() > 1) {
         return Result::Fail("quit: too many words");
     }
@@ -307,8 +290,7 @@ CommandInterpreter::Result CommandInterpreter::Quit(const Args& args)
     return result;
 }
 
-CommandInterpreter::Result CommandInterpreter::Echo(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Echo(const Args& args) {
     if (args.Count() != 2 || !(Words::Is(args[1], "on") || Words::Is(args[1], "off"))) {
         return Result::Fail("echo: " + UsageOf("echo"));
     }
@@ -316,8 +298,7 @@ CommandInterpreter::Result CommandInterpreter::Echo(const Args& args)
     return Result::Local();
 }
 
-CommandInterpreter::Result CommandInterpreter::Registered(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Registered(const Args& args) {
     const ConsoleCommand* command = ConsoleCommand::Find(args[0].c_str());
     if (command == nullptr) {
         return Result::Fail("unknown command '" + args[0] + "' (try 'help')");

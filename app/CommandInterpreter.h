@@ -34,14 +34,12 @@ public:
         unsigned long endTarget = 0;
 
         static Result Ok() { return Result(); }
-        static Result Local()
-        {
+        static Result Local() {
             Result r;
             r.settle = false;
             return r;
         }
-        static Result Fail(const std::string& error)
-        {
+        static Result Fail(const std::string& error) {
             Result r;
             r.status = FAILED;
             r.error = error;

@@ -15,8 +15,7 @@ namespace {
 // "[source <name>] [type <n>]" after the leading words, in any order, each
 // at most once.
 bool ReadSourceAndType(const std::vector<std::string>& words, size_t first, bool allowSource,
-                       std::string& source, unsigned int& type, std::string& error)
-{
+                       std::string& source, unsigned int& type, std::string& error) {
     bool haveSource = false;
     bool haveType = false;
     for (size_t i = first; i < words.size(); i += 2) {
@@ -49,16 +48,14 @@ bool ReadSourceAndType(const std::vector<std::string>& words, size_t first, bool
     return true;
 }
 
-std::string BaseName(const std::string& path)
-{
+std::string BaseName(const std::string& path) {
     const size_t slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 }  // namespace
 
-CommandInterpreter::Result CommandInterpreter::Load(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Load(const Args& args) {
     if (args.Count() < 2) {
         return Result::Fail("load: missing <file>; " + UsageOf("load"));
     }
@@ -80,8 +77,7 @@ CommandInterpreter::Result CommandInterpreter::Load(const Args& args)
     fclose(probe);
     Options options;
     if (!options.LoadFromFile(path.c_str())) {
-        return Result::Fail("load: '" + file + "' is not valid options: " +
-                            options.Error().str());
+        return Result::Fail("load: '" + file + "' is not valid options: " + options.Error().str());
     }
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     if (manager == nullptr) {
@@ -91,8 +87,7 @@ CommandInterpreter::Result CommandInterpreter::Load(const Args& args)
     return Result::Ok();
 }
 
-CommandInterpreter::Result CommandInterpreter::Unload(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Unload(const Args& args) {
     if (args.Count() < 2) {
         return Result::Fail("unload: missing <source>; " + UsageOf("unload"));
     }

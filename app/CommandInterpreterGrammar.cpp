@@ -95,8 +95,7 @@ const WordHelp WORD_HELP[] = {
 
 }  // namespace
 
-void CommandInterpreter::DescribeCommands(CommandGrammar& grammar)
-{
+void CommandInterpreter::DescribeCommands(CommandGrammar& grammar) {
     for (const WordHelp& entry : WORD_HELP) {
         grammar.AddWordHelp(entry.command, entry.word, entry.help);
     }
@@ -127,8 +126,7 @@ void CommandInterpreter::DescribeCommands(CommandGrammar& grammar)
     }
 }
 
-std::vector<std::string> CommandInterpreter::InterfaceNames() const
-{
+std::vector<std::string> CommandInterpreter::InterfaceNames() const {
     std::vector<std::string> names;
     for (const auto& entry : m_interfaceNames) {
         names.push_back(entry.second);

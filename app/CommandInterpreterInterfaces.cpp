@@ -18,15 +18,13 @@ constexpr unsigned short ROUTER_IF_UP = 2;
 
 // Router status changes go only to VLANs the router manager has created: a
 // change for any other VLAN would leave an empty record behind in it.
-bool VlanExists(DcRouterMgr* manager, unsigned short vlan)
-{
+bool VlanExists(DcRouterMgr* manager, unsigned short vlan) {
     return manager != nullptr && manager->GetDcRouterByVID(vlan, DcRouterMgr::BGP) != nullptr;
 }
 
 }  // namespace
 
-CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Interface(const Args& args) {
     if (args.Count() < 2) {
         return Result::Fail("interface: missing sub-command " + SubCommandsOf("interface"));
     }
@@ -94,8 +92,7 @@ CommandInterpreter::Result CommandInterpreter::Interface(const Args& args)
     return Result::Ok();
 }
 
-CommandInterpreter::Result CommandInterpreter::InterfaceAttach(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::InterfaceAttach(const Args& args) {
     const bool attach = Words::Is(args[1], "attach");
     const std::string prefix = "interface " + args[1] + ": ";
     std::string error;
@@ -112,16 +109,15 @@ CommandInterpreter::Result CommandInterpreter::InterfaceAttach(const Args& args)
     if (m_kernel == nullptr) {
         return Result::Fail(prefix + "the kernel link is off (start with --kernel)");
     }
-    const bool done = attach ? m_kernel->Attach(vlan, args[3], error)
-                             : m_kernel->Detach(vlan, args[3], error);
+    const bool done =
+        attach ? m_kernel->Attach(vlan, args[3], error) : m_kernel->Detach(vlan, args[3], error);
     if (!done) {
         return Result::Fail(prefix + error);
     }
     return Result::Ok();
 }
 
-CommandInterpreter::Result CommandInterpreter::InterfaceAdd(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::InterfaceAdd(const Args& args) {
     std::string error;
     unsigned short vlan = 0;
     unsigned int ifIndex = 0;
@@ -185,8 +181,7 @@ CommandInterpreter::Result CommandInterpreter::InterfaceAdd(const Args& args)
     return Result::Ok();
 }
 
-CommandInterpreter::Result CommandInterpreter::Address(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Address(const Args& args) {
     if (args.Count() < 2) {
         return Result::Fail("address: missing sub-command " + SubCommandsOf("address"));
     }
@@ -195,7 +190,8 @@ CommandInterpreter::Result CommandInterpreter::Address(const Args& args)
     const bool del = Words::Is(verb, "del") || Words::Is(verb, "delete");
     const bool change = Words::Is(verb, "change");
     if (!add && !del && !change) {
-        return Result::Fail("address: unknown sub-command '" + verb + "' " + SubCommandsOf("address"));
+        return Result::Fail("address: unknown sub-command '" + verb + "' " +
+                            SubCommandsOf("address"));
     }
     const std::string prefix = "address " + verb + ": ";
     std::string error;
@@ -246,8 +242,7 @@ CommandInterpreter::Result CommandInterpreter::Address(const Args& args)
     return Result::Ok();
 }
 
-CommandInterpreter::Result CommandInterpreter::Join(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Join(const Args& args) {
     std::string error;
     unsigned short vlan = 0;
     unsigned int ifIndex = 0;
@@ -279,8 +274,7 @@ CommandInterpreter::Result CommandInterpreter::Join(const Args& args)
     return Result::Ok();
 }
 
-CommandInterpreter::Result CommandInterpreter::Leave(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Leave(const Args& args) {
     std::string error;
     unsigned short vlan = 0;
     unsigned int ifIndex = 0;

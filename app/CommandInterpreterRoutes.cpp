@@ -15,8 +15,7 @@ constexpr long ADMIN_DOWN = 2;
 
 }  // namespace
 
-CommandInterpreter::Result CommandInterpreter::Route(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Route(const Args& args) {
     if (args.Count() < 2) {
         return Result::Fail("route: missing sub-command " + SubCommandsOf("route"));
     }
@@ -54,7 +53,8 @@ CommandInterpreter::Result CommandInterpreter::Route(const Args& args)
     }
     Ip4Addr gateway4;
     Ip6Addr gateway6;
-    if (destination.ipv6 ? !Words::ParseIp6(args[5], gateway6) : !Words::ParseIp4(args[5], gateway4)) {
+    if (destination.ipv6 ? !Words::ParseIp6(args[5], gateway6)
+                         : !Words::ParseIp4(args[5], gateway4)) {
         return Result::Fail(prefix + "bad gateway '" + args[5] + "' (an " +
                             (destination.ipv6 ? "IPv6" : "IPv4") + " address)");
     }
@@ -67,12 +67,12 @@ CommandInterpreter::Result CommandInterpreter::Route(const Args& args)
     for (size_t i = 6; i < args.Count(); i += 2) {
         const std::string& word = args[i];
         const bool isIfIndex = Words::Is(word, "ifindex");
-        const bool addOnly = Words::Is(word, "metric") || Words::Is(word, "type") ||
-                             Words::Is(word, "admin");
+        const bool addOnly =
+            Words::Is(word, "metric") || Words::Is(word, "type") || Words::Is(word, "admin");
         if (!isIfIndex && !(addOnly && action == ADD)) {
             return Result::Fail(prefix + "unexpected '" + word + "'; " + UsageOf("route", verb));
         }
-        bool& seen = isIfIndex ? seenIfIndex
+        bool& seen = isIfIndex                   ? seenIfIndex
                      : Words::Is(word, "metric") ? seenMetric
                      : Words::Is(word, "type")   ? seenType
                                                  : seenAdmin;
@@ -102,37 +102,37 @@ CommandInterpreter::Result CommandInterpreter::Route(const Args& args)
     if (!destination.ipv6) {
         const Ip4Addr netmask = Words::Netmask(destination.length);
         switch (action) {
-        case ADD:
-            AddRoute(vlan, destination.ip4, netmask, gateway4, ifIndex, metric,
-                     static_cast<long>(type), admin);
-            break;
-        case REMOVE:
-            RemoveRoute(vlan, destination.ip4, netmask, gateway4, ifIndex);
-            break;
-        case ENABLE:
-            EnableRoute(vlan, destination.ip4, netmask, gateway4, ifIndex);
-            break;
-        case DISABLE:
-            DisableRoute(vlan, destination.ip4, netmask, gateway4, ifIndex);
-            break;
+            case ADD:
+                AddRoute(vlan, destination.ip4, netmask, gateway4, ifIndex, metric,
+                         static_cast<long>(type), admin);
+                break;
+            case REMOVE:
+                RemoveRoute(vlan, destination.ip4, netmask, gateway4, ifIndex);
+                break;
+            case ENABLE:
+                EnableRoute(vlan, destination.ip4, netmask, gateway4, ifIndex);
+                break;
+            case DISABLE:
+                DisableRoute(vlan, destination.ip4, netmask, gateway4, ifIndex);
+                break;
         }
         return Result::Ok();
     }
     const Ip6Prefix prefix6(destination.ip6, destination.length);
     switch (action) {
-    case ADD:
-        AddRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex, metric, static_cast<long>(type),
-                 admin);
-        break;
-    case REMOVE:
-        RemoveRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex);
-        break;
-    case ENABLE:
-        EnableRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex);
-        break;
-    case DISABLE:
-        DisableRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex);
-        break;
+        case ADD:
+            AddRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex, metric,
+                     static_cast<long>(type), admin);
+            break;
+        case REMOVE:
+            RemoveRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex);
+            break;
+        case ENABLE:
+            EnableRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex);
+            break;
+        case DISABLE:
+            DisableRoute(vlan, destination.ip6, prefix6, gateway6, ifIndex);
+            break;
     }
     return Result::Ok();
 }

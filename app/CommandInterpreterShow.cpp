@@ -9,18 +9,15 @@
 
 namespace Zavrel {
 
-CommandInterpreter::Result CommandInterpreter::Ip4(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Ip4(const Args& args) {
     return IpHandlers(args, false);
 }
 
-CommandInterpreter::Result CommandInterpreter::Ip6(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Ip6(const Args& args) {
     return IpHandlers(args, true);
 }
 
-CommandInterpreter::Result CommandInterpreter::IpHandlers(const Args& args, bool ipv6)
-{
+CommandInterpreter::Result CommandInterpreter::IpHandlers(const Args& args, bool ipv6) {
     const char* name = ipv6 ? "ip6" : "ip";
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     if (manager == nullptr) {
@@ -49,21 +46,19 @@ CommandInterpreter::Result CommandInterpreter::IpHandlers(const Args& args, bool
     return Result::Fail(std::string(name) + ": unknown word '" + args[1] + "' (" + known + ")");
 }
 
-CommandInterpreter::Result CommandInterpreter::Rtm4(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Rtm4(const Args& args) {
     return Rtm(args, Sms::AFI_IPV4);
 }
 
-CommandInterpreter::Result CommandInterpreter::Rtm6(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Rtm6(const Args& args) {
     return Rtm(args, Sms::AFI_IPV6);
 }
 
-CommandInterpreter::Result CommandInterpreter::Rtm(const Args& args, unsigned short family)
-{
+CommandInterpreter::Result CommandInterpreter::Rtm(const Args& args, unsigned short family) {
     const std::string name = args[0];
     if (args.Count() < 2) {
-        return Result::Fail(name + ": missing route|rib; " + UsageOf(family == Sms::AFI_IPV6 ? "rtm6" : "rtm"));
+        return Result::Fail(name + ": missing route|rib; " +
+                            UsageOf(family == Sms::AFI_IPV6 ? "rtm6" : "rtm"));
     }
     DcConsoleCommand* command = nullptr;
     if (Words::Is(args[1], "route")) {
@@ -84,18 +79,15 @@ CommandInterpreter::Result CommandInterpreter::Rtm(const Args& args, unsigned sh
     return WaitForEnd();
 }
 
-CommandInterpreter::Result CommandInterpreter::Interfaces4(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Interfaces4(const Args& args) {
     return Interfaces(args, false);
 }
 
-CommandInterpreter::Result CommandInterpreter::Interfaces6(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Interfaces6(const Args& args) {
     return Interfaces(args, true);
 }
 
-CommandInterpreter::Result CommandInterpreter::Interfaces(const Args& args, bool ipv6)
-{
+CommandInterpreter::Result CommandInterpreter::Interfaces(const Args& args, bool ipv6) {
     unsigned short vlan = m_console.CurrentVlan();
     std::string error;
     if (args.Count() > 1 && !ReadVlan(args, 1, vlan, error)) {

@@ -3,8 +3,7 @@
 
 namespace Zavrel {
 
-CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::Stack(const Args& args) {
     if (args.Count() < 2) {
         return Result::Fail("stack: missing sub-command " + SubCommandsOf("stack"));
     }
@@ -86,8 +85,7 @@ CommandInterpreter::Result CommandInterpreter::Stack(const Args& args)
     return Result::Fail("stack: unknown sub-command '" + verb + "' " + SubCommandsOf("stack"));
 }
 
-CommandInterpreter::Result CommandInterpreter::StackRoute(const Args& args)
-{
+CommandInterpreter::Result CommandInterpreter::StackRoute(const Args& args) {
     const bool learn = Words::Is(args[1], "learn");
     const std::string prefix = "stack " + args[1] + ": ";
     std::string error;
@@ -126,7 +124,8 @@ CommandInterpreter::Result CommandInterpreter::StackRoute(const Args& args)
     }
     Ip4Addr gateway4;
     Ip6Addr gateway6;
-    if (destination.ipv6 ? !Words::ParseIp6(args[6], gateway6) : !Words::ParseIp4(args[6], gateway4)) {
+    if (destination.ipv6 ? !Words::ParseIp6(args[6], gateway6)
+                         : !Words::ParseIp4(args[6], gateway4)) {
         return Result::Fail(prefix + "bad gateway '" + args[6] + "' (an " +
                             (destination.ipv6 ? "IPv6" : "IPv4") + " address)");
     }
@@ -151,12 +150,12 @@ CommandInterpreter::Result CommandInterpreter::StackRoute(const Args& args)
     }
     const std::string address =
         destination.ipv6 ? destination.ip6.ToString().str() : destination.ip4.ToString().str();
-    const std::string gateway = destination.ipv6 ? gateway6.ToString().str() : gateway4.ToString().str();
-    const bool accepted =
-        learn ? m_stack.Learn(vlan, destination.ipv6, protocol, address, destination.length, gateway,
-                              ifIndex, metric)
-              : m_stack.Withdraw(vlan, destination.ipv6, protocol, address, destination.length,
-                                 gateway, ifIndex);
+    const std::string gateway =
+        destination.ipv6 ? gateway6.ToString().str() : gateway4.ToString().str();
+    const bool accepted = learn ? m_stack.Learn(vlan, destination.ipv6, protocol, address,
+                                                destination.length, gateway, ifIndex, metric)
+                                : m_stack.Withdraw(vlan, destination.ipv6, protocol, address,
+                                                   destination.length, gateway, ifIndex);
     if (!accepted) {
         return Result::Fail(prefix + "the stack refused the route");
     }

@@ -11,46 +11,44 @@
 
 namespace Zavrel {
 
-const char* CommandLine::Version()
-{
+const char* CommandLine::Version() {
     return ZAVREL_VERSION;
 }
 
-void CommandLine::PrintUsage(FILE* out)
-{
-    fputs("Usage: zavrel-router [options]\n"
-          "\n"
-          "Hosts the zavrel routing library and its embedded routing stack and runs\n"
-          "commands: first those of -c and --script, in the order given, then those\n"
-          "read from standard input (interactively when it is a terminal).\n"
-          "\n"
-          "Options:\n"
-          "  -c, --command 'CMD'    run one command\n"
-          "  -s, --script FILE      run the commands of FILE, one a line ('#' starts a comment)\n"
-          "      --vlan VID         default VLAN of the console (1)\n"
-          "      --virtual-time     run every timer on a virtual clock: scripts run at once\n"
-          "                         and give the same output every time\n"
-          "      --trace LEVEL      print traces up to LEVEL on standard error (0: errors)\n"
-          "      --strict           stop with exit status 1 at the first bad command\n"
-          "      --echo             print each command, after the prompt, before running it\n"
-          "      --no-stdin         do not read commands from standard input\n"
-          "      --settle-limit MS  longest wait for the system to become quiet after a\n"
-          "                         command (300000)\n"
-          "      --kernel           forward for real: the stack's routes go into the kernel's\n"
-          "                         tables (VLAN v: table v) and 'interface attach' binds\n"
-          "                         kernel interfaces to VLANs (needs CAP_NET_ADMIN; see\n"
-          "                         docs/kernel.md)\n"
-          "      --kernel-attach FILE  as --kernel, binding the interfaces FILE names:\n"
-          "                         {\"attach\": [{\"vlan\": 10, \"interface\": \"eth1\"}]}\n"
-          "  -h, --help             print this help and exit\n"
-          "  -V, --version          print the version and exit\n"
-          "\n"
-          "Type 'help' at the prompt for the commands.\n",
-          out);
+void CommandLine::PrintUsage(FILE* out) {
+    fputs(
+        "Usage: zavrel-router [options]\n"
+        "\n"
+        "Hosts the zavrel routing library and its embedded routing stack and runs\n"
+        "commands: first those of -c and --script, in the order given, then those\n"
+        "read from standard input (interactively when it is a terminal).\n"
+        "\n"
+        "Options:\n"
+        "  -c, --command 'CMD'    run one command\n"
+        "  -s, --script FILE      run the commands of FILE, one a line ('#' starts a comment)\n"
+        "      --vlan VID         default VLAN of the console (1)\n"
+        "      --virtual-time     run every timer on a virtual clock: scripts run at once\n"
+        "                         and give the same output every time\n"
+        "      --trace LEVEL      print traces up to LEVEL on standard error (0: errors)\n"
+        "      --strict           stop with exit status 1 at the first bad command\n"
+        "      --echo             print each command, after the prompt, before running it\n"
+        "      --no-stdin         do not read commands from standard input\n"
+        "      --settle-limit MS  longest wait for the system to become quiet after a\n"
+        "                         command (300000)\n"
+        "      --kernel           forward for real: the stack's routes go into the kernel's\n"
+        "                         tables (VLAN v: table v) and 'interface attach' binds\n"
+        "                         kernel interfaces to VLANs (needs CAP_NET_ADMIN; see\n"
+        "                         docs/kernel.md)\n"
+        "      --kernel-attach FILE  as --kernel, binding the interfaces FILE names:\n"
+        "                         {\"attach\": [{\"vlan\": 10, \"interface\": \"eth1\"}]}\n"
+        "  -h, --help             print this help and exit\n"
+        "  -V, --version          print the version and exit\n"
+        "\n"
+        "Type 'help' at the prompt for the commands.\n",
+        out);
 }
 
-bool CommandLine::Parse(int argc, char** argv, std::string& error)
-{
+bool CommandLine::Parse(int argc, char** argv, std::string& error) {
     for (int i = 0; i < argc; ++i) {
         std::string arg = argv[i] != nullptr ? argv[i] : "";
         std::string value;

@@ -16,8 +16,7 @@ const char Completer::WORD_BREAKS[] = " \t";
 
 namespace {
 
-bool StartsWith(const std::string& word, const std::string& prefix)
-{
+bool StartsWith(const std::string& word, const std::string& prefix) {
     return word.size() >= prefix.size() &&
            strncasecmp(word.c_str(), prefix.c_str(), prefix.size()) == 0;
 }
@@ -26,8 +25,7 @@ bool StartsWith(const std::string& word, const std::string& prefix)
 // empty when the text ends in a blank. Quotes are not taken apart here: a
 // line with an open quote completes nothing.
 bool SplitForCompletion(const std::string& text, std::vector<std::string>& words,
-                        std::string& partial)
-{
+                        std::string& partial) {
     std::string error;
     if (!Words::Split(text, words, error)) {
         return false;
@@ -43,17 +41,13 @@ bool SplitForCompletion(const std::string& text, std::vector<std::string>& words
 }  // namespace
 
 Completer::Completer(GrammarSource grammar, ValueSource values)
-    : m_grammar(std::move(grammar)), m_values(std::move(values))
-{
-}
+    : m_grammar(std::move(grammar)), m_values(std::move(values)) {}
 
-Completer::~Completer()
-{
+Completer::~Completer() {
     Uninstall();
 }
 
-Completer::Candidates Completer::Complete(const std::string& text) const
-{
+Completer::Candidates Completer::Complete(const std::string& text) const {
     Candidates candidates;
     std::vector<std::string> words;
     std::string partial;
@@ -86,8 +80,7 @@ Completer::Candidates Completer::Complete(const std::string& text) const
     return candidates;
 }
 
-std::string Completer::Help(const std::string& text) const
-{
+std::string Completer::Help(const std::string& text) const {
     std::vector<std::string> words;
     std::string partial;
     if (!SplitForCompletion(text, words, partial)) {
@@ -125,8 +118,7 @@ std::string Completer::Help(const std::string& text) const
     return help;
 }
 
-std::string Completer::Listing(const std::vector<GrammarChoice>& choices, size_t width)
-{
+std::string Completer::Listing(const std::vector<GrammarChoice>& choices, size_t width) {
     std::string text;
     size_t column = 0;
     for (const GrammarChoice& choice : choices) {
@@ -144,8 +136,7 @@ std::string Completer::Listing(const std::vector<GrammarChoice>& choices, size_t
     return text + "\n";
 }
 
-void Completer::Install()
-{
+void Completer::Install() {
     s_installed = this;
     rl_attempted_completion_function = &Completer::Attempt;
     rl_completion_display_matches_hook = &Completer::Display;
@@ -158,8 +149,7 @@ void Completer::Install()
     rl_bind_key('?', &Completer::HelpKey);
 }
 
-void Completer::Uninstall()
-{
+void Completer::Uninstall() {
     if (s_installed != this) {
         return;
     }
@@ -171,8 +161,7 @@ void Completer::Uninstall()
     rl_bind_key('?', rl_insert);
 }
 
-char** Completer::Attempt(const char* text, int start, int)
-{
+char** Completer::Attempt(const char* text, int start, int) {
     // Never fall back to file names.
     rl_attempted_completion_over = 1;
     if (s_installed == nullptr) {
@@ -223,8 +212,7 @@ char** Completer::Attempt(const char* text, int start, int)
     return array;
 }
 
-void Completer::Display(char**, int, int)
-{
+void Completer::Display(char**, int, int) {
     if (s_installed == nullptr) {
         return;
     }
@@ -238,8 +226,7 @@ void Completer::Display(char**, int, int)
     rl_redisplay();
 }
 
-int Completer::HelpKey(int count, int key)
-{
+int Completer::HelpKey(int count, int key) {
     const std::string before(rl_line_buffer, static_cast<size_t>(rl_point));
     const std::string help = s_installed != nullptr ? s_installed->Help(before) : std::string();
     if (help.empty()) {

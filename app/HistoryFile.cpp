@@ -11,15 +11,13 @@ namespace Zavrel {
 
 namespace {
 
-bool IsSet(const char* value)
-{
+bool IsSet(const char* value) {
     return value != nullptr && value[0] != '\0';
 }
 
 // Creates every missing directory of path (mode 0700: a history is
 // private); false when one cannot be made.
-bool MakeDirectories(const std::string& path)
-{
+bool MakeDirectories(const std::string& path) {
     for (size_t slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
         const std::string part = path.substr(0, slash);
         if (mkdir(part.c_str(), 0700) != 0 && errno != EEXIST) {
@@ -33,8 +31,7 @@ bool MakeDirectories(const std::string& path)
 
 }  // namespace
 
-std::string HistoryFile::PathFrom(const char* stateHome, const char* home)
-{
+std::string HistoryFile::PathFrom(const char* stateHome, const char* home) {
     if (IsSet(stateHome)) {
         return std::string(stateHome) + "/zavrel-router/history";
     }
@@ -44,18 +41,14 @@ std::string HistoryFile::PathFrom(const char* stateHome, const char* home)
     return std::string();
 }
 
-std::string HistoryFile::DefaultPath()
-{
+std::string HistoryFile::DefaultPath() {
     return PathFrom(getenv("XDG_STATE_HOME"), getenv("HOME"));
 }
 
 HistoryFile::HistoryFile(std::string path, int maxLines)
-    : m_path(std::move(path)), m_maxLines(maxLines)
-{
-}
+    : m_path(std::move(path)), m_maxLines(maxLines) {}
 
-std::string HistoryFile::Load()
-{
+std::string HistoryFile::Load() {
     stifle_history(m_maxLines);
     if (m_path.empty() || read_history(m_path.c_str()) != 0) {
         return std::string();
@@ -64,8 +57,7 @@ std::string HistoryFile::Load()
     return last != nullptr && last->line != nullptr ? std::string(last->line) : std::string();
 }
 
-bool HistoryFile::Save() const
-{
+bool HistoryFile::Save() const {
     if (m_path.empty()) {
         return false;
     }

@@ -1,14 +1,14 @@
 #include "app/KernelLinks.h"
 
 #include <arpa/inet.h>
-#include <cerrno>
-#include <cstring>
 #include <libmnl/libmnl.h>
 #include <linux/if.h>
 #include <linux/if_addr.h>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
+#include <cerrno>
+#include <cstring>
 
 #include <vector>
 
@@ -138,10 +138,12 @@ bool KernelLinks::DumpNow(uint16_t type, std::string& error) {
     request->nlmsg_type = type;
     request->nlmsg_seq = ++m_sequence;
     if (type == RTM_GETLINK) {
-        auto* info = static_cast<ifinfomsg*>(mnl_nlmsg_put_extra_header(request, sizeof(ifinfomsg)));
+        auto* info =
+            static_cast<ifinfomsg*>(mnl_nlmsg_put_extra_header(request, sizeof(ifinfomsg)));
         info->ifi_family = AF_UNSPEC;
     } else {
-        auto* info = static_cast<ifaddrmsg*>(mnl_nlmsg_put_extra_header(request, sizeof(ifaddrmsg)));
+        auto* info =
+            static_cast<ifaddrmsg*>(mnl_nlmsg_put_extra_header(request, sizeof(ifaddrmsg)));
         info->ifa_family = AF_UNSPEC;
     }
     return Emulator::RunNetlinkDump(m_requests, request, OnMessage, this, "interface dump", error);

@@ -25,7 +25,7 @@ struct KernelLink {
     std::string name;
     uint32_t flags = 0;  // IFF_*
     uint32_t mtu = 0;
-    bool up = false;     // administratively up and running
+    bool up = false;  // administratively up and running
 };
 
 struct KernelAddress {

@@ -77,7 +77,8 @@ public:
 private:
     class RetryTimer : public OneShotTimer {
     public:
-        explicit RetryTimer(KernelPlane& plane) : OneShotTimer("kernel-retry", nullptr), m_plane(plane) {}
+        explicit RetryTimer(KernelPlane& plane)
+            : OneShotTimer("kernel-retry", nullptr), m_plane(plane) {}
 
     protected:
         void OnExpire(unsigned int, void*) override { m_plane.Retry(); }

@@ -1,12 +1,12 @@
 #include "app/KernelRules.h"
 
-#include <cerrno>
-#include <cstring>
 #include <libmnl/libmnl.h>
 #include <linux/fib_rules.h>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
+#include <cerrno>
+#include <cstring>
 #include <vector>
 
 #include "emulator/KernelFib.h"
@@ -52,8 +52,8 @@ int OnDumpedRule(const nlmsghdr* message, void* data) {
     if (header->action == FR_ACT_TO_TBL) {
         table = t[FRA_TABLE] != nullptr ? mnl_attr_get_u32(t[FRA_TABLE]) : header->table;
     }
-    static_cast<DumpState*>(data)->adopted->emplace(header->family, mnl_attr_get_str(t[FRA_IIFNAME]),
-                                                    mnl_attr_get_u32(t[FRA_PRIORITY]), table);
+    static_cast<DumpState*>(data)->adopted->emplace(
+        header->family, mnl_attr_get_str(t[FRA_IIFNAME]), mnl_attr_get_u32(t[FRA_PRIORITY]), table);
     return MNL_CB_OK;
 }
 
@@ -86,7 +86,8 @@ bool KernelRules::Dump(int family, std::string& error) {
     nlmsghdr* request = mnl_nlmsg_put_header(buffer.data());
     request->nlmsg_type = RTM_GETRULE;
     request->nlmsg_seq = ++m_sequence;
-    auto* header = static_cast<fib_rule_hdr*>(mnl_nlmsg_put_extra_header(request, sizeof(fib_rule_hdr)));
+    auto* header =
+        static_cast<fib_rule_hdr*>(mnl_nlmsg_put_extra_header(request, sizeof(fib_rule_hdr)));
     header->family = static_cast<uint8_t>(family);
     DumpState state;
     state.adopted = &m_adopted;
@@ -102,7 +103,8 @@ bool KernelRules::Write(bool add, const Rule& rule, std::string& error) {
         message->nlmsg_flags |= NLM_F_CREATE | NLM_F_EXCL;
     }
     message->nlmsg_seq = ++m_sequence;
-    auto* header = static_cast<fib_rule_hdr*>(mnl_nlmsg_put_extra_header(message, sizeof(fib_rule_hdr)));
+    auto* header =
+        static_cast<fib_rule_hdr*>(mnl_nlmsg_put_extra_header(message, sizeof(fib_rule_hdr)));
     const uint32_t table = std::get<3>(rule);
     header->family = static_cast<uint8_t>(std::get<0>(rule));
     header->action = table != 0 ? FR_ACT_TO_TBL : FR_ACT_UNREACHABLE;

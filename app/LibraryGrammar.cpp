@@ -7,8 +7,7 @@ namespace Zavrel {
 
 namespace {
 
-std::string Trim(const std::string& text)
-{
+std::string Trim(const std::string& text) {
     const size_t first = text.find_first_not_of(' ');
     if (first == std::string::npos) {
         return std::string();
@@ -19,16 +18,14 @@ std::string Trim(const std::string& text)
 }  // namespace
 
 void LibraryGrammar::DescribeHandler(CommandGrammar& grammar, const std::string& table,
-                                     const std::string& word, const std::string& help)
-{
+                                     const std::string& word, const std::string& help) {
     // The words after the table's word are the handler's own business.
     const std::string summary = Trim(help.substr(0, help.find('\n')));
     grammar.AddForm(table + " " + word + " ...", summary);
     grammar.AddWordHelp(table, word, summary);
 }
 
-void LibraryGrammar::Describe(CommandGrammar& grammar)
-{
+void LibraryGrammar::Describe(CommandGrammar& grammar) {
     if (DcRouterMgr* manager = DcRouterMgr::GetInstance()) {
         for (const auto& entry : manager->GetIp4ConCmdHandlers()) {
             DescribeHandler(grammar, "ip", entry.first.c_str(), entry.second.GetHelp().c_str());

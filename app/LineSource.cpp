@@ -15,29 +15,25 @@ namespace Zavrel {
 
 namespace {
 
-LineSource::InputWait& InputWaitHook()
-{
+LineSource::InputWait& InputWaitHook() {
     static LineSource::InputWait wait;
     return wait;
 }
 
 // readline's way to read a key, waiting on the loop first.
-int WaitingGetc(FILE* stream)
-{
+int WaitingGetc(FILE* stream) {
     InputWaitHook()(fileno(stream));
     return rl_getc(stream);
 }
 
 }  // namespace
 
-void LineSource::SetInputWait(InputWait wait)
-{
+void LineSource::SetInputWait(InputWait wait) {
     InputWaitHook() = std::move(wait);
     rl_getc_function = InputWaitHook() ? WaitingGetc : rl_getc;
 }
 
-void LineSource::WaitForInput(int fd)
-{
+void LineSource::WaitForInput(int fd) {
     if (InputWaitHook()) {
         InputWaitHook()(fd);
     }
@@ -46,12 +42,9 @@ void LineSource::WaitForInput(int fd)
 LineSource::~LineSource() = default;
 
 ArgumentSource::ArgumentSource(const std::string& command, unsigned int number)
-    : m_command(command), m_number(number)
-{
-}
+    : m_command(command), m_number(number) {}
 
-bool ArgumentSource::Next(std::string& line)
-{
+bool ArgumentSource::Next(std::string& line) {
     if (m_done) {
         return false;
     }
@@ -60,13 +53,11 @@ bool ArgumentSource::Next(std::string& line)
     return true;
 }
 
-std::string ArgumentSource::Where() const
-{
+std::string ArgumentSource::Where() const {
     return "-c #" + std::to_string(m_number);
 }
 
-StreamSource::StreamSource(const std::string& path) : m_name(path)
-{
+StreamSource::StreamSource(const std::string& path) : m_name(path) {
     m_stream = fopen(path.c_str(), "r");
     if (m_stream == nullptr) {
         m_error = strerror(errno);
@@ -79,19 +70,16 @@ StreamSource::StreamSource(const std::string& path) : m_name(path)
     }
 }
 
-StreamSource::StreamSource(FILE* stream, const std::string& name) : m_stream(stream), m_name(name)
-{
-}
+StreamSource::StreamSource(FILE* stream, const std::string& name)
+    : m_stream(stream), m_name(name) {}
 
-StreamSource::~StreamSource()
-{
+StreamSource::~StreamSource() {
     if (m_owned && m_stream != nullptr) {
         fclose(m_stream);
     }
 }
 
-bool StreamSource::Next(std::string& line)
-{
+bool StreamSource::Next(std::string& line) {
     if (m_stream == nullptr) {
         return false;
     }
@@ -116,15 +104,13 @@ bool StreamSource::Next(std::string& line)
     return true;
 }
 
-std::string StreamSource::Where() const
-{
+std::string StreamSource::Where() const {
     return m_name + ":" + std::to_string(m_line);
 }
 
 ReadlineSource::ReadlineSource(std::function<std::string()> prompt, Completer* completer,
                                HistoryFile* history)
-    : m_prompt(std::move(prompt)), m_completer(completer), m_history(history)
-{
+    : m_prompt(std::move(prompt)), m_completer(completer), m_history(history) {
     // Lets an inputrc tell this program's settings apart ($if zavrel-router).
     rl_readline_name = "zavrel-router";
     if (m_completer != nullptr) {
@@ -135,8 +121,7 @@ ReadlineSource::ReadlineSource(std::function<std::string()> prompt, Completer* c
     }
 }
 
-ReadlineSource::~ReadlineSource()
-{
+ReadlineSource::~ReadlineSource() {
     if (m_history != nullptr) {
         // A history that cannot be written (no HOME, a read-only place) is
         // lost quietly, as shells do: it is no reason to complain at exit.
@@ -147,8 +132,7 @@ ReadlineSource::~ReadlineSource()
     }
 }
 
-bool ReadlineSource::Next(std::string& line)
-{
+bool ReadlineSource::Next(std::string& line) {
     const std::string prompt = m_prompt ? m_prompt() : std::string("> ");
     char* text = readline(prompt.c_str());
     if (text == nullptr) {

@@ -4,15 +4,13 @@
 
 namespace Zavrel {
 
-LoopDriver::~LoopDriver()
-{
+LoopDriver::~LoopDriver() {
     if (m_installed != nullptr) {
         EventLoop::SetCurrent(m_previous);
     }
 }
 
-std::unique_ptr<LoopDriver> LoopDriver::Create(bool virtualTime)
-{
+std::unique_ptr<LoopDriver> LoopDriver::Create(bool virtualTime) {
     if (virtualTime) {
         return std::make_unique<VirtualLoopDriver>();
     }
@@ -23,34 +21,29 @@ std::unique_ptr<LoopDriver> LoopDriver::Create(bool virtualTime)
     return real;
 }
 
-void LoopDriver::Install(EventLoop& loop)
-{
+void LoopDriver::Install(EventLoop& loop) {
     m_installed = &loop;
     m_previous = EventLoop::SetCurrent(&loop);
 }
 
-uint64_t LoopDriver::NowMs() const
-{
+uint64_t LoopDriver::NowMs() const {
     return m_installed != nullptr ? m_installed->NowMs() : 0;
 }
 
-void LoopDriver::RunFor(uint64_t ms)
-{
+void LoopDriver::RunFor(uint64_t ms) {
     const uint64_t deadline = NowMs() + ms;
     do {
         Step(deadline);
     } while (NowMs() < deadline);
 }
 
-VirtualLoopDriver::VirtualLoopDriver()
-{
+VirtualLoopDriver::VirtualLoopDriver() {
     Install(m_loop);
 }
 
 VirtualLoopDriver::~VirtualLoopDriver() = default;
 
-void VirtualLoopDriver::Step(uint64_t deadline)
-{
+void VirtualLoopDriver::Step(uint64_t deadline) {
     if (m_loop.RunDue() > 0) {
         return;
     }
@@ -63,18 +56,15 @@ void VirtualLoopDriver::Step(uint64_t deadline)
     }
 }
 
-RealLoopDriver::RealLoopDriver() : m_wake("AppLoopWake", nullptr)
-{
+RealLoopDriver::RealLoopDriver() : m_wake("AppLoopWake", nullptr) {
     Install(m_loop);
 }
 
-RealLoopDriver::~RealLoopDriver()
-{
+RealLoopDriver::~RealLoopDriver() {
     m_wake.Stop();
 }
 
-void RealLoopDriver::Step(uint64_t deadline)
-{
+void RealLoopDriver::Step(uint64_t deadline) {
     const uint64_t now = m_loop.NowMs();
     const uint64_t wait = deadline > now ? std::min<uint64_t>(deadline - now, MAX_WAIT_MS) : 0;
     // The wake timer bounds the wait even when nothing else is armed.

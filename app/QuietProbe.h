@@ -12,9 +12,9 @@ namespace Zavrel {
 class QuietProbe {
 public:
     enum State {
-        BUSY,             // work is in progress or due
-        QUIET,            // nothing is in progress or due
-        PROBABLY_QUIET,   // nothing in progress; whether something is due is not known
+        BUSY,            // work is in progress or due
+        QUIET,           // nothing is in progress or due
+        PROBABLY_QUIET,  // nothing in progress; whether something is due is not known
     };
 
     virtual ~QuietProbe();

@@ -7,8 +7,7 @@ namespace Zavrel {
 
 namespace {
 
-uint64_t WallMs()
-{
+uint64_t WallMs() {
     using namespace std::chrono;
     return static_cast<uint64_t>(
         duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
@@ -18,8 +17,7 @@ uint64_t WallMs()
 
 Settler::Settler(LoopDriver& driver, QuietProbe& probe) : m_driver(driver), m_probe(probe) {}
 
-bool Settler::RunUntilQuiet(const std::function<bool()>& ended)
-{
+bool Settler::RunUntilQuiet(const std::function<bool()>& ended) {
     const uint64_t start = m_driver.NowMs();
     const uint64_t limit = start + m_limit;
     const uint64_t wallStart = WallMs();
@@ -61,8 +59,7 @@ bool Settler::RunUntilQuiet(const std::function<bool()>& ended)
     }
 }
 
-void Settler::ShowProgress(uint64_t startMs, bool final)
-{
+void Settler::ShowProgress(uint64_t startMs, bool final) {
     if (m_progress == nullptr) {
         return;
     }

@@ -44,9 +44,8 @@ public:
     bool Learn(unsigned short vlan, bool ipv6, Protocol protocol, const std::string& destination,
                unsigned int prefixLength, const std::string& nextHop, unsigned int ifIndex,
                unsigned int metric);
-    bool Withdraw(unsigned short vlan, bool ipv6, Protocol protocol,
-                  const std::string& destination, unsigned int prefixLength,
-                  const std::string& nextHop, unsigned int ifIndex);
+    bool Withdraw(unsigned short vlan, bool ipv6, Protocol protocol, const std::string& destination,
+                  unsigned int prefixLength, const std::string& nextHop, unsigned int ifIndex);
     // True when the stack has nothing in hand: no request unanswered, no
     // table walk in progress, no delayed answer.
     bool IsIdle();

@@ -7,8 +7,7 @@ namespace Zavrel {
 
 StdoutConsole::StdoutConsole(FILE* out, unsigned short vlan) : m_out(out), m_vlan(vlan) {}
 
-void StdoutConsole::VPrint(const char* format, va_list args)
-{
+void StdoutConsole::VPrint(const char* format, va_list args) {
     if (format == nullptr) {
         return;
     }
@@ -29,8 +28,7 @@ void StdoutConsole::VPrint(const char* format, va_list args)
     Write(large.data(), static_cast<size_t>(needed));
 }
 
-void StdoutConsole::ErrorPrint(const char* message)
-{
+void StdoutConsole::ErrorPrint(const char* message) {
     // The library's error words ("End of table", "Gen Error", ...) are part
     // of a command's output, so they go where the rest of it goes.
     if (message != nullptr) {
@@ -38,15 +36,13 @@ void StdoutConsole::ErrorPrint(const char* message)
     }
 }
 
-int StdoutConsole::EndOfCommand()
-{
+int StdoutConsole::EndOfCommand() {
     ++m_ends;
     fflush(m_out);
     return 0;
 }
 
-void StdoutConsole::Write(const char* text, size_t length)
-{
+void StdoutConsole::Write(const char* text, size_t length) {
     if (length == 0) {
         return;
     }
@@ -54,8 +50,7 @@ void StdoutConsole::Write(const char* text, size_t length)
     m_atLineStart = text[length - 1] == '\n';
 }
 
-void StdoutConsole::Flush()
-{
+void StdoutConsole::Flush() {
     fflush(m_out);
 }
 

@@ -10,8 +10,7 @@ namespace Zavrel {
 
 SystemProbe::SystemProbe(StackControl& stack) : m_stack(stack) {}
 
-bool SystemProbe::SerializerEmpty()
-{
+bool SystemProbe::SerializerEmpty() {
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     if (manager == nullptr) {
         return true;
@@ -22,8 +21,7 @@ bool SystemProbe::SerializerEmpty()
     return pending.str().find("\n(Actions_Count=") == std::string::npos;
 }
 
-QuietProbe::State SystemProbe::SchedulerState()
-{
+QuietProbe::State SystemProbe::SchedulerState() {
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     if (manager == nullptr) {
         return QUIET;
@@ -35,7 +33,8 @@ QuietProbe::State SystemProbe::SchedulerState()
     // item; a tick walks each bucket in order and stops at the first item
     // whose RTM instance is not ready.
     for (unsigned int id = 0; id <= 0xFFFF && found < buckets; ++id) {
-        for (unsigned int kind : {DcRtmMgr::CFG_KEY_STATIC_ROUTE, DcRtmMgr::CFG_KEY_REDISTRIBUTION}) {
+        for (unsigned int kind :
+             {DcRtmMgr::CFG_KEY_STATIC_ROUTE, DcRtmMgr::CFG_KEY_REDISTRIBUTION}) {
             const CfgKey key(id, kind);
             if (!scheduler.HasBucket(key)) {
                 continue;
@@ -57,16 +56,14 @@ QuietProbe::State SystemProbe::SchedulerState()
     return found == buckets ? QUIET : PROBABLY_QUIET;
 }
 
-QuietProbe::State SystemProbe::Check()
-{
+QuietProbe::State SystemProbe::Check() {
     if (!m_stack.IsIdle() || !SerializerEmpty()) {
         return BUSY;
     }
     return SchedulerState();
 }
 
-std::string SystemProbe::ProgressText()
-{
+std::string SystemProbe::ProgressText() {
     return m_stack.ProgressText();
 }
 

@@ -1,12 +1,11 @@
 #include "app/Words.h"
 
-#include <cctype>
 #include <strings.h>
+#include <cctype>
 
 namespace Zavrel {
 
-bool Words::Split(const std::string& line, std::vector<std::string>& words, std::string& error)
-{
+bool Words::Split(const std::string& line, std::vector<std::string>& words, std::string& error) {
     words.clear();
     size_t i = 0;
     const size_t n = line.size();
@@ -39,13 +38,11 @@ bool Words::Split(const std::string& line, std::vector<std::string>& words, std:
     return true;
 }
 
-bool Words::Is(const std::string& word, const char* keyword)
-{
+bool Words::Is(const std::string& word, const char* keyword) {
     return strcasecmp(word.c_str(), keyword) == 0;
 }
 
-bool Words::ParseNumber(const std::string& text, uint64_t max, uint64_t& value)
-{
+bool Words::ParseNumber(const std::string& text, uint64_t max, uint64_t& value) {
     if (text.empty()) {
         return false;
     }
@@ -75,8 +72,7 @@ bool Words::ParseNumber(const std::string& text, uint64_t max, uint64_t& value)
     return true;
 }
 
-bool Words::ParseUnsigned(const std::string& text, unsigned int& value)
-{
+bool Words::ParseUnsigned(const std::string& text, unsigned int& value) {
     uint64_t v = 0;
     if (!ParseNumber(text, 0xFFFFFFFFu, v)) {
         return false;
@@ -85,8 +81,7 @@ bool Words::ParseUnsigned(const std::string& text, unsigned int& value)
     return true;
 }
 
-bool Words::ParseVlan(const std::string& text, unsigned short& vlan)
-{
+bool Words::ParseVlan(const std::string& text, unsigned short& vlan) {
     uint64_t v = 0;
     if (!ParseNumber(text, MAX_VLAN, v) || v == 0) {
         return false;
@@ -95,13 +90,11 @@ bool Words::ParseVlan(const std::string& text, unsigned short& vlan)
     return true;
 }
 
-bool Words::ParseIp4(const std::string& text, Ip4Addr& address)
-{
+bool Words::ParseIp4(const std::string& text, Ip4Addr& address) {
     return address.FromString(string(text));
 }
 
-bool Words::ParseIp6(const std::string& text, Ip6Addr& address)
-{
+bool Words::ParseIp6(const std::string& text, Ip6Addr& address) {
     // Only texts with a colon are IPv6: a dotted quad alone is IPv4.
     if (text.find(':') == std::string::npos) {
         return false;
@@ -109,8 +102,7 @@ bool Words::ParseIp6(const std::string& text, Ip6Addr& address)
     return address.FromString(string(text));
 }
 
-bool Words::ParsePrefix(const std::string& text, AppPrefix& prefix)
-{
+bool Words::ParsePrefix(const std::string& text, AppPrefix& prefix) {
     const size_t slash = text.find('/');
     if (slash == std::string::npos || slash == 0) {
         return false;
@@ -144,8 +136,7 @@ bool Words::ParsePrefix(const std::string& text, AppPrefix& prefix)
     return true;
 }
 
-Ip4Addr Words::Netmask(unsigned int length)
-{
+Ip4Addr Words::Netmask(unsigned int length) {
     if (length == 0) {
         return Ip4Addr();
     }

@@ -26,8 +26,7 @@ public:
     // Splits a line at blanks. A word may be quoted with double quotes to
     // hold blanks; a '#' at the start of a word begins a comment. Returns
     // false (with an error text) for an unterminated quote.
-    static bool Split(const std::string& line, std::vector<std::string>& words,
-                      std::string& error);
+    static bool Split(const std::string& line, std::vector<std::string>& words, std::string& error);
 
     // True when word equals keyword, compared without regard to case.
     static bool Is(const std::string& word, const char* keyword);

@@ -2,8 +2,7 @@
 #include "app/Application.h"
 #include "protocols/RegisterProtocols.h"
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     // The protocol routers enter the library's registry before anything
     // uses the router manager.
     Zavrel::RegisterProtocols();

@@ -59,11 +59,8 @@ private:
 class BenchEnvironment {
 public:
     BenchEnvironment()
-        : m_previousSink(SetTraceSink(&m_quiet)), m_previousLoop(EventLoop::SetCurrent(&loop))
-    {
-    }
-    ~BenchEnvironment()
-    {
+        : m_previousSink(SetTraceSink(&m_quiet)), m_previousLoop(EventLoop::SetCurrent(&loop)) {}
+    ~BenchEnvironment() {
         EventLoop::SetCurrent(m_previousLoop);
         SetTraceSink(m_previousSink);
     }
@@ -83,8 +80,7 @@ private:
 // The library and the stack are process-wide and never torn down, so a
 // scenario can start them only once: true the first time; later calls mark
 // the benchmark skipped with the reason and return false.
-inline bool FirstRunInProcess(benchmark::State& state, const char* reason)
-{
+inline bool FirstRunInProcess(benchmark::State& state, const char* reason) {
     static bool ran = false;
     if (!ran) {
         ran = true;

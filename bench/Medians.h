@@ -14,8 +14,7 @@ namespace Zavrel::bench {
 
 // CPU time of the calling thread, in seconds: time the machine gives to
 // other work does not count.
-inline double ThreadCpuSeconds()
-{
+inline double ThreadCpuSeconds() {
     timespec now{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
@@ -27,16 +26,14 @@ public:
     size_t Count() const { return m_values.size(); }
     // The middle value (the mean of the two middle ones for an even
     // count); 0 without rounds.
-    double Median() const
-    {
+    double Median() const {
         if (m_values.empty()) {
             return 0;
         }
         std::vector<double> sorted(m_values);
         std::sort(sorted.begin(), sorted.end());
         const size_t middle = sorted.size() / 2;
-        return sorted.size() % 2 != 0 ? sorted[middle]
-                                      : (sorted[middle - 1] + sorted[middle]) / 2;
+        return sorted.size() % 2 != 0 ? sorted[middle] : (sorted[middle - 1] + sorted[middle]) / 2;
     }
 
 private:

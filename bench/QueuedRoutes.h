@@ -27,22 +27,22 @@ const unsigned short kRouteVlan = 10;
 const CfgKey kRouteKey(kRouteVlan, 0x3d000003);
 
 // The route with this number: 10.a.b.c/32 via 192.168.0.1.
-inline StaticRouteItem* Route(uint32_t n, long rowStatus = 1)
-{
+inline StaticRouteItem* Route(uint32_t n, long rowStatus = 1) {
     const unsigned char destination[4] = {10, static_cast<unsigned char>(n >> 16),
                                           static_cast<unsigned char>(n >> 8),
                                           static_cast<unsigned char>(n)};
     const unsigned char nextHop[4] = {192, 168, 0, 1};
-    return new StaticRouteItem(kRouteVlan, 1, rowStatus, 1, destination, 32, nextHop, 3, 1,
-                               0x30000, 0);
+    return new StaticRouteItem(kRouteVlan, 1, rowStatus, 1, destination, 32, nextHop, 3, 1, 0x30000,
+                               0);
 }
 
 // Drops what the stack double recorded.
-inline void ForgetStackCalls() { test::RecordingStack::Instance().ClearCalls(); }
+inline void ForgetStackCalls() {
+    test::RecordingStack::Instance().ClearCalls();
+}
 
 // Inserts routes first..first+count-1.
-inline void InsertRoutes(CfgSched& sched, size_t count, uint32_t first = 0)
-{
+inline void InsertRoutes(CfgSched& sched, size_t count, uint32_t first = 0) {
     for (uint32_t n = 0; n < count; ++n) {
         sched.Insert(kRouteKey, Route(first + n));
         if (n % 4096 == 0) {
@@ -53,8 +53,7 @@ inline void InsertRoutes(CfgSched& sched, size_t count, uint32_t first = 0)
 }
 
 // Ticks until the scheduler has examined `expected` New items.
-inline void SendAll(CfgSched& sched, size_t expected)
-{
+inline void SendAll(CfgSched& sched, size_t expected) {
     for (size_t tick = 0; tick < expected / 31 + 2; ++tick) {
         sched.OnTimeout(100, nullptr);
         if (tick % 64 == 0) {
@@ -65,8 +64,7 @@ inline void SendAll(CfgSched& sched, size_t expected)
 }
 
 // Bytes the C library's allocator has handed out and not taken back.
-inline long long HeapBytesInUse()
-{
+inline long long HeapBytesInUse() {
     const struct mallinfo2 info = mallinfo2();
     return static_cast<long long>(info.uordblks) + static_cast<long long>(info.hblkhd);
 }
@@ -79,8 +77,7 @@ struct QueuedRouteBytes {
 // Files `routes` routes in a scheduler, then sends them all while the
 // serializer is not ready, so that every action stays queued in it. Must
 // run before anything makes the serializer ready (false then).
-inline bool MeasureQueuedRouteBytes(size_t routes, QueuedRouteBytes& bytes)
-{
+inline bool MeasureQueuedRouteBytes(size_t routes, QueuedRouteBytes& bytes) {
     Serializer& serializer = DcRouterMgr::GetInstance()->GetSerializer();
     if (serializer.IsReady()) {
         return false;

@@ -55,8 +55,7 @@ const unsigned short kVlan = bench::kRouteVlan;
 const int kBatch = 256;
 
 // The routes with these numbers, in their order.
-std::vector<StaticRouteItem*> Routes(const std::vector<uint32_t>& numbers)
-{
+std::vector<StaticRouteItem*> Routes(const std::vector<uint32_t>& numbers) {
     std::vector<StaticRouteItem*> items;
     for (uint32_t n : numbers) {
         items.push_back(Route(n));
@@ -64,21 +63,23 @@ std::vector<StaticRouteItem*> Routes(const std::vector<uint32_t>& numbers)
     return items;
 }
 
-void DeleteAll(const std::vector<StaticRouteItem*>& items)
-{
+void DeleteAll(const std::vector<StaticRouteItem*>& items) {
     for (StaticRouteItem* item : items) {
         delete item;
     }
 }
 
-Serializer& TheSerializer() { return DcRouterMgr::GetInstance()->GetSerializer(); }
+Serializer& TheSerializer() {
+    return DcRouterMgr::GetInstance()->GetSerializer();
+}
 
-void Forget() { ForgetStackCalls(); }
+void Forget() {
+    ForgetStackCalls();
+}
 
 // The stack reports the requests on these routes' rows done: the
 // serializer drops each outstanding request and issues the next one.
-void Complete(const std::vector<uint32_t>& numbers)
-{
+void Complete(const std::vector<uint32_t>& numbers) {
     for (uint32_t n : numbers) {
         StaticRouteItem* probe = Route(n);
         MibOid& oid = probe->GetOid();
@@ -89,8 +90,7 @@ void Complete(const std::vector<uint32_t>& numbers)
     Forget();
 }
 
-std::vector<uint32_t> Spread(uint32_t first, uint32_t cursor, size_t held)
-{
+std::vector<uint32_t> Spread(uint32_t first, uint32_t cursor, size_t held) {
     std::vector<uint32_t> numbers;
     for (int i = 0; i < kBatch; ++i) {
         numbers.push_back(first + (cursor + static_cast<uint32_t>(i) * 7919u) %
@@ -101,12 +101,12 @@ std::vector<uint32_t> Spread(uint32_t first, uint32_t cursor, size_t held)
 
 // The batch the stack confirms next when it answers in the order the
 // requests went out: the oldest held routes, from the head of the list.
-std::vector<uint32_t> InSendOrder(uint32_t first, uint32_t cursor, size_t held)
-{
+std::vector<uint32_t> InSendOrder(uint32_t first, uint32_t cursor, size_t held) {
     std::vector<uint32_t> numbers;
     for (int i = 0; i < kBatch; ++i) {
-        numbers.push_back(first + (cursor * static_cast<uint32_t>(kBatch) + static_cast<uint32_t>(i)) %
-                                      static_cast<uint32_t>(held));
+        numbers.push_back(first +
+                          (cursor * static_cast<uint32_t>(kBatch) + static_cast<uint32_t>(i)) %
+                              static_cast<uint32_t>(held));
     }
     return numbers;
 }
@@ -119,8 +119,7 @@ const uint32_t kSmallFirst = 4000000;
 
 // A scheduler holding `held` sent routes, numbered first..first+held-1.
 struct Fixture {
-    Fixture(size_t held, uint32_t first) : held(held), first(first), next(first + held)
-    {
+    Fixture(size_t held, uint32_t first) : held(held), first(first), next(first + held) {
         if (!TheSerializer().IsReady()) {
             TheSerializer().RunPendingActions();
         }
@@ -141,8 +140,7 @@ struct Fixture {
 };
 
 // A probe item standing for the stack's report on route n.
-void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason)
-{
+void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason) {
     StaticRouteItem* probe = Route(n);
     if (remove) {
         sched.Remove(kKey, probe, reason);
@@ -155,8 +153,7 @@ void Report(CfgSched& sched, uint32_t n, bool remove, unsigned int reason)
 // Runs body, which does ops operations, and gives the CPU time per
 // operation in nanoseconds.
 template <typename Body>
-double TimedNsPerOp(long long ops, Body body)
-{
+double TimedNsPerOp(long long ops, Body body) {
     const double start = bench::ThreadCpuSeconds();
     body();
     return (bench::ThreadCpuSeconds() - start) * 1e9 / static_cast<double>(ops);
@@ -166,8 +163,7 @@ double TimedNsPerOp(long long ops, Body body)
 // turn first. round(fixture) times one batch of kBatch operations (and
 // restores the fixture untimed) and gives its nanoseconds per operation.
 template <typename Round>
-void PairedRounds(benchmark::State& state, Round round)
-{
+void PairedRounds(benchmark::State& state, Round round) {
     Fixture small(kSmall, kSmallFirst);
     Fixture large(kLarge, kLargeFirst);
     bench::Rounds smallNs;
@@ -190,8 +186,7 @@ void PairedRounds(benchmark::State& state, Round round)
 }
 
 // Inserts new routes (appended at the tail).
-void BM_InsertNew(benchmark::State& state)
-{
+void BM_InsertNew(benchmark::State& state) {
     PairedRounds(state, [](Fixture& f) {
         std::vector<StaticRouteItem*> items;
         for (int i = 0; i < kBatch; ++i) {
@@ -221,8 +216,7 @@ void BM_InsertNew(benchmark::State& state)
 // Pick chooses the batch (Spread by default, the worst case for the caches).
 template <typename Op, typename Restore>
 void SpreadBatches(benchmark::State& state, Op op, Restore restore,
-                   std::vector<uint32_t> (*pick)(uint32_t, uint32_t, size_t) = Spread)
-{
+                   std::vector<uint32_t> (*pick)(uint32_t, uint32_t, size_t) = Spread) {
     PairedRounds(state, [&](Fixture& f) {
         const std::vector<uint32_t> numbers = pick(f.first, f.cursor, f.held);
         const std::vector<StaticRouteItem*> routes = Routes(numbers);
@@ -239,8 +233,7 @@ void SpreadBatches(benchmark::State& state, Op op, Restore restore,
 
 // Inserts routes equal to held ones: each replaces its held route and moves
 // one place up.
-void BM_InsertReplace(benchmark::State& state)
-{
+void BM_InsertReplace(benchmark::State& state) {
     SpreadBatches(
         state, [](CfgSched& sched, StaticRouteItem* item) { sched.Insert(kKey, item); },
         [](CfgSched& sched, const std::vector<uint32_t>& numbers,
@@ -251,8 +244,7 @@ void BM_InsertReplace(benchmark::State& state)
 }
 
 // Reports failures worth a retry: the sent route goes back to New.
-void BM_Update(benchmark::State& state)
-{
+void BM_Update(benchmark::State& state) {
     SpreadBatches(
         state, [](CfgSched& sched, StaticRouteItem* probe) { sched.Update(kKey, probe, 1, true); },
         [](CfgSched& sched, const std::vector<uint32_t>& numbers,
@@ -265,8 +257,7 @@ void BM_Update(benchmark::State& state)
 
 // What Update and Remove spend outside the scheduler: the OID of the
 // stack's report (one stack call), at the same sizes.
-void BM_ReportOidOnly(benchmark::State& state)
-{
+void BM_ReportOidOnly(benchmark::State& state) {
     SpreadBatches(
         state, [](CfgSched&, StaticRouteItem* probe) { benchmark::DoNotOptimize(probe->GetOid()); },
         [](CfgSched&, const std::vector<uint32_t>&, const std::vector<StaticRouteItem*>& probes) {
@@ -278,8 +269,8 @@ void BM_ReportOidOnly(benchmark::State& state)
 // Confirms sent routes: each is destroyed. With pick Spread the routes are
 // spread over the held ones; with InSendOrder they are the oldest, as when
 // the stack answers in the order the requests went out.
-void RemoveBatches(benchmark::State& state, std::vector<uint32_t> (*pick)(uint32_t, uint32_t, size_t))
-{
+void RemoveBatches(benchmark::State& state,
+                   std::vector<uint32_t> (*pick)(uint32_t, uint32_t, size_t)) {
     SpreadBatches(
         state, [](CfgSched& sched, StaticRouteItem* probe) { sched.Remove(kKey, probe, 1); },
         [](CfgSched& sched, const std::vector<uint32_t>& numbers,
@@ -295,19 +286,16 @@ void RemoveBatches(benchmark::State& state, std::vector<uint32_t> (*pick)(uint32
         pick);
 }
 
-void BM_Remove(benchmark::State& state)
-{
+void BM_Remove(benchmark::State& state) {
     RemoveBatches(state, Spread);
 }
 
-void BM_RemoveInSendOrder(benchmark::State& state)
-{
+void BM_RemoveInSendOrder(benchmark::State& state) {
     RemoveBatches(state, InSendOrder);
 }
 
 // 31 New routes behind the held ones, all sent, in a fixture.
-void AddThirtyOneNew(Fixture& f)
-{
+void AddThirtyOneNew(Fixture& f) {
     for (uint32_t i = 0; i < 31; ++i) {
         f.sched.Insert(kKey, Route(f.next + i));
     }
@@ -315,8 +303,7 @@ void AddThirtyOneNew(Fixture& f)
 
 // One tick that sends the 31 New routes; then they fail with a reason that
 // does not count, untimed, and are New again.
-double TickWith31New(Fixture& f)
-{
+double TickWith31New(Fixture& f) {
     const double ns = TimedNsPerOp(1, [&] { f.sched.OnTimeout(100, nullptr); });
     std::vector<uint32_t> numbers;
     for (uint32_t i = 0; i < 31; ++i) {
@@ -328,14 +315,12 @@ double TickWith31New(Fixture& f)
 }
 
 // The median of a benchmark's rounds, as counters.
-void Finish(benchmark::State& state, const bench::Rounds& ns)
-{
+void Finish(benchmark::State& state, const bench::Rounds& ns) {
     state.counters["median_ns_per_op"] = benchmark::Counter(ns.Median());
 }
 
 // One tick with every held route sent and waiting, and 31 New behind them.
-void BM_TickWith31NewBehindSent(benchmark::State& state)
-{
+void BM_TickWith31NewBehindSent(benchmark::State& state) {
     Fixture f(static_cast<size_t>(state.range(0)), kLargeFirst);
     AddThirtyOneNew(f);
     bench::Rounds ns;
@@ -349,13 +334,11 @@ void BM_TickWith31NewBehindSent(benchmark::State& state)
 
 // One tick with every held route sent and waiting and nothing new: what
 // the scheduler itself spends on a bucket it cannot send from.
-double TickNothingNew(Fixture& f)
-{
+double TickNothingNew(Fixture& f) {
     return TimedNsPerOp(1, [&] { f.sched.OnTimeout(100, nullptr); });
 }
 
-void BM_TickNothingNew(benchmark::State& state)
-{
+void BM_TickNothingNew(benchmark::State& state) {
     Fixture f(static_cast<size_t>(state.range(0)), kLargeFirst);
     bench::Rounds ns;
     for (auto _ : state) {
@@ -368,8 +351,7 @@ void BM_TickNothingNew(benchmark::State& state)
 
 // The same ticks on the pair of schedulers (one serializer for both).
 template <typename Tick>
-void PairedTicks(benchmark::State& state, bool withNew, Tick tick)
-{
+void PairedTicks(benchmark::State& state, bool withNew, Tick tick) {
     Fixture small(kSmall, kSmallFirst);
     Fixture large(kLarge, kLargeFirst);
     if (withNew) {
@@ -395,20 +377,17 @@ void PairedTicks(benchmark::State& state, bool withNew, Tick tick)
     state.counters["ratio"] = benchmark::Counter(largeNs.Median() / smallNs.Median());
 }
 
-void BM_PairedTickWith31NewBehindSent(benchmark::State& state)
-{
+void BM_PairedTickWith31NewBehindSent(benchmark::State& state) {
     PairedTicks(state, true, TickWith31New);
 }
 
-void BM_PairedTickNothingNew(benchmark::State& state)
-{
+void BM_PairedTickNothingNew(benchmark::State& state) {
     PairedTicks(state, false, TickNothingNew);
 }
 
 // Bytes held per queued route: the item in the scheduler, then its entry in
 // the (not yet ready) serializer and its action after the ticks sent it.
-void BM_MemoryPerQueuedRoute(benchmark::State& state)
-{
+void BM_MemoryPerQueuedRoute(benchmark::State& state) {
     const size_t routes = static_cast<size_t>(state.range(0));
     bench::QueuedRouteBytes bytes{};
     for (auto _ : state) {

@@ -102,8 +102,9 @@ double IpBatchNs(unsigned int perVlan) {
     }
     for (unsigned short vlan = 1; vlan <= VLANS; ++vlan) {
         for (unsigned int i = 0; i < perVlan; ++i) {
-            std::fprintf(file, "route add %s/24 via 10.0.%u.254 dev veth%u table %u proto 201 metric 20\n",
-                         RouteOf(vlan, i).ToString().c_str(), vlan, vlan, 5000u + vlan);
+            std::fprintf(
+                file, "route add %s/24 via 10.0.%u.254 dev veth%u table %u proto 201 metric 20\n",
+                RouteOf(vlan, i).ToString().c_str(), vlan, vlan, 5000u + vlan);
         }
     }
     std::fclose(file);
@@ -191,7 +192,6 @@ void BM_KernelRoutes(benchmark::State& state) {
             state.SkipWithError("not every route was installed");
         }
     }
-
 }
 
 BENCHMARK(BM_KernelRoutes)->Arg(10000)->Arg(100000)->Iterations(1)->Unit(benchmark::kMillisecond);

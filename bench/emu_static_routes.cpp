@@ -57,7 +57,8 @@ size_t Installed() {
 
 void BM_EmuStaticRoutes(benchmark::State& state) {
     // A repetition would measure a system that is already up.
-    if (!FirstRunInProcess(state, "runs once per process; run it without --benchmark_repetitions")) {
+    if (!FirstRunInProcess(state,
+                           "runs once per process; run it without --benchmark_repetitions")) {
         return;
     }
     BenchEnvironment environment;
@@ -125,7 +126,6 @@ void BM_EmuStaticRoutes(benchmark::State& state) {
             state.SkipWithError("not every route was installed");
         }
     }
-
 }
 
 BENCHMARK(BM_EmuStaticRoutes)->Iterations(1)->Unit(benchmark::kMillisecond);

@@ -31,9 +31,9 @@ namespace {
 using Zavrel::DclConfigObject;
 using Zavrel::DcRouterMgr;
 using Zavrel::Options;
-using Zavrel::test::RecordingStack;
 using Zavrel::bench::Rounds;
 using Zavrel::bench::ThreadCpuSeconds;
+using Zavrel::test::RecordingStack;
 
 // The median of the first loads of this run, in milliseconds; 0 until
 // BM_FirstLoad has run.

@@ -32,16 +32,14 @@ const unsigned long OID_LENGTH = 12;
 class NoopAction : public MibAction {
 public:
     NoopAction() : MibAction("NoopAction") {}
-    unsigned long IssueReq(bool shared_context) override
-    {
+    unsigned long IssueReq(bool shared_context) override {
         benchmark::DoNotOptimize(shared_context);
         return 0;
     }
 };
 
 // A route-like row OID: a fixed table prefix, then the row index.
-std::vector<unsigned long> RowOid(unsigned long table, unsigned long row)
-{
+std::vector<unsigned long> RowOid(unsigned long table, unsigned long row) {
     std::vector<unsigned long> oid = {1, 3, 6, 1, 4, 1, 4329, 15, 3, table, 1};
     oid.push_back(row);
     return oid;
@@ -49,8 +47,7 @@ std::vector<unsigned long> RowOid(unsigned long table, unsigned long row)
 
 // A serializer holding `held` OIDs outstanding, and the working OIDs.
 struct Fixture {
-    explicit Fixture(unsigned long held) : held(held)
-    {
+    explicit Fixture(unsigned long held) : held(held) {
         serializer.RunPendingActions();
         for (unsigned long i = 0; i < held; ++i) {
             // Spread the held rows over three tables around the working one.
@@ -65,8 +62,7 @@ struct Fixture {
         }
     }
     // One round of REQUESTS requests; its CPU time per request in ns.
-    double Round()
-    {
+    double Round() {
         const double start = Zavrel::bench::ThreadCpuSeconds();
         for (unsigned long r = 0; r < REQUESTS; ++r) {
             serializer.Insert(workingOids[r % WORKING_OIDS], new NoopAction());
@@ -85,8 +81,7 @@ struct Fixture {
     std::vector<MibOid> workingOids;
 };
 
-void BM_SerializerRequestCost(benchmark::State& state)
-{
+void BM_SerializerRequestCost(benchmark::State& state) {
     Fixture f(static_cast<unsigned long>(state.range(0)));
     Zavrel::bench::Rounds perRequestNs;
     for (auto _ : state) {
@@ -108,8 +103,7 @@ void BM_SerializerRequestCost(benchmark::State& state)
 
 // The same with 1,000 and 100,000 held, a round of each in turn, so that
 // both see the machine alike: the medians and their ratio from one run.
-void BM_SerializerRequestCostPaired(benchmark::State& state)
-{
+void BM_SerializerRequestCostPaired(benchmark::State& state) {
     Fixture small(1000);
     Fixture large(100000);
     Zavrel::bench::Rounds smallNs;

@@ -1,11 +1,11 @@
 #include "emulator/KernelFib.h"
 
+#include <sys/socket.h>
+#include <time.h>
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <sys/socket.h>
-#include <time.h>
 #include <utility>
 #include <vector>
 
@@ -256,10 +256,9 @@ void KernelFib::OnNotification() {
     if (!m_events.IsOpen()) {
         return;
     }
-    const bool complete = m_events.ReadEvents(
-        [this](RouteNetlink::Event event, const KernelRoute* route, uint32_t origin) {
-            OnEvent(event, route, origin);
-        });
+    const bool complete =
+        m_events.ReadEvents([this](RouteNetlink::Event event, const KernelRoute* route,
+                                   uint32_t origin) { OnEvent(event, route, origin); });
     if (!complete) {
         Resync();
     }

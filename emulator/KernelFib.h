@@ -22,8 +22,8 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <utility>
 #include <string>
+#include <utility>
 
 #include "emulator/FibSink.h"
 #include "emulator/RouteNetlink.h"
@@ -43,18 +43,18 @@ public:
     static constexpr uint64_t RETRY_MAX_MS = 30000;
 
     struct Counters {
-        uint64_t written = 0;   // routes the kernel accepted (installs and replacements)
-        uint64_t removed = 0;   // routes removed
-        uint64_t refused = 0;   // refusals, retries included
-        uint64_t repaired = 0;  // routes of ours put back after a change from outside
-        uint64_t adopted = 0;   // routes of ours found at start
-        uint64_t kept = 0;      // adopted routes the stack installed again unchanged
-        uint64_t released = 0;  // adopted routes removed as no longer wanted
-        uint64_t batches = 0;   // sends
-        uint64_t resyncs = 0;   // notification overruns answered by a dump
-        uint64_t sendCpuNs = 0; // CPU time of the thread in sends and their
-                                // acknowledgements (the kernel's work on
-                                // them included), read once per send
+        uint64_t written = 0;    // routes the kernel accepted (installs and replacements)
+        uint64_t removed = 0;    // routes removed
+        uint64_t refused = 0;    // refusals, retries included
+        uint64_t repaired = 0;   // routes of ours put back after a change from outside
+        uint64_t adopted = 0;    // routes of ours found at start
+        uint64_t kept = 0;       // adopted routes the stack installed again unchanged
+        uint64_t released = 0;   // adopted routes removed as no longer wanted
+        uint64_t batches = 0;    // sends
+        uint64_t resyncs = 0;    // notification overruns answered by a dump
+        uint64_t sendCpuNs = 0;  // CPU time of the thread in sends and their
+                                 // acknowledgements (the kernel's work on
+                                 // them included), read once per send
     };
 
     // clock: milliseconds, the clock of the event loop.

@@ -1,11 +1,11 @@
 #include "emulator/RouteNetlink.h"
 
-#include <cerrno>
-#include <cstring>
 #include <libmnl/libmnl.h>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
 #include <sys/socket.h>
+#include <cerrno>
+#include <cstring>
 
 namespace Zavrel::Emulator {
 
@@ -257,8 +257,8 @@ bool RunNetlinkDump(mnl_socket* socket, nlmsghdr* request, int (*callback)(const
     for (;;) {
         const ssize_t size = mnl_socket_recvfrom(socket, buffer.data(), buffer.size());
         const int result = size < 0 ? MNL_CB_ERROR
-                                    : mnl_cb_run(buffer.data(), static_cast<size_t>(size),
-                                                 sequence, portId, callback, data);
+                                    : mnl_cb_run(buffer.data(), static_cast<size_t>(size), sequence,
+                                                 portId, callback, data);
         if (result < 0) {
             error = ErrnoText(what);
             return false;

@@ -24,7 +24,6 @@
 #include <vector>
 
 #include "emulator/ContractMonitor.h"
-#include "emulator/TimeAccount.h"
 #include "emulator/EmulatorTypes.h"
 #include "emulator/FaultPlan.h"
 #include "emulator/FibSink.h"
@@ -32,6 +31,7 @@
 #include "emulator/ManagementChannel.h"
 #include "emulator/OidCodec.h"
 #include "emulator/RtmInstance.h"
+#include "emulator/TimeAccount.h"
 #include "stackapi/stackapi.h"
 
 namespace Zavrel::Emulator {

@@ -80,12 +80,13 @@ std::string Stack::DumpRib() const {
             const RibEntry& row = rib.second;
             const std::string forwarding =
                 row.fib ? m_fib->Describe(FibKeyOf(entry.first, row)) : std::string();
-            text += Line("%c %lu %s/%lu via %s ifIndex %lu %s distance %lu metric %lu age %lu%s%s%s\n",
-                         row.fib ? '>' : ' ', entry.first, row.destination.ToString().c_str(),
-                         row.prefixLength, row.nextHop.ToString().c_str(), row.ifIndex,
-                         RouteSourceName(row.source), row.distance, row.metric, AgeOf(row.sinceMs),
-                         row.unresolved ? " unresolved" : "", forwarding.empty() ? "" : " ",
-                         forwarding.c_str());
+            text +=
+                Line("%c %lu %s/%lu via %s ifIndex %lu %s distance %lu metric %lu age %lu%s%s%s\n",
+                     row.fib ? '>' : ' ', entry.first, row.destination.ToString().c_str(),
+                     row.prefixLength, row.nextHop.ToString().c_str(), row.ifIndex,
+                     RouteSourceName(row.source), row.distance, row.metric, AgeOf(row.sinceMs),
+                     row.unresolved ? " unresolved" : "", forwarding.empty() ? "" : " ",
+                     forwarding.c_str());
         }
     }
     return text;

@@ -21,8 +21,14 @@ void Check(bool condition) {
 }
 
 // Member names the library reads from real configurations.
-const char* const kKeys[] = {"vid", "VLAN_CONFIGURATIONS", "RTM", "ADMIN_DISTANCE",
-                             "dead_rpm_timer", "REDISTRIBUTION", "enabled", ""};
+const char* const kKeys[] = {"vid",
+                             "VLAN_CONFIGURATIONS",
+                             "RTM",
+                             "ADMIN_DISTANCE",
+                             "dead_rpm_timer",
+                             "REDISTRIBUTION",
+                             "enabled",
+                             ""};
 
 void ReadLeaves(const Zavrel::OptionsNode& node) {
     int i = -7;

@@ -8,8 +8,7 @@ namespace Zavrel {
 namespace {
 
 // Countdown per armed kind: the allocation that takes it to zero fails.
-std::map<std::string, unsigned int>& Countdowns()
-{
+std::map<std::string, unsigned int>& Countdowns() {
     static std::map<std::string, unsigned int> countdowns;
     return countdowns;
 }
@@ -18,8 +17,7 @@ std::map<std::string, unsigned int>& Countdowns()
 
 bool AllocationFaults::s_armed = false;
 
-void AllocationFaults::FailNth(const std::string& kind, unsigned int n)
-{
+void AllocationFaults::FailNth(const std::string& kind, unsigned int n) {
     if (n == 0) {
         Countdowns().erase(kind);
     } else {
@@ -28,14 +26,12 @@ void AllocationFaults::FailNth(const std::string& kind, unsigned int n)
     s_armed = !Countdowns().empty();
 }
 
-void AllocationFaults::Clear()
-{
+void AllocationFaults::Clear() {
     Countdowns().clear();
     s_armed = false;
 }
 
-bool AllocationFaults::ShouldFail(const char* kind)
-{
+bool AllocationFaults::ShouldFail(const char* kind) {
     if (!s_armed || kind == nullptr) {
         return false;
     }

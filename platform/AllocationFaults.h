@@ -29,8 +29,7 @@ private:
 // A new T(args...) that yields null instead of throwing when memory runs
 // out or when the allocation is made to fail.
 template <typename T, typename... Args>
-T* NewOrNull(const char* kind, Args&&... args)
-{
+T* NewOrNull(const char* kind, Args&&... args) {
     if (AllocationFaults::ShouldFail(kind)) {
         return nullptr;
     }

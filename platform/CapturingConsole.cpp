@@ -4,16 +4,14 @@
 
 namespace Zavrel {
 
-void CapturingConsole::VPrint(const char* format, va_list args)
-{
+void CapturingConsole::VPrint(const char* format, va_list args) {
     string text;
     text.VFormat(format, args);
     m_output += text.str();
     m_all += text.str();
 }
 
-void CapturingConsole::ErrorPrint(const char* message)
-{
+void CapturingConsole::ErrorPrint(const char* message) {
     if (message == nullptr) {
         return;
     }
@@ -21,14 +19,12 @@ void CapturingConsole::ErrorPrint(const char* message)
     m_all += message;
 }
 
-int CapturingConsole::EndOfCommand()
-{
+int CapturingConsole::EndOfCommand() {
     ++m_ends;
     return 0;
 }
 
-void CapturingConsole::Clear()
-{
+void CapturingConsole::Clear() {
     m_output.clear();
     m_errors.clear();
     m_all.clear();

@@ -9,8 +9,7 @@ namespace Zavrel {
 
 namespace {
 
-std::string Folded(const char* name)
-{
+std::string Folded(const char* name) {
     std::string key(name);
     for (char& c : key) {
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -21,8 +20,7 @@ std::string Folded(const char* name)
 // Commands by their lower-case name. Registrations last as long as the
 // process: components register from constructors of objects that live
 // that long.
-std::map<std::string, std::unique_ptr<ConsoleCommand>>& Registry()
-{
+std::map<std::string, std::unique_ptr<ConsoleCommand>>& Registry() {
     static auto* registry = new std::map<std::string, std::unique_ptr<ConsoleCommand>>();
     return *registry;
 }
@@ -31,13 +29,10 @@ std::map<std::string, std::unique_ptr<ConsoleCommand>>& Registry()
 
 ConsoleCommand::ConsoleCommand(ConsoleRole role, Handler handler, const void* owner,
                                const char* name, const char* help)
-    : m_role(role), m_handler(std::move(handler)), m_owner(owner), m_name(name), m_help(help)
-{
-}
+    : m_role(role), m_handler(std::move(handler)), m_owner(owner), m_name(name), m_help(help) {}
 
 bool ConsoleCommand::RegisterHandler(ConsoleRole role, Handler handler, const void* owner,
-                                     const char* name, const char* help)
-{
+                                     const char* name, const char* help) {
     if (name == nullptr || name[0] == '\0' || !handler) {
         return false;
     }
@@ -46,8 +41,7 @@ bool ConsoleCommand::RegisterHandler(ConsoleRole role, Handler handler, const vo
     return true;
 }
 
-void ConsoleCommand::Unregister(const char* name, const void* owner)
-{
+void ConsoleCommand::Unregister(const char* name, const void* owner) {
     if (name == nullptr) {
         return;
     }
@@ -58,8 +52,7 @@ void ConsoleCommand::Unregister(const char* name, const void* owner)
     }
 }
 
-const ConsoleCommand* ConsoleCommand::Find(const char* name)
-{
+const ConsoleCommand* ConsoleCommand::Find(const char* name) {
     if (name == nullptr) {
         return nullptr;
     }
@@ -68,8 +61,7 @@ const ConsoleCommand* ConsoleCommand::Find(const char* name)
     return it != registry.end() ? it->second.get() : nullptr;
 }
 
-std::vector<const ConsoleCommand*> ConsoleCommand::All()
-{
+std::vector<const ConsoleCommand*> ConsoleCommand::All() {
     std::vector<const ConsoleCommand*> commands;
     for (const auto& entry : Registry()) {
         commands.push_back(entry.second.get());
@@ -77,8 +69,7 @@ std::vector<const ConsoleCommand*> ConsoleCommand::All()
     return commands;
 }
 
-int ConsoleCommand::Run(ConsoleSession* session, int argc, char** argv) const
-{
+int ConsoleCommand::Run(ConsoleSession* session, int argc, char** argv) const {
     // A handler may replace its own registration while it runs: call a copy.
     Handler handler = m_handler;
     return handler(session, argc, argv);

@@ -32,11 +32,12 @@ public:
         if (handler == nullptr) {
             return false;
         }
-        return RegisterHandler(role,
-                               [handler, context](ConsoleSession* s, int argc, char** argv) {
-                                   return handler(context, s, argc, argv);
-                               },
-                               context, name, help);
+        return RegisterHandler(
+            role,
+            [handler, context](ConsoleSession* s, int argc, char** argv) {
+                return handler(context, s, argc, argv);
+            },
+            context, name, help);
     }
     static bool RegisterHandler(ConsoleRole role, Handler handler, const void* owner,
                                 const char* name, const char* help);

@@ -2,15 +2,13 @@
 
 namespace Zavrel {
 
-void ConsoleSession::Write(const char* text)
-{
+void ConsoleSession::Write(const char* text) {
     if (text != nullptr) {
         m_console.Print("%s", text);
     }
 }
 
-void ConsoleSession::Printf(const char* format, ...)
-{
+void ConsoleSession::Printf(const char* format, ...) {
     va_list args;
     va_start(args, format);
     m_console.VPrint(format, args);

@@ -2,8 +2,7 @@
 
 namespace Zavrel {
 
-void DcConsole::Print(const char* format, ...)
-{
+void DcConsole::Print(const char* format, ...) {
     va_list args;
     va_start(args, format);
     VPrint(format, args);

@@ -10,28 +10,24 @@ EventLoop* g_current = nullptr;
 
 // Created on first use and kept for the life of the process, so timers
 // owned by other long-lived objects never outlive their loop.
-EventLoop& DefaultLoop()
-{
+EventLoop& DefaultLoop() {
     static VirtualEventLoop* loop = new VirtualEventLoop();
     return *loop;
 }
 
 }  // namespace
 
-EventLoop::~EventLoop()
-{
+EventLoop::~EventLoop() {
     if (g_current == this) {
         g_current = nullptr;
     }
 }
 
-EventLoop& EventLoop::Current()
-{
+EventLoop& EventLoop::Current() {
     return g_current != nullptr ? *g_current : DefaultLoop();
 }
 
-EventLoop* EventLoop::SetCurrent(EventLoop* loop)
-{
+EventLoop* EventLoop::SetCurrent(EventLoop* loop) {
     EventLoop* previous = g_current;
     g_current = loop;
     return previous;

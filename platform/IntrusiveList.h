@@ -34,8 +34,7 @@ public:
     public:
         explicit Iterator(T* item) : m_item(item) {}
         T* operator*() const { return m_item; }
-        Iterator& operator++()
-        {
+        Iterator& operator++() {
             m_item = (m_item->*Hook).next;
             return *this;
         }
@@ -63,8 +62,7 @@ public:
 
     // Links an object that is not on this list just before `before` (an
     // object of this list), or at the back when before is null.
-    void InsertBefore(T* before, T& item)
-    {
+    void InsertBefore(T* before, T& item) {
         IntrusiveListHook<T>& hook = item.*Hook;
         hook.next = before;
         hook.prev = before != nullptr ? (before->*Hook).prev : m_last;
@@ -75,8 +73,7 @@ public:
     void PushBack(T& item) { InsertBefore(nullptr, item); }
 
     // Unlinks an object of this list.
-    void Erase(T& item)
-    {
+    void Erase(T& item) {
         IntrusiveListHook<T>& hook = item.*Hook;
         (hook.prev != nullptr ? (hook.prev->*Hook).next : m_first) = hook.next;
         (hook.next != nullptr ? (hook.next->*Hook).prev : m_last) = hook.prev;
@@ -85,8 +82,7 @@ public:
     }
 
     // Unlinks every object.
-    void Clear()
-    {
+    void Clear() {
         while (m_first != nullptr) {
             Erase(*m_first);
         }

@@ -9,37 +9,30 @@ namespace Zavrel {
 
 Ip4Addr::Ip4Addr() : m_bytes{0, 0, 0, 0} {}
 
-Ip4Addr::Ip4Addr(const unsigned char bytes[4])
-{
+Ip4Addr::Ip4Addr(const unsigned char bytes[4]) {
     std::memcpy(m_bytes, bytes, sizeof m_bytes);
 }
 
 Ip4Addr::Ip4Addr(unsigned char a, unsigned char b, unsigned char c, unsigned char d)
-    : m_bytes{a, b, c, d}
-{
-}
+    : m_bytes{a, b, c, d} {}
 
-Ip4Addr Ip4Addr::FromHostOrder(uint32_t value)
-{
+Ip4Addr Ip4Addr::FromHostOrder(uint32_t value) {
     return Ip4Addr(static_cast<unsigned char>(value >> 24), static_cast<unsigned char>(value >> 16),
                    static_cast<unsigned char>(value >> 8), static_cast<unsigned char>(value));
 }
 
-uint32_t Ip4Addr::HostOrder() const
-{
+uint32_t Ip4Addr::HostOrder() const {
     return (static_cast<uint32_t>(m_bytes[0]) << 24) | (static_cast<uint32_t>(m_bytes[1]) << 16) |
            (static_cast<uint32_t>(m_bytes[2]) << 8) | static_cast<uint32_t>(m_bytes[3]);
 }
 
-string Ip4Addr::ToString() const
-{
+string Ip4Addr::ToString() const {
     char buffer[16];
     Uint32ToString(HostOrder(), buffer, sizeof buffer);
     return string(buffer);
 }
 
-bool Ip4Addr::FromString(const string& text)
-{
+bool Ip4Addr::FromString(const string& text) {
     // Text with an embedded zero byte is not an address.
     if (std::strlen(text.c_str()) != text.length()) {
         return false;
@@ -48,8 +41,7 @@ bool Ip4Addr::FromString(const string& text)
     return Parse_IpAddr()(*this, cursor);
 }
 
-bool Ip4Addr::Uint32ToString(uint32_t value, char* buffer, size_t size)
-{
+bool Ip4Addr::Uint32ToString(uint32_t value, char* buffer, size_t size) {
     if (buffer == nullptr) {
         return false;
     }
@@ -63,13 +55,11 @@ bool Ip4Addr::Uint32ToString(uint32_t value, char* buffer, size_t size)
     return true;
 }
 
-bool operator==(const Ip4Addr& a, const Ip4Addr& b)
-{
+bool operator==(const Ip4Addr& a, const Ip4Addr& b) {
     return std::memcmp(a.m_bytes, b.m_bytes, sizeof a.m_bytes) == 0;
 }
 
-bool operator<(const Ip4Addr& a, const Ip4Addr& b)
-{
+bool operator<(const Ip4Addr& a, const Ip4Addr& b) {
     return std::memcmp(a.m_bytes, b.m_bytes, sizeof a.m_bytes) < 0;
 }
 

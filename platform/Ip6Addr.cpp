@@ -9,13 +9,11 @@ namespace Zavrel {
 
 Ip6Addr::Ip6Addr() : m_bytes{} {}
 
-Ip6Addr::Ip6Addr(const unsigned char bytes[16])
-{
+Ip6Addr::Ip6Addr(const unsigned char bytes[16]) {
     std::memcpy(m_bytes, bytes, sizeof m_bytes);
 }
 
-uint32_t Ip6Addr::Word(int index) const
-{
+uint32_t Ip6Addr::Word(int index) const {
     if (index < 0 || index > 3) {
         return 0;
     }
@@ -24,8 +22,7 @@ uint32_t Ip6Addr::Word(int index) const
            (static_cast<uint32_t>(p[2]) << 8) | static_cast<uint32_t>(p[3]);
 }
 
-void Ip6Addr::SetWord(int index, uint32_t value)
-{
+void Ip6Addr::SetWord(int index, uint32_t value) {
     if (index < 0 || index > 3) {
         return;
     }
@@ -36,8 +33,7 @@ void Ip6Addr::SetWord(int index, uint32_t value)
     p[3] = static_cast<unsigned char>(value);
 }
 
-bool Ip6Addr::IsUnspecified() const
-{
+bool Ip6Addr::IsUnspecified() const {
     for (unsigned char b : m_bytes) {
         if (b != 0) {
             return false;
@@ -46,8 +42,7 @@ bool Ip6Addr::IsUnspecified() const
     return true;
 }
 
-string Ip6Addr::ToString() const
-{
+string Ip6Addr::ToString() const {
     unsigned int groups[8];
     for (int i = 0; i < 8; ++i) {
         groups[i] = (static_cast<unsigned int>(m_bytes[2 * i]) << 8) | m_bytes[2 * i + 1];
@@ -98,8 +93,7 @@ string Ip6Addr::ToString() const
     return text;
 }
 
-bool Ip6Addr::FromString(const string& text)
-{
+bool Ip6Addr::FromString(const string& text) {
     // Text with an embedded zero byte is not an address.
     if (std::strlen(text.c_str()) != text.length()) {
         return false;
@@ -112,20 +106,17 @@ bool Ip6Addr::FromString(const string& text)
     return true;
 }
 
-bool operator==(const Ip6Addr& a, const Ip6Addr& b)
-{
+bool operator==(const Ip6Addr& a, const Ip6Addr& b) {
     return std::memcmp(a.m_bytes, b.m_bytes, sizeof a.m_bytes) == 0;
 }
 
-bool operator<(const Ip6Addr& a, const Ip6Addr& b)
-{
+bool operator<(const Ip6Addr& a, const Ip6Addr& b) {
     return std::memcmp(a.m_bytes, b.m_bytes, sizeof a.m_bytes) < 0;
 }
 
 }  // namespace Zavrel
 
-size_t std::hash<Zavrel::Ip6Addr>::operator()(const Zavrel::Ip6Addr& a) const
-{
+size_t std::hash<Zavrel::Ip6Addr>::operator()(const Zavrel::Ip6Addr& a) const {
     size_t h = 0;
     for (int i = 0; i < 4; ++i) {
         h = h * 31u + a.Word(i);

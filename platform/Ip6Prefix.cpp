@@ -15,19 +15,15 @@ const uint32_t Ip6Prefix::MASK32[32] = {
 Ip6Prefix::Ip6Prefix() : m_length(0) {}
 
 Ip6Prefix::Ip6Prefix(const Ip6Addr& address, unsigned int length)
-    : m_address(address), m_length(length)
-{
-}
+    : m_address(address), m_length(length) {}
 
-string Ip6Prefix::ToString() const
-{
+string Ip6Prefix::ToString() const {
     string text = m_address.ToString();
     text.AppendFmt("/%u", m_length);
     return text;
 }
 
-bool Ip6Prefix::FromString(const string& text)
-{
+bool Ip6Prefix::FromString(const string& text) {
     if (std::strlen(text.c_str()) != text.length()) {
         return false;
     }
@@ -61,8 +57,7 @@ bool Ip6Prefix::FromString(const string& text)
     return true;
 }
 
-bool operator==(const Ip6Prefix& a, const Ip6Prefix& b)
-{
+bool operator==(const Ip6Prefix& a, const Ip6Prefix& b) {
     for (int i = 0; i < 4; ++i) {
         if (a.m_address.Word(i) != b.m_address.Word(i)) {
             return false;

@@ -11,8 +11,7 @@ namespace Zavrel {
 
 struct LibeventLoop::TimerEvent {
     TimerEvent(LibeventLoop* l, TimerBase* t) : loop(l), timer(t) {}
-    ~TimerEvent()
-    {
+    ~TimerEvent() {
         if (ev != nullptr) {
             event_free(ev);
         }
@@ -24,11 +23,8 @@ struct LibeventLoop::TimerEvent {
 
 struct LibeventLoop::FdWatch {
     FdWatch(LibeventLoop* l, int f, int e, FdHandler h)
-        : loop(l), fd(f), events(e), handler(std::move(h))
-    {
-    }
-    ~FdWatch()
-    {
+        : loop(l), fd(f), events(e), handler(std::move(h)) {}
+    ~FdWatch() {
         if (ev != nullptr) {
             event_free(ev);
         }
@@ -42,8 +38,7 @@ struct LibeventLoop::FdWatch {
 
 namespace {
 
-timeval ToTimeval(unsigned int ms)
-{
+timeval ToTimeval(unsigned int ms) {
     timeval tv;
     tv.tv_sec = static_cast<time_t>(ms / 1000u);
     tv.tv_usec = static_cast<suseconds_t>((ms % 1000u) * 1000u);
@@ -56,8 +51,7 @@ namespace {
 // libevent's default clock is the coarse monotonic clock (a few ms of
 // granularity), with which a timer can fire before its interval has passed
 // on NowMs's clock. Ask for the precise clock.
-event_base* NewPreciseBase()
-{
+event_base* NewPreciseBase() {
     event_config* config = event_config_new();
     if (config == nullptr) {
         return event_base_new();
@@ -71,8 +65,7 @@ event_base* NewPreciseBase()
 
 LibeventLoop::LibeventLoop() : m_base(NewPreciseBase()) {}
 
-LibeventLoop::~LibeventLoop()
-{
+LibeventLoop::~LibeventLoop() {
     // Timers still armed become idle without calling back into this loop.
     for (auto& entry : m_timers) {
         entry.first->LoopGone();
@@ -86,21 +79,18 @@ LibeventLoop::~LibeventLoop()
     }
 }
 
-uint64_t LibeventLoop::NowMs() const
-{
+uint64_t LibeventLoop::NowMs() const {
     timespec ts;
     clock_gettime(CLOCK_MONOTONIC, &ts);
     return static_cast<uint64_t>(ts.tv_sec) * 1000u + static_cast<uint64_t>(ts.tv_nsec) / 1000000u;
 }
 
-void LibeventLoop::FreeRetired()
-{
+void LibeventLoop::FreeRetired() {
     m_retiredTimers.clear();
     m_retiredFds.clear();
 }
 
-void LibeventLoop::ArmTimer(TimerBase* timer, unsigned int delayMs)
-{
+void LibeventLoop::ArmTimer(TimerBase* timer, unsigned int delayMs) {
     if (m_base == nullptr || timer == nullptr) {
         return;
     }
@@ -121,8 +111,7 @@ void LibeventLoop::ArmTimer(TimerBase* timer, unsigned int delayMs)
     evtimer_add(it->second->ev, &tv);
 }
 
-void LibeventLoop::DisarmTimer(TimerBase* timer)
-{
+void LibeventLoop::DisarmTimer(TimerBase* timer) {
     auto it = m_timers.find(timer);
     if (it == m_timers.end()) {
         return;
@@ -135,8 +124,7 @@ void LibeventLoop::DisarmTimer(TimerBase* timer)
     }
 }
 
-void LibeventLoop::OnTimer(int, short, void* arg)
-{
+void LibeventLoop::OnTimer(int, short, void* arg) {
     auto* entry = static_cast<TimerEvent*>(arg);
     LibeventLoop* loop = entry->loop;
     TimerBase* timer = entry->timer;
@@ -153,8 +141,7 @@ void LibeventLoop::OnTimer(int, short, void* arg)
     --loop->m_callbackDepth;
 }
 
-bool LibeventLoop::WatchFd(int fd, int events, FdHandler handler)
-{
+bool LibeventLoop::WatchFd(int fd, int events, FdHandler handler) {
     if (m_base == nullptr || fd < 0 || !handler || (events & ~(READABLE | WRITABLE)) != 0) {
         return false;
     }
@@ -177,8 +164,7 @@ bool LibeventLoop::WatchFd(int fd, int events, FdHandler handler)
     return true;
 }
 
-bool LibeventLoop::ChangeFd(int fd, int events)
-{
+bool LibeventLoop::ChangeFd(int fd, int events) {
     auto it = m_fds.find(fd);
     if (it == m_fds.end()) {
         return false;
@@ -187,8 +173,7 @@ bool LibeventLoop::ChangeFd(int fd, int events)
     return WatchFd(fd, events, std::move(handler));
 }
 
-void LibeventLoop::UnwatchFd(int fd)
-{
+void LibeventLoop::UnwatchFd(int fd) {
     auto it = m_fds.find(fd);
     if (it == m_fds.end()) {
         return;
@@ -203,8 +188,7 @@ void LibeventLoop::UnwatchFd(int fd)
     }
 }
 
-void LibeventLoop::OnFd(int fd, short what, void* arg)
-{
+void LibeventLoop::OnFd(int fd, short what, void* arg) {
     auto* watch = static_cast<FdWatch*>(arg);
     LibeventLoop* loop = watch->loop;
     loop->FreeRetired();
@@ -222,13 +206,11 @@ void LibeventLoop::OnFd(int fd, short what, void* arg)
     --loop->m_callbackDepth;
 }
 
-void LibeventLoop::OnDeadline(int, short, void* arg)
-{
+void LibeventLoop::OnDeadline(int, short, void* arg) {
     *static_cast<bool*>(arg) = true;
 }
 
-bool LibeventLoop::HasWork() const
-{
+bool LibeventLoop::HasWork() const {
     if (!m_timers.empty()) {
         return true;
     }
@@ -240,8 +222,7 @@ bool LibeventLoop::HasWork() const
     return false;
 }
 
-int LibeventLoop::Loop(const void* limit)
-{
+int LibeventLoop::Loop(const void* limit) {
     if (m_base == nullptr) {
         return -1;
     }
@@ -280,31 +261,28 @@ int LibeventLoop::Loop(const void* limit)
     return result;
 }
 
-int LibeventLoop::Run()
-{
+int LibeventLoop::Run() {
     return Loop(nullptr);
 }
 
-int LibeventLoop::RunFor(unsigned int ms)
-{
+int LibeventLoop::RunFor(unsigned int ms) {
     const timeval tv = ToTimeval(ms);
     return Loop(&tv);
 }
 
-int LibeventLoop::RunOnce(bool nonBlocking)
-{
+int LibeventLoop::RunOnce(bool nonBlocking) {
     if (m_base == nullptr) {
         return -1;
     }
-    const int result = event_base_loop(m_base, nonBlocking ? (EVLOOP_ONCE | EVLOOP_NONBLOCK) : EVLOOP_ONCE);
+    const int result =
+        event_base_loop(m_base, nonBlocking ? (EVLOOP_ONCE | EVLOOP_NONBLOCK) : EVLOOP_ONCE);
     if (m_callbackDepth == 0) {
         FreeRetired();
     }
     return result;
 }
 
-void LibeventLoop::Break()
-{
+void LibeventLoop::Break() {
     m_break = true;
     if (m_base != nullptr) {
         event_base_loopbreak(m_base);

@@ -9,23 +9,20 @@
 
 namespace Zavrel {
 
-bool MemberSet::IsSelected(int level) const
-{
+bool MemberSet::IsSelected(int level) const {
     if (level < 0 || level > MAX_LEVEL) {
         return false;
     }
     return (m_levels & (1u << level)) != 0;
 }
 
-void MemberSet::Select(int level)
-{
+void MemberSet::Select(int level) {
     if (level >= 0 && level <= MAX_LEVEL) {
         m_levels |= 1u << level;
     }
 }
 
-void MemberSet::Deselect(int level)
-{
+void MemberSet::Deselect(int level) {
     if (level >= 0 && level <= MAX_LEVEL) {
         m_levels &= ~(1u << level);
     }
@@ -34,8 +31,7 @@ void MemberSet::Deselect(int level)
 namespace {
 
 // A level: one or two decimal digits, 0..MAX_LEVEL.
-bool ParseLevel(const char* text, int& level)
-{
+bool ParseLevel(const char* text, int& level) {
     if (text[0] < '0' || text[0] > '9') {
         return false;
     }
@@ -57,8 +53,7 @@ bool ParseLevel(const char* text, int& level)
 }  // namespace
 
 int HandleDebugCommand(ConsoleSession* session, int argc, char** argv, MemberSet& set,
-                       const char* name)
-{
+                       const char* name) {
     // Every word is checked before any is applied, so a bad word changes nothing.
     MemberSet result = set;
     for (int i = 0; i < argc; ++i) {

@@ -20,8 +20,7 @@ namespace {
 
 // Line and column (both from 1, columns in bytes) of offset in text, counted
 // the way the JSON reader counts them: "\r\n", "\r" and "\n" end a line.
-void LineAndColumn(const char* text, size_t offset, unsigned long& line, unsigned long& column)
-{
+void LineAndColumn(const char* text, size_t offset, unsigned long& line, unsigned long& column) {
     line = 1;
     size_t lineStart = 0;
     for (size_t i = 0; i < offset; ++i) {
@@ -39,8 +38,7 @@ void LineAndColumn(const char* text, size_t offset, unsigned long& line, unsigne
     column = static_cast<unsigned long>(offset - lineStart) + 1;
 }
 
-string ErrorAt(const char* text, size_t offset, const char* message)
-{
+string ErrorAt(const char* text, size_t offset, const char* message) {
     unsigned long line = 0;
     unsigned long column = 0;
     LineAndColumn(text, offset, line, column);
@@ -52,8 +50,7 @@ string ErrorAt(const char* text, size_t offset, const char* message)
 // Checks what the JSON reader cannot report well by itself: an empty
 // document, comments, zero bytes, and nesting deeper than the limit (the reader would
 // only throw without a position). Strings are skipped with their escapes.
-bool PreScan(const char* text, size_t length, string& error)
-{
+bool PreScan(const char* text, size_t length, string& error) {
     size_t depth = 0;
     bool inString = false;
     bool sawValue = false;
@@ -73,24 +70,24 @@ bool PreScan(const char* text, size_t length, string& error)
             continue;
         }
         switch (c) {
-        case ' ':
-        case '\t':
-        case '\r':
-        case '\n':
-        case ',':
-        case ':':
-            continue;
-        case ']':
-        case '}':
-            if (depth > 0) {
-                --depth;
-            }
-            continue;
-        case '/':
-            error = ErrorAt(text, i, "comments are not allowed");
-            return false;
-        default:
-            break;
+            case ' ':
+            case '\t':
+            case '\r':
+            case '\n':
+            case ',':
+            case ':':
+                continue;
+            case ']':
+            case '}':
+                if (depth > 0) {
+                    --depth;
+                }
+                continue;
+            case '/':
+                error = ErrorAt(text, i, "comments are not allowed");
+                return false;
+            default:
+                break;
         }
         // The start of a value or member name (or a stray character, which
         // the reader reports). A value directly inside MAX_DEPTH containers
@@ -122,8 +119,7 @@ bool PreScan(const char* text, size_t length, string& error)
 
 // Turns the reader's first message, "* Line 3, Column 7\n  Duplicate key:
 // 'vid'\n...", into "line 3, column 7: Duplicate key: 'vid'".
-string ReaderError(const std::string& errors)
-{
+string ReaderError(const std::string& errors) {
     unsigned long line = 0;
     unsigned long column = 0;
     int consumed = 0;
@@ -160,13 +156,11 @@ Options::Options(const Json::Value& root) : m_root(root) {}
 
 Options::Options(const Options& other) : m_root(other.m_root), m_error(other.m_error) {}
 
-Options::Options(Options&& other) noexcept : m_error(std::move(other.m_error))
-{
+Options::Options(Options&& other) noexcept : m_error(std::move(other.m_error)) {
     m_root.swap(other.m_root);
 }
 
-Options& Options::operator=(const Options& other)
-{
+Options& Options::operator=(const Options& other) {
     if (this != &other) {
         // Copies first: a failed copy leaves this document as it was.
         Json::Value root(other.m_root);
@@ -177,8 +171,7 @@ Options& Options::operator=(const Options& other)
     return *this;
 }
 
-Options& Options::operator=(Options&& other) noexcept
-{
+Options& Options::operator=(Options&& other) noexcept {
     if (this != &other) {
         m_root.swap(other.m_root);
         m_error = std::move(other.m_error);
@@ -186,13 +179,11 @@ Options& Options::operator=(Options&& other) noexcept
     return *this;
 }
 
-bool Options::LoadFromText(const string& text)
-{
+bool Options::LoadFromText(const string& text) {
     return LoadFromText(text.c_str(), text.length());
 }
 
-bool Options::LoadFromText(const char* text, size_t length)
-{
+bool Options::LoadFromText(const char* text, size_t length) {
     if (text == nullptr) {
         m_error = "no text to read";
         return false;
@@ -242,8 +233,7 @@ bool Options::LoadFromText(const char* text, size_t length)
     return false;
 }
 
-bool Options::LoadFromFile(const char* path)
-{
+bool Options::LoadFromFile(const char* path) {
     if (path == nullptr) {
         m_error = "no file name";
         return false;

@@ -11,24 +11,23 @@ namespace {
 const char* const NOT_FOUND = "cannot find the node element";
 const char* const WRONG_TYPE = "Incorrect Node type for Object or Array operations";
 
-const char* KindName(const Json::Value& value)
-{
+const char* KindName(const Json::Value& value) {
     switch (value.type()) {
-    case Json::nullValue:
-        return "null";
-    case Json::intValue:
-    case Json::uintValue:
-        return "integer";
-    case Json::realValue:
-        return "real number";
-    case Json::stringValue:
-        return "text";
-    case Json::booleanValue:
-        return "boolean";
-    case Json::arrayValue:
-        return "array";
-    case Json::objectValue:
-        return "object";
+        case Json::nullValue:
+            return "null";
+        case Json::intValue:
+        case Json::uintValue:
+            return "integer";
+        case Json::realValue:
+            return "real number";
+        case Json::stringValue:
+            return "text";
+        case Json::booleanValue:
+            return "boolean";
+        case Json::arrayValue:
+            return "array";
+        case Json::objectValue:
+            return "object";
     }
     return "value";
 }
@@ -36,8 +35,7 @@ const char* KindName(const Json::Value& value)
 // Decimal text: an optional minus sign (when allowed) and at least one
 // digit, nothing else. The magnitude is returned apart from the sign.
 bool ParseDecimal(const std::string& text, bool allowMinus, bool& negative,
-                  unsigned long long& magnitude)
-{
+                  unsigned long long& magnitude) {
     size_t i = 0;
     negative = false;
     if (allowMinus && !text.empty() && text[0] == '-') {
@@ -66,8 +64,7 @@ bool ParseDecimal(const std::string& text, bool allowMinus, bool& negative,
 
 // Sign and magnitude of an integer number (type is v's, int or uint).
 void IntegerMagnitude(const Json::Value& v, Json::ValueType type, bool& negative,
-                      unsigned long long& magnitude)
-{
+                      unsigned long long& magnitude) {
     if (type == Json::uintValue) {
         negative = false;
         magnitude = static_cast<unsigned long long>(v.asLargestUInt());
@@ -89,13 +86,11 @@ template <>
 struct IntegerKind<int> {
     static constexpr const char* NAME = "int";
     static constexpr bool ALLOW_MINUS = true;
-    static bool InRange(bool negative, unsigned long long magnitude)
-    {
+    static bool InRange(bool negative, unsigned long long magnitude) {
         return negative ? magnitude <= static_cast<unsigned long long>(INT_MAX) + 1
                         : magnitude <= static_cast<unsigned long long>(INT_MAX);
     }
-    static int From(bool negative, unsigned long long magnitude)
-    {
+    static int From(bool negative, unsigned long long magnitude) {
         return negative ? static_cast<int>(-static_cast<long long>(magnitude))
                         : static_cast<int>(magnitude);
     }
@@ -105,12 +100,10 @@ template <>
 struct IntegerKind<unsigned int> {
     static constexpr const char* NAME = "unsigned int";
     static constexpr bool ALLOW_MINUS = false;
-    static bool InRange(bool negative, unsigned long long magnitude)
-    {
+    static bool InRange(bool negative, unsigned long long magnitude) {
         return !negative && magnitude <= UINT_MAX;
     }
-    static unsigned int From(bool, unsigned long long magnitude)
-    {
+    static unsigned int From(bool, unsigned long long magnitude) {
         return static_cast<unsigned int>(magnitude);
     }
 };
@@ -118,8 +111,7 @@ struct IntegerKind<unsigned int> {
 // Converts a number, or a decimal text, to T when it is in T's range;
 // otherwise leaves out alone and says why in error.
 template <typename T>
-bool ConvertInteger(const Json::Value& v, T& out, string& error)
-{
+bool ConvertInteger(const Json::Value& v, T& out, string& error) {
     typedef IntegerKind<T> Kind;
     try {
         const Json::ValueType type = v.type();
@@ -159,8 +151,7 @@ OptionsNode::OptionsNode() : m_value(nullptr), m_fixed_error(nullptr) {}
 
 OptionsNode::OptionsNode(const Json::Value* value) : m_value(value), m_fixed_error(nullptr) {}
 
-const string& OptionsNode::Error() const
-{
+const string& OptionsNode::Error() const {
     if (m_fixed_error != nullptr) {
         m_error = m_fixed_error;
         m_fixed_error = nullptr;
@@ -168,27 +159,23 @@ const string& OptionsNode::Error() const
     return m_error;
 }
 
-void OptionsNode::SetError(const char* text) const
-{
+void OptionsNode::SetError(const char* text) const {
     m_fixed_error = nullptr;
     m_error = text;
 }
 
-void OptionsNode::SetFixedError(const char* text) const
-{
+void OptionsNode::SetFixedError(const char* text) const {
     m_fixed_error = text;
 }
 
-OptionsNode OptionsNode::operator[](const char* key) const
-{
+OptionsNode OptionsNode::operator[](const char* key) const {
     if (m_value == nullptr || key == nullptr || !m_value->isObject()) {
         return OptionsNode();
     }
     return OptionsNode(m_value->find(key, key + std::strlen(key)));
 }
 
-void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t count) const
-{
+void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t count) const {
     // Only the views are set: the nodes' error texts are left as they are
     // (copying texts would cost more than the search).
     for (size_t i = 0; i < count; ++i) {
@@ -205,8 +192,7 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
         if (name == nullptr || nameEnd == nullptr) {
             continue;
         }
-        OptionsNode* node =
-            MatchKey(keys, found, count, name, static_cast<size_t>(nameEnd - name));
+        OptionsNode* node = MatchKey(keys, found, count, name, static_cast<size_t>(nameEnd - name));
         if (node != nullptr) {
             node->m_value = &*it;
             --missing;
@@ -215,8 +201,7 @@ void OptionsNode::FindMembers(const Key keys[], OptionsNode found[], size_t coun
 }
 
 OptionsNode* OptionsNode::MatchKey(const Key keys[], OptionsNode found[], size_t count,
-                                   const char* name, size_t length)
-{
+                                   const char* name, size_t length) {
     for (size_t i = 0; i < count; ++i) {
         const Key& key = keys[i];
         if (key.length == length && found[i].m_value == nullptr &&
@@ -227,79 +212,71 @@ OptionsNode* OptionsNode::MatchKey(const Key keys[], OptionsNode found[], size_t
     return nullptr;
 }
 
-bool OptionsNode::IsEmpty() const
-{
+bool OptionsNode::IsEmpty() const {
     if (m_value == nullptr) {
         return true;
     }
     switch (m_value->type()) {
-    case Json::nullValue:
-        return true;
-    case Json::objectValue:
-    case Json::arrayValue:
-        return m_value->size() == 0;
-    case Json::stringValue: {
-        const char* begin = nullptr;
-        const char* end = nullptr;
-        return !m_value->getString(&begin, &end) || begin == end;
-    }
-    default:
-        return false;
+        case Json::nullValue:
+            return true;
+        case Json::objectValue:
+        case Json::arrayValue:
+            return m_value->size() == 0;
+        case Json::stringValue: {
+            const char* begin = nullptr;
+            const char* end = nullptr;
+            return !m_value->getString(&begin, &end) || begin == end;
+        }
+        default:
+            return false;
     }
 }
 
-bool OptionsNode::IsNull() const
-{
+bool OptionsNode::IsNull() const {
     return m_value == nullptr || m_value->isNull();
 }
 
-bool OptionsNode::IsObject() const
-{
+bool OptionsNode::IsObject() const {
     return m_value != nullptr && m_value->isObject();
 }
 
-bool OptionsNode::IsArray() const
-{
+bool OptionsNode::IsArray() const {
     return m_value != nullptr && m_value->isArray();
 }
 
-unsigned int OptionsNode::Size() const
-{
+unsigned int OptionsNode::Size() const {
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return 0;
     }
     return m_value->size();
 }
 
-string OptionsNode::GetAsString() const
-{
+string OptionsNode::GetAsString() const {
     if (m_value == nullptr) {
         return string();
     }
     try {
         switch (m_value->type()) {
-        case Json::stringValue:
-        case Json::intValue:
-        case Json::uintValue:
-        case Json::realValue:
-        case Json::booleanValue:
-            return string(m_value->asString());
-        default:
-            return string();
+            case Json::stringValue:
+            case Json::intValue:
+            case Json::uintValue:
+            case Json::realValue:
+            case Json::booleanValue:
+                return string(m_value->asString());
+            default:
+                return string();
         }
     } catch (const std::exception&) {
         return string();
     }
 }
 
-string OptionsNode::GetAsString(const char* key) const
-{
+string OptionsNode::GetAsString(const char* key) const {
     return (*this)[key].GetAsString();
 }
 
 template <typename T>
-bool OptionsNode::AsInteger(T& out) const
-{
+bool OptionsNode::AsInteger(T& out) const {
     if (m_value == nullptr) {
         SetFixedError(NOT_FOUND);
         return false;
@@ -313,18 +290,15 @@ bool OptionsNode::AsInteger(T& out) const
     return false;
 }
 
-bool OptionsNode::AsVal(int& out) const
-{
+bool OptionsNode::AsVal(int& out) const {
     return AsInteger(out);
 }
 
-bool OptionsNode::AsVal(unsigned int& out) const
-{
+bool OptionsNode::AsVal(unsigned int& out) const {
     return AsInteger(out);
 }
 
-bool OptionsNode::AsVal(bool& out) const
-{
+bool OptionsNode::AsVal(bool& out) const {
     if (m_value == nullptr) {
         SetFixedError(NOT_FOUND);
         return false;
@@ -334,37 +308,37 @@ bool OptionsNode::AsVal(bool& out) const
     try {
         const Json::ValueType type = v.type();
         switch (type) {
-        case Json::booleanValue:
-            out = v.asBool();
-            return true;
-        case Json::intValue:
-        case Json::uintValue: {
-            bool negative = false;
-            unsigned long long magnitude = 0;
-            IntegerMagnitude(v, type, negative, magnitude);
-            if (!negative && magnitude <= 1) {
-                out = magnitude == 1;
+            case Json::booleanValue:
+                out = v.asBool();
                 return true;
+            case Json::intValue:
+            case Json::uintValue: {
+                bool negative = false;
+                unsigned long long magnitude = 0;
+                IntegerMagnitude(v, type, negative, magnitude);
+                if (!negative && magnitude <= 1) {
+                    out = magnitude == 1;
+                    return true;
+                }
+                error.Format("number %s is not 0 or 1", v.asString().c_str());
+                break;
             }
-            error.Format("number %s is not 0 or 1", v.asString().c_str());
-            break;
-        }
-        case Json::stringValue: {
-            const std::string text = v.asString();
-            if (text == "true" || text == "1") {
-                out = true;
-                return true;
+            case Json::stringValue: {
+                const std::string text = v.asString();
+                if (text == "true" || text == "1") {
+                    out = true;
+                    return true;
+                }
+                if (text == "false" || text == "0") {
+                    out = false;
+                    return true;
+                }
+                error.Format("text \"%s\" is not a boolean", text.c_str());
+                break;
             }
-            if (text == "false" || text == "0") {
-                out = false;
-                return true;
-            }
-            error.Format("text \"%s\" is not a boolean", text.c_str());
-            break;
-        }
-        default:
-            error.Format("cannot convert %s to bool", KindName(v));
-            break;
+            default:
+                error.Format("cannot convert %s to bool", KindName(v));
+                break;
         }
     } catch (const std::exception&) {
         error.Format("cannot convert %s to bool", KindName(v));
@@ -375,8 +349,7 @@ bool OptionsNode::AsVal(bool& out) const
 }
 
 template <typename T>
-bool OptionsNode::GetLeafValue(T& out, const char* key, const T& fallback) const
-{
+bool OptionsNode::GetLeafValue(T& out, const char* key, const T& fallback) const {
     out = fallback;
     if (!IsObject()) {
         SetFixedError(WRONG_TYPE);
@@ -401,16 +374,14 @@ template bool OptionsNode::GetLeafValue<unsigned int>(unsigned int&, const char*
                                                       const unsigned int&) const;
 template bool OptionsNode::GetLeafValue<bool>(bool&, const char*, const bool&) const;
 
-OptionsNodeIterator OptionsNode::begin() const
-{
+OptionsNodeIterator OptionsNode::begin() const {
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return OptionsNodeIterator();
     }
     return OptionsNodeIterator(m_value->begin(), true);
 }
 
-OptionsNodeIterator OptionsNode::end() const
-{
+OptionsNodeIterator OptionsNode::end() const {
     if (m_value == nullptr || !(m_value->isObject() || m_value->isArray())) {
         return OptionsNodeIterator();
     }

@@ -36,9 +36,7 @@ public:
         constexpr Key() : name(""), length(0) {}
         // Implicit, so that a table of keys can be written as literals.
         constexpr Key(const char* text)  // NOLINT
-            : name(text), length(std::char_traits<char>::length(text))
-        {
-        }
+            : name(text), length(std::char_traits<char>::length(text)) {}
         constexpr Key(const char* text, size_t textLength) : name(text), length(textLength) {}
         const char* name;
         size_t length;
@@ -50,8 +48,7 @@ public:
     // good part of the members this costs far less than a lookup per key.
     void FindMembers(const Key keys[], OptionsNode found[], size_t count) const;
     template <size_t N>
-    void FindMembers(const Key (&keys)[N], OptionsNode (&found)[N]) const
-    {
+    void FindMembers(const Key (&keys)[N], OptionsNode (&found)[N]) const {
         FindMembers(keys, found, N);
     }
 

@@ -4,15 +4,13 @@ namespace Zavrel {
 
 namespace {
 
-bool IsDigit(char c)
-{
+bool IsDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
 }  // namespace
 
-bool Parse_IpAddr::operator()(Ip4Addr& out, const char*& cursor) const
-{
+bool Parse_IpAddr::operator()(Ip4Addr& out, const char*& cursor) const {
     if (cursor == nullptr) {
         return false;
     }

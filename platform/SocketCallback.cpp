@@ -11,16 +11,14 @@ struct Registration {
     void* context;
 };
 
-std::map<int, Registration>& Registry()
-{
+std::map<int, Registration>& Registry() {
     static auto* registry = new std::map<int, Registration>();
     return *registry;
 }
 
 }  // namespace
 
-void RegisterSocketHandler(int fd, SocketHandler handler, void* context)
-{
+void RegisterSocketHandler(int fd, SocketHandler handler, void* context) {
     if (handler == nullptr) {
         UnregisterSocketHandler(fd);
         return;
@@ -28,18 +26,15 @@ void RegisterSocketHandler(int fd, SocketHandler handler, void* context)
     Registry()[fd] = Registration{handler, context};
 }
 
-void UnregisterSocketHandler(int fd)
-{
+void UnregisterSocketHandler(int fd) {
     Registry().erase(fd);
 }
 
-bool HasSocketHandler(int fd)
-{
+bool HasSocketHandler(int fd) {
     return Registry().count(fd) != 0;
 }
 
-int InvokeCallback(int fd, int events)
-{
+int InvokeCallback(int fd, int events) {
     auto& registry = Registry();
     auto it = registry.find(fd);
     if (it == registry.end()) {

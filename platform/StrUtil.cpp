@@ -4,8 +4,7 @@
 
 namespace Zavrel {
 
-bool strcasestrstart(const char* text, const char* prefix)
-{
+bool strcasestrstart(const char* text, const char* prefix) {
     if (text == nullptr || prefix == nullptr) {
         return false;
     }

@@ -9,12 +9,13 @@ namespace Zavrel {
 
 namespace {
 
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 // yajl's text for the error, without its kind ("lexical error: ", "parse
 // error: ") and its line end.
-std::string YajlMessage(yajl_handle handle, const unsigned char* text, size_t length)
-{
+std::string YajlMessage(yajl_handle handle, const unsigned char* text, size_t length) {
     unsigned char* raw = yajl_get_error(handle, 0, text, length);
     std::string message = raw != nullptr ? reinterpret_cast<const char*>(raw) : "not JSON";
     if (raw != nullptr) {
@@ -35,8 +36,7 @@ std::string YajlMessage(yajl_handle handle, const unsigned char* text, size_t le
 // Where the grammar failed on a number that starts with a zero followed by
 // another digit, yajl reads "0" as a whole number and complains about what
 // follows it; say what is wrong instead. at is yajl's stopping offset.
-bool LeadingZero(const char* text, size_t length, size_t at, size_t& offset)
-{
+bool LeadingZero(const char* text, size_t length, size_t at, size_t& offset) {
     // yajl stops at the digit after the zero or just around it.
     for (size_t i = at > 1 ? at - 1 : 1; i <= at + 1 && i < length; ++i) {
         if (IsDigit(text[i]) && text[i - 1] == '0' &&
@@ -51,8 +51,7 @@ bool LeadingZero(const char* text, size_t length, size_t at, size_t& offset)
 
 }  // namespace
 
-bool StrictJson::Check(const char* text, size_t length, size_t& offset, std::string& message)
-{
+bool StrictJson::Check(const char* text, size_t length, size_t& offset, std::string& message) {
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(text);
     yajl_handle handle = yajl_alloc(nullptr, nullptr, nullptr);
     if (handle == nullptr) {

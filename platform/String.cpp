@@ -7,8 +7,7 @@ namespace Zavrel {
 
 string::string(const char* text) : m_text(text != nullptr ? text : "") {}
 
-string::string(const char* text, size_t length)
-{
+string::string(const char* text, size_t length) {
     if (text != nullptr) {
         m_text.assign(text, length);
     }
@@ -18,8 +17,7 @@ string::string(const std::string& text) : m_text(text) {}
 
 string::string(std::string&& text) noexcept : m_text(std::move(text)) {}
 
-string& string::Format(const char* format, ...)
-{
+string& string::Format(const char* format, ...) {
     va_list args;
     va_start(args, format);
     VFormat(format, args);
@@ -27,14 +25,12 @@ string& string::Format(const char* format, ...)
     return *this;
 }
 
-string& string::VFormat(const char* format, va_list args)
-{
+string& string::VFormat(const char* format, va_list args) {
     m_text.clear();
     return VAppendFmt(format, args);
 }
 
-string& string::AppendFmt(const char* format, ...)
-{
+string& string::AppendFmt(const char* format, ...) {
     va_list args;
     va_start(args, format);
     VAppendFmt(format, args);
@@ -42,8 +38,7 @@ string& string::AppendFmt(const char* format, ...)
     return *this;
 }
 
-string& string::VAppendFmt(const char* format, va_list args)
-{
+string& string::VAppendFmt(const char* format, va_list args) {
     if (format == nullptr) {
         return *this;
     }
@@ -71,22 +66,19 @@ string& string::VAppendFmt(const char* format, va_list args)
     return *this;
 }
 
-string& string::Append(const char* text)
-{
+string& string::Append(const char* text) {
     if (text != nullptr) {
         m_text.append(text);
     }
     return *this;
 }
 
-string& string::Append(const string& text)
-{
+string& string::Append(const string& text) {
     m_text.append(text.m_text);
     return *this;
 }
 
-bool operator==(const string& a, const char* b)
-{
+bool operator==(const string& a, const char* b) {
     return a.m_text == (b != nullptr ? b : "");
 }
 

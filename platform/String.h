@@ -16,7 +16,7 @@ public:
     string() = default;
     string(const char* text);  // NOLINT: implicit on purpose; null gives ""
     string(const char* text, size_t length);
-    string(const std::string& text);  // NOLINT
+    string(const std::string& text);      // NOLINT
     string(std::string&& text) noexcept;  // NOLINT
 
     const char* c_str() const { return m_text.c_str(); }

@@ -5,17 +5,13 @@
 namespace Zavrel {
 
 TimerBase::TimerBase(const char* name, Callback* callback, void* context)
-    : m_name(name), m_callback(callback), m_context(context)
-{
-}
+    : m_name(name), m_callback(callback), m_context(context) {}
 
-TimerBase::~TimerBase()
-{
+TimerBase::~TimerBase() {
     Stop();
 }
 
-bool TimerBase::Start(unsigned int ms)
-{
+bool TimerBase::Start(unsigned int ms) {
     EventLoop& loop = EventLoop::Current();
     if (m_loop != nullptr && m_loop != &loop) {
         m_loop->DisarmTimer(this);
@@ -26,8 +22,7 @@ bool TimerBase::Start(unsigned int ms)
     return true;
 }
 
-void TimerBase::Stop()
-{
+void TimerBase::Stop() {
     if (m_loop != nullptr) {
         EventLoop* loop = m_loop;
         m_loop = nullptr;
@@ -35,8 +30,7 @@ void TimerBase::Stop()
     }
 }
 
-void TimerBase::Expire()
-{
+void TimerBase::Expire() {
     if (m_loop == nullptr) {
         return;
     }
@@ -51,8 +45,7 @@ void TimerBase::Expire()
     OnExpire(m_interval, m_context);
 }
 
-void TimerBase::OnExpire(unsigned int interval, void* context)
-{
+void TimerBase::OnExpire(unsigned int interval, void* context) {
     if (m_callback) {
         (*m_callback)(interval, context);
     }

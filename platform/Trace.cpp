@@ -12,38 +12,32 @@ namespace {
 
 // The default sink lives as long as the process: traces may be written from
 // destructors of other static objects.
-StderrTraceSink& DefaultSink()
-{
+StderrTraceSink& DefaultSink() {
     static StderrTraceSink* sink = new StderrTraceSink(0);
     return *sink;
 }
 
 TraceSink* g_sink = nullptr;
 
-TraceSink& CurrentSink()
-{
+TraceSink& CurrentSink() {
     return g_sink != nullptr ? *g_sink : DefaultSink();
 }
 
 }  // namespace
 
-void StderrTraceSink::Write(int, const char* text)
-{
+void StderrTraceSink::Write(int, const char* text) {
     std::fputs(text, stderr);
 }
 
-SyslogTraceSink::SyslogTraceSink(const char* ident, int threshold) : m_threshold(threshold)
-{
+SyslogTraceSink::SyslogTraceSink(const char* ident, int threshold) : m_threshold(threshold) {
     openlog(ident, LOG_PID, LOG_DAEMON);
 }
 
-SyslogTraceSink::~SyslogTraceSink()
-{
+SyslogTraceSink::~SyslogTraceSink() {
     closelog();
 }
 
-void SyslogTraceSink::Write(int level, const char* text)
-{
+void SyslogTraceSink::Write(int level, const char* text) {
     int priority = LOG_DEBUG;
     if (level <= 0) {
         priority = LOG_ERR;
@@ -55,8 +49,7 @@ void SyslogTraceSink::Write(int level, const char* text)
     syslog(priority, "%s", text);
 }
 
-std::vector<std::string> CapturingTraceSink::Texts() const
-{
+std::vector<std::string> CapturingTraceSink::Texts() const {
     std::vector<std::string> texts;
     texts.reserve(m_lines.size());
     for (const Line& line : m_lines) {
@@ -65,8 +58,7 @@ std::vector<std::string> CapturingTraceSink::Texts() const
     return texts;
 }
 
-std::vector<std::string> CapturingTraceSink::Texts(int level) const
-{
+std::vector<std::string> CapturingTraceSink::Texts(int level) const {
     std::vector<std::string> texts;
     for (const Line& line : m_lines) {
         if (line.level == level) {
@@ -76,8 +68,7 @@ std::vector<std::string> CapturingTraceSink::Texts(int level) const
     return texts;
 }
 
-bool CapturingTraceSink::Contains(const std::string& text) const
-{
+bool CapturingTraceSink::Contains(const std::string& text) const {
     for (const Line& line : m_lines) {
         if (line.text == text) {
             return true;
@@ -86,8 +77,7 @@ bool CapturingTraceSink::Contains(const std::string& text) const
     return false;
 }
 
-bool CapturingTraceSink::Contains(int level, const std::string& text) const
-{
+bool CapturingTraceSink::Contains(int level, const std::string& text) const {
     for (const Line& line : m_lines) {
         if (line.level == level && line.text == text) {
             return true;
@@ -96,25 +86,21 @@ bool CapturingTraceSink::Contains(int level, const std::string& text) const
     return false;
 }
 
-TraceSink* SetTraceSink(TraceSink* sink)
-{
+TraceSink* SetTraceSink(TraceSink* sink) {
     TraceSink* previous = &CurrentSink();
     g_sink = sink;
     return previous;
 }
 
-TraceSink* GetTraceSink()
-{
+TraceSink* GetTraceSink() {
     return &CurrentSink();
 }
 
-bool TraceEnabled(int level)
-{
+bool TraceEnabled(int level) {
     return CurrentSink().Wants(level);
 }
 
-void TraceWriteV(int level, const char* format, va_list args)
-{
+void TraceWriteV(int level, const char* format, va_list args) {
     TraceSink& sink = CurrentSink();
     if (format == nullptr || !sink.Wants(level)) {
         return;
@@ -124,16 +110,14 @@ void TraceWriteV(int level, const char* format, va_list args)
     sink.Write(level, text.c_str());
 }
 
-void TraceWrite(int level, const char* format, ...)
-{
+void TraceWrite(int level, const char* format, ...) {
     va_list args;
     va_start(args, format);
     TraceWriteV(level, format, args);
     va_end(args);
 }
 
-void TraceWrite(const char* format, ...)
-{
+void TraceWrite(const char* format, ...) {
     va_list args;
     va_start(args, format);
     TraceWriteV(0, format, args);

@@ -10,8 +10,7 @@ namespace Zavrel {
 
 VirtualEventLoop::VirtualEventLoop() = default;
 
-VirtualEventLoop::~VirtualEventLoop()
-{
+VirtualEventLoop::~VirtualEventLoop() {
     // Timers still armed here become idle; they must not call back into a
     // loop that no longer exists.
     for (const auto& entry : m_armed) {
@@ -19,8 +18,7 @@ VirtualEventLoop::~VirtualEventLoop()
     }
 }
 
-void VirtualEventLoop::ArmTimer(TimerBase* timer, unsigned int delayMs)
-{
+void VirtualEventLoop::ArmTimer(TimerBase* timer, unsigned int delayMs) {
     if (timer == nullptr) {
         return;
     }
@@ -30,8 +28,7 @@ void VirtualEventLoop::ArmTimer(TimerBase* timer, unsigned int delayMs)
     m_armed[timer] = key;
 }
 
-void VirtualEventLoop::DisarmTimer(TimerBase* timer)
-{
+void VirtualEventLoop::DisarmTimer(TimerBase* timer) {
     auto it = m_armed.find(timer);
     if (it == m_armed.end()) {
         return;
@@ -40,8 +37,7 @@ void VirtualEventLoop::DisarmTimer(TimerBase* timer)
     m_armed.erase(it);
 }
 
-bool VirtualEventLoop::WatchFd(int fd, int events, FdHandler handler)
-{
+bool VirtualEventLoop::WatchFd(int fd, int events, FdHandler handler) {
     if (fd < 0 || !handler || (events & ~(READABLE | WRITABLE)) != 0) {
         return false;
     }
@@ -49,8 +45,7 @@ bool VirtualEventLoop::WatchFd(int fd, int events, FdHandler handler)
     return true;
 }
 
-bool VirtualEventLoop::ChangeFd(int fd, int events)
-{
+bool VirtualEventLoop::ChangeFd(int fd, int events) {
     auto it = m_fds.find(fd);
     if (it == m_fds.end() || (events & ~(READABLE | WRITABLE)) != 0) {
         return false;
@@ -59,19 +54,16 @@ bool VirtualEventLoop::ChangeFd(int fd, int events)
     return true;
 }
 
-void VirtualEventLoop::UnwatchFd(int fd)
-{
+void VirtualEventLoop::UnwatchFd(int fd) {
     m_fds.erase(fd);
 }
 
-int VirtualEventLoop::WatchedEvents(int fd) const
-{
+int VirtualEventLoop::WatchedEvents(int fd) const {
     auto it = m_fds.find(fd);
     return it != m_fds.end() ? it->second.events : 0;
 }
 
-bool VirtualEventLoop::NextDue(uint64_t& dueMs) const
-{
+bool VirtualEventLoop::NextDue(uint64_t& dueMs) const {
     if (m_queue.empty()) {
         return false;
     }
@@ -79,13 +71,11 @@ bool VirtualEventLoop::NextDue(uint64_t& dueMs) const
     return true;
 }
 
-bool VirtualEventLoop::IsArmed(const TimerBase* timer) const
-{
+bool VirtualEventLoop::IsArmed(const TimerBase* timer) const {
     return m_armed.count(const_cast<TimerBase*>(timer)) != 0;
 }
 
-bool VirtualEventLoop::FireNext(uint64_t limit)
-{
+bool VirtualEventLoop::FireNext(uint64_t limit) {
     if (m_queue.empty()) {
         return false;
     }
@@ -104,8 +94,7 @@ bool VirtualEventLoop::FireNext(uint64_t limit)
     return true;
 }
 
-size_t VirtualEventLoop::Advance(uint64_t ms)
-{
+size_t VirtualEventLoop::Advance(uint64_t ms) {
     const uint64_t target = ms > UINT64_MAX - m_now ? UINT64_MAX : m_now + ms;
     size_t fired = 0;
     for (;;) {
@@ -119,13 +108,11 @@ size_t VirtualEventLoop::Advance(uint64_t ms)
     return fired;
 }
 
-size_t VirtualEventLoop::RunDue()
-{
+size_t VirtualEventLoop::RunDue() {
     return Advance(0);
 }
 
-size_t VirtualEventLoop::DispatchReadyFds()
-{
+size_t VirtualEventLoop::DispatchReadyFds() {
     if (m_fds.empty()) {
         return 0;
     }

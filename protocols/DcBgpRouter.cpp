@@ -16,7 +16,9 @@ DcBgpRouter::DcBgpRouter(unsigned short vid)
 
 DcBgpRouter::~DcBgpRouter() = default;
 
-bool DcBgpRouter::CreateConfigList(DcConfigLists&) { return true; }
+bool DcBgpRouter::CreateConfigList(DcConfigLists&) {
+    return true;
+}
 
 void DcBgpRouter::Ip4ConsoleCommand(void*, DcConsole* console, int argc, char** argv) {
     DcRouterConsole::Show(console, argc, argv, "ip bgp", DcRouterMgr::BGP, "BGP4+",

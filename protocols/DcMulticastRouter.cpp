@@ -21,16 +21,18 @@ int NormalizeProtocol(int protocol) {
 }  // namespace
 
 DcMulticastRouter::DcMulticastRouter(unsigned short vid, int protocol)
-    : DcMulticastRouterBase(NormalizeProtocol(protocol) == PROTOCOL_MLD ? "MLD" : "IGMP", vid,
-                            new (std::nothrow) DcProtoInterfaceBase(
-                                NormalizeProtocol(protocol) == PROTOCOL_MLD ? DcRtmMgr::AFI_IPV6
-                                                                            : DcRtmMgr::AFI_IPV4,
-                                DcProtoInterfaceBase::PROTO_NONE)),
+    : DcMulticastRouterBase(
+          NormalizeProtocol(protocol) == PROTOCOL_MLD ? "MLD" : "IGMP", vid,
+          new (std::nothrow) DcProtoInterfaceBase(
+              NormalizeProtocol(protocol) == PROTOCOL_MLD ? DcRtmMgr::AFI_IPV6 : DcRtmMgr::AFI_IPV4,
+              DcProtoInterfaceBase::PROTO_NONE)),
       m_protocol(NormalizeProtocol(protocol)) {}
 
 DcMulticastRouter::~DcMulticastRouter() = default;
 
-bool DcMulticastRouter::CreateConfigList(DcConfigLists&) { return true; }
+bool DcMulticastRouter::CreateConfigList(DcConfigLists&) {
+    return true;
+}
 
 bool DcMulticastRouter::AddInterface(unsigned int ifIndex, bool querier) {
     m_querier[ifIndex] = querier;

@@ -33,9 +33,13 @@ bool DcOspfRouter::AddArea(unsigned int areaId, bool stub) {
     return true;
 }
 
-bool DcOspfRouter::RemoveArea(unsigned int areaId) { return m_areas.erase(areaId) != 0; }
+bool DcOspfRouter::RemoveArea(unsigned int areaId) {
+    return m_areas.erase(areaId) != 0;
+}
 
-bool DcOspfRouter::HasArea(unsigned int areaId) const { return m_areas.count(areaId) != 0; }
+bool DcOspfRouter::HasArea(unsigned int areaId) const {
+    return m_areas.count(areaId) != 0;
+}
 
 bool DcOspfRouter::IsStubArea(unsigned int areaId) const {
     auto it = m_areas.find(areaId);
@@ -68,7 +72,9 @@ std::vector<unsigned int> DcOspfRouter::GetAreaIds() const {
     return ids;
 }
 
-void DcOspfRouter::ClearAreas() { m_areas.clear(); }
+void DcOspfRouter::ClearAreas() {
+    m_areas.clear();
+}
 
 bool DcOspfRouter::IsAreaBorderRouter() const {
     return m_areas.count(OspfAreaCB::BACKBONE) != 0 && m_areas.size() >= 2;

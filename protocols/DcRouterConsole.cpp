@@ -31,10 +31,9 @@ void PrintInterfaces(DcConsole* console, const DcProtoInterfaceBase& iface) {
     console->Print("%-10s %-6s %s\n", "Interface", "State", "Address");
     for (const auto& entry : iface.GetInterfaces()) {
         auto address = iface.GetAddresses().find(entry.first);
-        console->Print("%-10u %-6s %s\n", entry.first,
-                       DcProtoInterfaceBase::IfStatusName(entry.second),
-                       address != iface.GetAddresses().end() ? address->second.ToString().c_str()
-                                                             : "-");
+        console->Print(
+            "%-10u %-6s %s\n", entry.first, DcProtoInterfaceBase::IfStatusName(entry.second),
+            address != iface.GetAddresses().end() ? address->second.ToString().c_str() : "-");
     }
 }
 
@@ -111,7 +110,8 @@ void DcRouterConsole::PrintRouter(DcConsole* console, DcRouterBase* router, cons
                                                                      : router->GetStatus()));
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm != nullptr) {
-        const unsigned short instance = rtm->GetDclProtocolInstanceIdFromVlan(router->GetVlan(), afi);
+        const unsigned short instance =
+            rtm->GetDclProtocolInstanceIdFromVlan(router->GetVlan(), afi);
         console->Print("RTM instance %u: %s\n", static_cast<unsigned int>(instance),
                        rtm->IsRtmReady(instance) ? "ready" : "not ready");
     }

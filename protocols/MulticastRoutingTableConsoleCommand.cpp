@@ -11,7 +11,6 @@ namespace {
 const char* kUsage = "mcast-database [vrf <vid>] [group <address>]";
 const char* kDescription = "Show Multicast Routing Information Base";
 
-
 }  // namespace
 
 MulticastRoutingTableConsoleCommand::MulticastRoutingTableConsoleCommand(DcConsole* console,
@@ -19,7 +18,7 @@ MulticastRoutingTableConsoleCommand::MulticastRoutingTableConsoleCommand(DcConso
     : DcConsoleCommand(console, console != nullptr ? console->CurrentVlan() : m_default_vlan,
                        kUsage, kDescription),
       m_family(family == DcMulticastRouter::PROTOCOL_MLD ? DcMulticastRouter::PROTOCOL_MLD
-                                                          : DcMulticastRouter::PROTOCOL_IGMP),
+                                                         : DcMulticastRouter::PROTOCOL_IGMP),
       m_has_group(false),
       m_group{} {}
 

@@ -22,7 +22,7 @@ int OspfAreaConfig::CompareWithNew(DclConfigObject* newer) {
         return COMPARE_DIFFERENT;
     }
     return (other->stub == stub && other->interfaces == interfaces) ? COMPARE_SAME
-                                                                     : COMPARE_CHANGED;
+                                                                    : COMPARE_CHANGED;
 }
 
 void OspfAreaConfig::UpdateFromNew(DclConfigObject* newer) {
@@ -40,7 +40,9 @@ unsigned short OspfAreaConfig::GetRowStatus() {
     return inMib ? 1 : 4;
 }
 
-void OspfAreaConfig::MarkDestroy() { destroy = true; }
+void OspfAreaConfig::MarkDestroy() {
+    destroy = true;
+}
 
 void OspfAreaConfig::Display(DcConsole* console) {
     console->Print("Area %u%s Interfaces:", id, stub ? " (stub)" : "");

@@ -56,7 +56,9 @@ constexpr long PROTO_BGP = 14;
 
 // A protocol code as the stack's redistribution rows carry it: in the
 // upper half of the word.
-constexpr unsigned int RedistProtocol(long code) { return static_cast<unsigned int>(code) << 16; }
+constexpr unsigned int RedistProtocol(long code) {
+    return static_cast<unsigned int>(code) << 16;
+}
 
 }  // namespace Zavrel::Sms
 

@@ -53,17 +53,17 @@ extern "C" {
 #define SMS_MAX_OID_LEN 64
 
 /* Response codes handed to a walk callback (sms_walk_callback). */
-#define SMS_RC_ROW 1            /* one row follows in the row argument */
-#define SMS_RC_GEN_ERROR 2      /* general error */
-#define SMS_RC_WRONG_VALUE 3    /* a request value is wrong */
-#define SMS_RC_INCONSISTENT 4   /* inconsistent value */
-#define SMS_RC_RESOURCE 5       /* resource failure */
-#define SMS_RC_NO_FAMILY 6      /* family is not found */
-#define SMS_RC_END_OF_TABLE 7   /* the walk has reached the end of the table */
-#define SMS_RC_AGENT_ERROR 8    /* agent error */
-#define SMS_RC_INCOMPLETE 9     /* incomplete */
-#define SMS_RC_PARTIAL 10       /* partial family ok */
-#define SMS_RC_PASS_OVER 12     /* nothing to show for this step; the walk goes on */
+#define SMS_RC_ROW 1          /* one row follows in the row argument */
+#define SMS_RC_GEN_ERROR 2    /* general error */
+#define SMS_RC_WRONG_VALUE 3  /* a request value is wrong */
+#define SMS_RC_INCONSISTENT 4 /* inconsistent value */
+#define SMS_RC_RESOURCE 5     /* resource failure */
+#define SMS_RC_NO_FAMILY 6    /* family is not found */
+#define SMS_RC_END_OF_TABLE 7 /* the walk has reached the end of the table */
+#define SMS_RC_AGENT_ERROR 8  /* agent error */
+#define SMS_RC_INCOMPLETE 9   /* incomplete */
+#define SMS_RC_PARTIAL 10     /* partial family ok */
+#define SMS_RC_PASS_OVER 12   /* nothing to show for this step; the walk goes on */
 
 /* Row status values (SNMP RowStatus). */
 #define SMS_ROW_ACTIVE 1
@@ -74,10 +74,10 @@ extern "C" {
 #define SMS_ROW_DESTROY 6
 
 /* Results reported for a row in cSetRouteState / cSetRedistState. */
-#define SMS_RESULT_DONE 1       /* the row is as requested */
+#define SMS_RESULT_DONE 1        /* the row is as requested */
 #define SMS_RESULT_WRONG_VALUE 3 /* a value of the request is wrong */
-#define SMS_RESULT_TEMPORARY 5  /* not now (for example the RTM instance is not ready) */
-#define SMS_RESULT_NO_ROW 6     /* a destroy found no such row */
+#define SMS_RESULT_TEMPORARY 5   /* not now (for example the RTM instance is not ready) */
+#define SMS_RESULT_NO_ROW 6      /* a destroy found no such row */
 
 /* Action code of sms_cipr_action that deletes an RTM instance. */
 #define SMS_CIPR_ACTION_DELETE 2080
@@ -105,29 +105,29 @@ extern "C" {
 
 /* Settings of one RTM instance (sms_cipr_start, cGetRtmConfig). */
 typedef struct amb_cipr_rtm_entity {
-    unsigned long instance_index;   /* RTM instance id (VLAN, 0x8000 set for IPv6) */
-    unsigned long row_status;       /* set to 1 when answering cGetRtmConfig */
-    unsigned long admin_status;     /* set to 1 when answering cGetRtmConfig */
+    unsigned long instance_index; /* RTM instance id (VLAN, 0x8000 set for IPv6) */
+    unsigned long row_status;     /* set to 1 when answering cGetRtmConfig */
+    unsigned long admin_status;   /* set to 1 when answering cGetRtmConfig */
     unsigned long ospf_int_distance;
     unsigned long ospf_ext_distance;
-    unsigned long ebgp_distance;    /* first BGP distance field */
-    unsigned long ibgp_distance;    /* second BGP distance field */
+    unsigned long ebgp_distance; /* first BGP distance field */
+    unsigned long ibgp_distance; /* second BGP distance field */
     unsigned long rip_distance;
-    unsigned long dead_rpm_timer;   /* seconds */
-    unsigned long addr_family;      /* 1 IPv4, 2 IPv6, 0 when not given */
+    unsigned long dead_rpm_timer; /* seconds */
+    unsigned long addr_family;    /* 1 IPv4, 2 IPv6, 0 when not given */
 } amb_cipr_rtm_entity;
 
 /* One row of an RTM route table (sms_get_next_rtm_route). */
 typedef struct amb_cipr_rtm_route {
-    unsigned long instance;         /* RTM instance id */
-    unsigned long addr_family;      /* 1 IPv4, 2 IPv6 */
-    unsigned char dest[16];         /* IPv4 uses the first 4 bytes */
-    unsigned long dest_len;         /* prefix length */
+    unsigned long instance;    /* RTM instance id */
+    unsigned long addr_family; /* 1 IPv4, 2 IPv6 */
+    unsigned char dest[16];    /* IPv4 uses the first 4 bytes */
+    unsigned long dest_len;    /* prefix length */
     unsigned char next_hop[16];
     unsigned long if_index;
-    unsigned long route_type;       /* 1 other, 2 reject, 3 local, 4 remote */
-    unsigned long proto;            /* IANA route protocol: 2 local, 3 static, 8 rip, 13 ospf, 14 bgp */
-    unsigned long age;              /* seconds */
+    unsigned long route_type; /* 1 other, 2 reject, 3 local, 4 remote */
+    unsigned long proto;      /* IANA route protocol: 2 local, 3 static, 8 rip, 13 ospf, 14 bgp */
+    unsigned long age;        /* seconds */
     unsigned long route_info;
     unsigned long next_hop_as;
     unsigned long metric1;
@@ -155,8 +155,8 @@ typedef struct amb_cipr_rtm_rib {
     unsigned long metric3;
     unsigned long metric4;
     unsigned long metric5;
-    unsigned long fib_route;        /* 1 when installed in the forwarding table */
-    unsigned long unresolved;       /* 1 when no interface resolves the next hop */
+    unsigned long fib_route;  /* 1 when installed in the forwarding table */
+    unsigned long unresolved; /* 1 when no interface resolves the next hop */
 } amb_cipr_rtm_rib;
 
 /* One row of the I3 interface table (sms_get_next_i3_ei). */
@@ -164,18 +164,18 @@ typedef struct amb_stubs_i3_ei {
     unsigned long instance;
     unsigned long if_index;
     char if_name[64];
-    unsigned long oper_status;      /* 1 up, 2 down */
+    unsigned long oper_status; /* 1 up, 2 down */
     unsigned long mtu;
-    unsigned long flags;            /* SMS_IF_FLAG_* */
-    unsigned long extra;            /* passed through from the request */
+    unsigned long flags; /* SMS_IF_FLAG_* */
+    unsigned long extra; /* passed through from the request */
 } amb_stubs_i3_ei;
 
 /* One row of the I3 interface-address table (sms_get_next_i3_ea). */
 typedef struct amb_stubs_i3_ea {
     unsigned long instance;
     unsigned long if_index;
-    unsigned long addr_type;        /* SMS_ADDR_TYPE_* */
-    unsigned char address[16];      /* IPv4 uses the first 4 bytes */
+    unsigned long addr_type;   /* SMS_ADDR_TYPE_* */
+    unsigned char address[16]; /* IPv4 uses the first 4 bytes */
     unsigned long prefix_len;
 } amb_stubs_i3_ea;
 
@@ -186,8 +186,8 @@ typedef struct amb_stubs_i3_ea {
  * carries nothing. The stack stops the walk when the callback returns 0.
  * "first" is an opaque value of the stack, passed through.
  */
-typedef unsigned char (*sms_walk_callback)(void* context, unsigned long first,
-                                           unsigned long code, void* row);
+typedef unsigned char (*sms_walk_callback)(void* context, unsigned long first, unsigned long code,
+                                           void* row);
 
 /* ---------------------------------------------------------------------------
  * N-BASE runtime. Called by the library on the event thread.
@@ -221,53 +221,59 @@ extern SMS_STACK_ENTRY unsigned long nbb_os_failures;
 /* Static route row. not_shared is 1 when issued from the application side
  * and 0 when issued from inside a stack callback. family 1 IPv4, other IPv6.
  * Answered with cSetRouteState and then cRunPendingAction. */
-SMS_STACK_ENTRY unsigned long sms_update_route(int not_shared, long row_status, long admin_status, long family,
-                               const unsigned char* dest, unsigned long prefix_len,
-                               const unsigned char* next_hop, long path_type,
-                               unsigned long if_index, unsigned long instance,
-                               unsigned long metric);
+SMS_STACK_ENTRY unsigned long sms_update_route(int not_shared, long row_status, long admin_status,
+                                               long family, const unsigned char* dest,
+                                               unsigned long prefix_len,
+                                               const unsigned char* next_hop, long path_type,
+                                               unsigned long if_index, unsigned long instance,
+                                               unsigned long metric);
 
 /* OID of a static route row: fills oid (at least SMS_MAX_OID_LEN entries)
  * and returns the number of components. Pure: no request is made. */
-SMS_STACK_ENTRY unsigned long sms_get_route_oid(unsigned long* oid, unsigned long instance, long family,
-                                const unsigned char* dest, unsigned long prefix_len,
-                                const unsigned char* next_hop, unsigned long if_index);
+SMS_STACK_ENTRY unsigned long sms_get_route_oid(unsigned long* oid, unsigned long instance,
+                                                long family, const unsigned char* dest,
+                                                unsigned long prefix_len,
+                                                const unsigned char* next_hop,
+                                                unsigned long if_index);
 
 /* Interface row of the I3 interface table, from the application side
  * (sms_act_interface) or from inside a stack callback
  * (sms_bld_amb_test_i3_ei). Answered with cRunPendingAction. */
 SMS_STACK_ENTRY unsigned long sms_act_interface(long row_status, unsigned long oper_status,
-                                unsigned long instance, unsigned long if_index,
-                                const char* if_name, unsigned long reserved, long flags,
-                                unsigned long extra);
+                                                unsigned long instance, unsigned long if_index,
+                                                const char* if_name, unsigned long reserved,
+                                                long flags, unsigned long extra);
 SMS_STACK_ENTRY unsigned long sms_bld_amb_test_i3_ei(long row_status, unsigned long oper_status,
-                                     unsigned long instance, unsigned long if_index,
-                                     const char* if_name, unsigned long reserved, long flags,
-                                     unsigned long extra);
+                                                     unsigned long instance, unsigned long if_index,
+                                                     const char* if_name, unsigned long reserved,
+                                                     long flags, unsigned long extra);
 
 /* Interface-address row. vlan_or_instance is the VLAN for IPv4 rows and the
  * IPv6 RTM instance for IPv6 rows. Answered with cRunPendingAction. */
 SMS_STACK_ENTRY unsigned long sms_act_ipaddr(long row_status, unsigned long vlan_or_instance,
-                             unsigned long addr_type, unsigned long if_index,
-                             const unsigned char* address, unsigned long prefix_len);
+                                             unsigned long addr_type, unsigned long if_index,
+                                             const unsigned char* address,
+                                             unsigned long prefix_len);
 
 /* OIDs of interface and interface-address rows. */
 SMS_STACK_ENTRY unsigned long sms_set_i3_ei_oid(unsigned long* oid, unsigned long instance,
-                                unsigned long if_index);
+                                                unsigned long if_index);
 SMS_STACK_ENTRY unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance,
-                                unsigned long if_index, const unsigned char* address,
-                                unsigned long addr_type);
+                                                unsigned long if_index,
+                                                const unsigned char* address,
+                                                unsigned long addr_type);
 
 /* Redistribution row: routes of protocol source go into protocol dest of the
  * RTM instance. Note the different argument orders of the two calls.
  * Answered with cSetRedistState and then cRunPendingAction. */
-SMS_STACK_ENTRY unsigned long sms_act_cipr_redist(long row_status, long admin_status, long source, long dest,
-                                  unsigned long instance, unsigned long reserved);
+SMS_STACK_ENTRY unsigned long sms_act_cipr_redist(long row_status, long admin_status, long source,
+                                                  long dest, unsigned long instance,
+                                                  unsigned long reserved);
 SMS_STACK_ENTRY unsigned long sms_bld_amb_test_cipr_redist(unsigned long instance, long row_status,
-                                           long admin_status, long dest, long source,
-                                           unsigned long reserved);
-SMS_STACK_ENTRY unsigned long sms_set_cipr_redist_oid(unsigned long* oid, unsigned long instance, long source,
-                                      long dest);
+                                                           long admin_status, long dest,
+                                                           long source, unsigned long reserved);
+SMS_STACK_ENTRY unsigned long sms_set_cipr_redist_oid(unsigned long* oid, unsigned long instance,
+                                                      long source, long dest);
 
 /* RTM instances. sms_cipr_start creates or updates an instance; the stack
  * then asks cGetRtmConfig for its settings and reports cSetRtmReady.
@@ -277,14 +283,14 @@ SMS_STACK_ENTRY unsigned long sms_cipr_action(unsigned long instance, unsigned l
 
 /* Table walks, from the given instance onward in table order; answered on
  * later scheduler runs through the callback. */
-SMS_STACK_ENTRY unsigned long sms_get_next_rtm_route(unsigned long instance, sms_walk_callback callback,
-                                     void* context);
-SMS_STACK_ENTRY unsigned long sms_get_next_rtm_rib(unsigned long instance, sms_walk_callback callback,
-                                   void* context);
+SMS_STACK_ENTRY unsigned long sms_get_next_rtm_route(unsigned long instance,
+                                                     sms_walk_callback callback, void* context);
+SMS_STACK_ENTRY unsigned long sms_get_next_rtm_rib(unsigned long instance,
+                                                   sms_walk_callback callback, void* context);
 SMS_STACK_ENTRY unsigned long sms_get_next_i3_ei(unsigned long instance, sms_walk_callback callback,
-                                 void* context);
+                                                 void* context);
 SMS_STACK_ENTRY unsigned long sms_get_next_i3_ea(unsigned long instance, sms_walk_callback callback,
-                                 void* context);
+                                                 void* context);
 
 /* ---------------------------------------------------------------------------
  * Entry points the library exports for the stack (unmangled).
@@ -310,14 +316,16 @@ SMS_LIBRARY_ENTRY unsigned long cGetIp4Instance(unsigned long instance);
 /* Outcome of a static route row request: the row's values as requested and
  * the result (SMS_RESULT_DONE, or a reason code). */
 SMS_LIBRARY_ENTRY void cSetRouteState(unsigned long instance, int family, const unsigned char* dest,
-                    unsigned int prefix_len, const unsigned char* next_hop,
-                    unsigned int if_index, int metric, int route_type, int row_status,
-                    int admin_status, unsigned long spare, unsigned int result);
+                                      unsigned int prefix_len, const unsigned char* next_hop,
+                                      unsigned int if_index, int metric, int route_type,
+                                      int row_status, int admin_status, unsigned long spare,
+                                      unsigned int result);
 
 /* Outcome of a redistribution row request: a0 row status, a1 admin status,
  * a2 source, a3 destination, a4 unused, a5 instance, a6 extra value, a7 result. */
-SMS_LIBRARY_ENTRY void cSetRedistState(unsigned long a0, unsigned long a1, unsigned long a2, unsigned long a3,
-                     unsigned long a4, unsigned long a5, unsigned long a6, unsigned long a7);
+SMS_LIBRARY_ENTRY void cSetRedistState(unsigned long a0, unsigned long a1, unsigned long a2,
+                                       unsigned long a3, unsigned long a4, unsigned long a5,
+                                       unsigned long a6, unsigned long a7);
 
 /* RTM instance readiness and settings. cGetRtmConfig fills the entity and
  * returns 1, or returns 2 when the instance is unknown. */

@@ -21,8 +21,7 @@ public:
 
 }  // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     unsigned long routes = 100000;
     if (argc > 1) {
         char* end = nullptr;

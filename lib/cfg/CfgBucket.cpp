@@ -7,15 +7,13 @@
 
 namespace Zavrel {
 
-CfgBucket::CfgBucket()
-{
+CfgBucket::CfgBucket() {
     // Half-full buckets: a lookup mostly meets its record first in its
     // bucket's chain.
     m_records.max_load_factor(0.5f);
 }
 
-CfgBucket::~CfgBucket()
-{
+CfgBucket::~CfgBucket() {
     m_groups.clear();
     m_ungrouped.Clear();
     m_new.clear();
@@ -28,8 +26,7 @@ CfgBucket::~CfgBucket()
     m_further_records.clear();
 }
 
-size_t CfgBucket::HashOid(const MibOid& oid)
-{
+size_t CfgBucket::HashOid(const MibOid& oid) {
     // Over the components that operator== compares; OIDs that differ only
     // in length share a hash and are told apart by the comparison.
     const unsigned long length = oid.Length();
@@ -40,18 +37,15 @@ size_t CfgBucket::HashOid(const MibOid& oid)
 
 // ---- indexes
 
-CfgBucket::Group& CfgBucket::GroupOf(const Record& record)
-{
+CfgBucket::Group& CfgBucket::GroupOf(const Record& record) {
     return record.grouped ? m_groups[record.groupKey] : m_ungrouped;
 }
 
-CfgBucket::Entry CfgBucket::NextInGroup(const Record& record)
-{
+CfgBucket::Entry CfgBucket::NextInGroup(const Record& record) {
     return Group::Next(record);
 }
 
-void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors)
-{
+void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors) {
     Group& group = GroupOf(*entry);
     Entry before = nullptr;  // the end of the group
     bool placed = false;
@@ -74,15 +68,13 @@ void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors)
     IndexState(entry);
 }
 
-void CfgBucket::IndexState(Entry entry)
-{
+void CfgBucket::IndexState(Entry entry) {
     if (!entry->item->IsIssued()) {
         m_new.emplace_hint(m_new.end(), entry->position, entry);
     }
 }
 
-void CfgBucket::UnindexPlace(Entry entry)
-{
+void CfgBucket::UnindexPlace(Entry entry) {
     if (entry->grouped) {
         auto group = m_groups.find(entry->groupKey);
         group->second.Erase(*entry);
@@ -100,8 +92,7 @@ void CfgBucket::UnindexPlace(Entry entry)
 // ---- lookups
 
 template <typename Test>
-CfgBucket::Entry CfgBucket::FindFirstWhere(const MibOid& oid, Test test)
-{
+CfgBucket::Entry CfgBucket::FindFirstWhere(const MibOid& oid, Test test) {
     const size_t hash = HashOid(oid);
     Entry first = nullptr;
     auto consider = [&](Record& record) {
@@ -123,18 +114,15 @@ CfgBucket::Entry CfgBucket::FindFirstWhere(const MibOid& oid, Test test)
     return first;
 }
 
-CfgBucket::Entry CfgBucket::FindFirst(const MibOid& oid)
-{
+CfgBucket::Entry CfgBucket::FindFirst(const MibOid& oid) {
     return FindFirstWhere(oid, [](const Record&) { return true; });
 }
 
-CfgBucket::Entry CfgBucket::FindFirstIssued(const MibOid& oid)
-{
+CfgBucket::Entry CfgBucket::FindFirstIssued(const MibOid& oid) {
     return FindFirstWhere(oid, [](const Record& record) { return record.item->IsIssued(); });
 }
 
-CfgBucket::Position CfgBucket::FirstNotReady()
-{
+CfgBucket::Position CfgBucket::FirstNotReady() {
     Position stop = NONE;
     // Within a readiness group every item answers alike, so the group's
     // first item stands for all of them.
@@ -154,19 +142,16 @@ CfgBucket::Position CfgBucket::FirstNotReady()
     return stop;
 }
 
-CfgBucket::Entry CfgBucket::FirstNew()
-{
+CfgBucket::Entry CfgBucket::FirstNew() {
     return m_new.empty() ? nullptr : m_new.begin()->second;
 }
 
-CfgBucket::Entry CfgBucket::NextNew(Position after)
-{
+CfgBucket::Entry CfgBucket::NextNew(Position after) {
     auto next = m_new.upper_bound(after);
     return next == m_new.end() ? nullptr : next->second;
 }
 
-std::vector<CfgItem*> CfgBucket::Items() const
-{
+std::vector<CfgItem*> CfgBucket::Items() const {
     std::vector<CfgItem*> items;
     items.reserve(m_list.Size());
     ForEachItem([&](CfgItem* item) { items.push_back(item); });
@@ -176,8 +161,7 @@ std::vector<CfgItem*> CfgBucket::Items() const
 // ---- changes
 
 CfgBucket::Entry CfgBucket::Add(Record&& record, Entry before,
-                                std::initializer_list<Entry> successors)
-{
+                                std::initializer_list<Entry> successors) {
     const size_t hash = HashOid(*record.oid);
     record.grouped = record.item->GetListReadyKey(record.groupKey);
     record.further = false;
@@ -195,14 +179,12 @@ CfgBucket::Entry CfgBucket::Add(Record&& record, Entry before,
     return entry;
 }
 
-void CfgBucket::Append(CfgItem* item, const MibOid& oid)
-{
+void CfgBucket::Append(CfgItem* item, const MibOid& oid) {
     Record record{std::unique_ptr<CfgItem>(item), &oid, m_next_position++, false, false, 0, {}, {}};
     Add(std::move(record), nullptr);
 }
 
-void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid)
-{
+void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid) {
     if (held == m_list.Front()) {
         Append(item, oid);
         Destroy(held);
@@ -225,8 +207,7 @@ void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid)
     Add(std::move(record), predecessor, {predecessor, afterHeld});
 }
 
-void CfgBucket::Destroy(Entry entry)
-{
+void CfgBucket::Destroy(Entry entry) {
     UnindexPlace(entry);
     m_list.Erase(*entry);
     const size_t hash = HashOid(*entry->oid);
@@ -243,8 +224,7 @@ void CfgBucket::Destroy(Entry entry)
     }
 }
 
-void CfgBucket::SyncState(Entry entry)
-{
+void CfgBucket::SyncState(Entry entry) {
     if (entry->item->IsIssued()) {
         m_new.erase(entry->position);
     } else {
@@ -252,8 +232,7 @@ void CfgBucket::SyncState(Entry entry)
     }
 }
 
-void CfgBucket::ResetAll()
-{
+void CfgBucket::ResetAll() {
     m_new.clear();
     for (Entry entry : m_list) {
         entry->item->SetReasonCode(0);

@@ -62,8 +62,8 @@ public:
         const MibOid* oid;  // the item's stored OID (what its GetOid returned)
         Position position;
         bool grouped;
-        bool further;  // in m_further_records (not the first of its hash)
-        unsigned long groupKey;  // when grouped: the item's readiness key
+        bool further;                       // in m_further_records (not the first of its hash)
+        unsigned long groupKey;             // when grouped: the item's readiness key
         IntrusiveListHook<Record> inList;   // in m_list
         IntrusiveListHook<Record> inGroup;  // in its readiness group
     };
@@ -76,7 +76,6 @@ private:
     using Group = IntrusiveList<Record, &Record::inGroup>;
 
 public:
-
     CfgBucket();
     ~CfgBucket();  // destroys the items still held, in list order
     CfgBucket(const CfgBucket&) = delete;
@@ -118,15 +117,13 @@ public:
     // The items in list order.
     std::vector<CfgItem*> Items() const;
     template <typename F>
-    void ForEachItem(F f) const
-    {
+    void ForEachItem(F f) const {
         for (const Record* record : m_list) {
             f(record->item.get());
         }
     }
 
 private:
-
     static size_t HashOid(const MibOid& oid);
     // The first record, in list order, of the OID that passes the test.
     template <typename Test>

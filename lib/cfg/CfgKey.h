@@ -13,12 +13,10 @@ public:
     unsigned int GetId() const { return m_id; }
     unsigned int GetKind() const { return m_kind; }
 
-    friend bool operator<(const CfgKey& a, const CfgKey& b)
-    {
+    friend bool operator<(const CfgKey& a, const CfgKey& b) {
         return a.m_id < b.m_id || (a.m_id == b.m_id && a.m_kind < b.m_kind);
     }
-    friend bool operator==(const CfgKey& a, const CfgKey& b)
-    {
+    friend bool operator==(const CfgKey& a, const CfgKey& b) {
         return a.m_id == b.m_id && a.m_kind == b.m_kind;
     }
     friend bool operator!=(const CfgKey& a, const CfgKey& b) { return !(a == b); }

@@ -8,29 +8,25 @@
 
 namespace Zavrel {
 
-string CfgRouteEntry::Format(const void* address) const
-{
+string CfgRouteEntry::Format(const void* address) const {
     return family == 1 ? FormatIp4Addr(address) : FormatIp6Addr(address);
 }
 
 CfgRoute::CfgRoute(unsigned short vlan) : m_count(0), m_vlan(vlan) {}
 
-CfgRoute::~CfgRoute()
-{
+CfgRoute::~CfgRoute() {
     CleanList();
 }
 
 bool CfgRoute::SameAddresses(const CfgRouteEntry& entry, const void* destination,
-                             const void* nextHop)
-{
+                             const void* nextHop) {
     unsigned int width = CfgRouteEntry::AddressWidth(entry.family);
     return memcmp(entry.destination, destination, width) == 0 &&
            memcmp(entry.nextHop, nextHop, width) == 0;
 }
 
 CfgRouteEntry* CfgRoute::GetCfgRouteEntry(int family, const void* destination,
-                                          unsigned int prefixLength, const void* nextHop)
-{
+                                          unsigned int prefixLength, const void* nextHop) {
     // Only the first entry is ever examined.
     if (m_entries.empty()) {
         return nullptr;
@@ -44,10 +40,9 @@ CfgRouteEntry* CfgRoute::GetCfgRouteEntry(int family, const void* destination,
 }
 
 unsigned int CfgRoute::AddEntry(int family, const void* destination, unsigned int prefixLength,
-                                const void* nextHop, unsigned long ifIndex,
-                                unsigned short reserved, unsigned short metric, long pathType,
-                                long rowStatus, long adminStatus)
-{
+                                const void* nextHop, unsigned long ifIndex, unsigned short reserved,
+                                unsigned short metric, long pathType, long rowStatus,
+                                long adminStatus) {
     CfgRouteEntry* found = GetCfgRouteEntry(family, destination, prefixLength, nextHop);
     if (found != nullptr) {
         found->metric = metric;
@@ -77,15 +72,13 @@ unsigned int CfgRoute::AddEntry(int family, const void* destination, unsigned in
 }
 
 unsigned int CfgRoute::DelEntry(int family, const void* destination, unsigned int prefixLength,
-                                const void* nextHop, unsigned long ifIndex)
-{
+                                const void* nextHop, unsigned long ifIndex) {
     // An entry is removed only when its prefix length differs from the given
     // one, and the count is left as it is: both are how the list behaves.
     for (std::list<CfgRouteEntry>::iterator it = m_entries.begin(); it != m_entries.end();) {
         bool familyMatches = family == 1 ? it->family == 1 : it->family == family;
         if (familyMatches && SameAddresses(*it, destination, nextHop) &&
-            it->ifIndex == static_cast<unsigned int>(ifIndex) &&
-            it->prefixLength != prefixLength) {
+            it->ifIndex == static_cast<unsigned int>(ifIndex) && it->prefixLength != prefixLength) {
             it = m_entries.erase(it);
         } else {
             ++it;
@@ -94,14 +87,12 @@ unsigned int CfgRoute::DelEntry(int family, const void* destination, unsigned in
     return 1;
 }
 
-void CfgRoute::CleanList()
-{
+void CfgRoute::CleanList() {
     m_entries.clear();
     m_count = 0;
 }
 
-void CfgRoute::IterateAll(Callback callback, void* context)
-{
+void CfgRoute::IterateAll(Callback callback, void* context) {
     if (callback == nullptr) {
         return;
     }
@@ -110,8 +101,7 @@ void CfgRoute::IterateAll(Callback callback, void* context)
     }
 }
 
-void CfgRoute::PrintTable(DcConsole* console) const
-{
+void CfgRoute::PrintTable(DcConsole* console) const {
     if (console == nullptr) {
         return;
     }
@@ -129,8 +119,7 @@ void CfgRoute::PrintTable(DcConsole* console) const
     console->Print("\nNumber of Entries: %u\n\n", m_count);
 }
 
-void CfgRoute::PrintList() const
-{
+void CfgRoute::PrintList() const {
     TRACE("\nVLAN ID = %d\n", static_cast<int>(m_vlan));
     for (const CfgRouteEntry& entry : m_entries) {
         TRACE("\t%u\t%s/%lu\t%s\t%u\t%u\n", static_cast<unsigned int>(m_vlan),

@@ -48,8 +48,7 @@ public:
     // raises the count (1). Note: reserved comes before metric.
     unsigned int AddEntry(int family, const void* destination, unsigned int prefixLength,
                           const void* nextHop, unsigned long ifIndex, unsigned short reserved,
-                          unsigned short metric, long pathType, long rowStatus,
-                          long adminStatus);
+                          unsigned short metric, long pathType, long rowStatus, long adminStatus);
     // Removes every entry of the family with these addresses and ifIndex
     // whose prefix length differs from the given one; an entry with the same
     // prefix length is kept. The count is not lowered. Always 1.

@@ -19,8 +19,7 @@ ConfigParser::ConfigParser(const char* section_) : section(section_) {}
 
 ConfigParser::~ConfigParser() = default;
 
-bool ConfigParser::ParseOptions(const char* subsection, const Options& options)
-{
+bool ConfigParser::ParseOptions(const char* subsection, const Options& options) {
     if (subsection == nullptr) {
         return false;
     }
@@ -47,14 +46,12 @@ bool ConfigParser::ParseOptions(const char* subsection, const Options& options)
     return result;
 }
 
-bool ConfigParser::ParseKeys(unsigned short, const OptionsNode&)
-{
+bool ConfigParser::ParseKeys(unsigned short, const OptionsNode&) {
     return true;
 }
 
 bool ConfigParser::GetVlanFromGroup(const char* prefix, const OptionsNode& node,
-                                    unsigned short* vlan)
-{
+                                    unsigned short* vlan) {
     string name = node.GetAsString(GROUP_NAME_KEY);
     if (prefix == nullptr || !strcasestrstart(name.c_str(), prefix)) {
         return false;

@@ -33,8 +33,7 @@ public:
     // <prefix>:<vlan> (prefix compared without regard to case), optionally
     // followed by "_" or ":" and more text. A bare prefix leaves *vlan as it
     // is. The number is not range-checked and is truncated to 16 bits.
-    static bool GetVlanFromGroup(const char* prefix, const OptionsNode& node,
-                                 unsigned short* vlan);
+    static bool GetVlanFromGroup(const char* prefix, const OptionsNode& node, unsigned short* vlan);
 
     const char* Section() const { return section; }
 

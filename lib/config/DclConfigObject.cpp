@@ -37,8 +37,8 @@ bool DclConfigObject::KeyMatch(DclConfigObject* other) const {
 
 void DclConfigObject::DebugDump(const char* prefix) {
     TRACE(5, "%s:: ActionReq: %d InMib: %d  Vlan: %d   ID: %d RowStatus %c\n",
-          prefix != nullptr ? prefix : "", actionReq ? 1 : 0, inMib ? 1 : 0,
-          static_cast<int>(vlan), static_cast<int>(id), DebugRowStatus(GetRowStatus()));
+          prefix != nullptr ? prefix : "", actionReq ? 1 : 0, inMib ? 1 : 0, static_cast<int>(vlan),
+          static_cast<int>(id), DebugRowStatus(GetRowStatus()));
 }
 
 unsigned short DclConfigObject::ParseKeyFromName(const char* text, int field) {

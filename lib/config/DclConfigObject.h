@@ -106,8 +106,7 @@ bool ReadDCLMibString(const OptionsNode& node, const char* key, unsigned char* o
 // Reads an int member (fallback 0). On success stores it in value, sets
 // present to 1 and returns true; on failure touches neither.
 bool ReadDCLMibValue(const OptionsNode& node, const char* key, long& value, long& present);
-bool ReadDCLMibValue(const OptionsNode& node, const char* key, unsigned long& value,
-                     long& present);
+bool ReadDCLMibValue(const OptionsNode& node, const char* key, unsigned long& value, long& present);
 
 }  // namespace Zavrel
 

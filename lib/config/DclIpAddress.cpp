@@ -6,23 +6,19 @@
 
 namespace Zavrel {
 
-DclIpAddress::DclIpAddress()
-{
+DclIpAddress::DclIpAddress() {
     Init(nullptr, 0);
 }
 
-DclIpAddress::DclIpAddress(const unsigned char* data, unsigned long length_)
-{
+DclIpAddress::DclIpAddress(const unsigned char* data, unsigned long length_) {
     Init(data, length_);
 }
 
-DclIpAddress::DclIpAddress(const DclIpAddress& other)
-{
+DclIpAddress::DclIpAddress(const DclIpAddress& other) {
     Init(other.bytes, other.length);
 }
 
-DclIpAddress& DclIpAddress::operator=(const DclIpAddress& other)
-{
+DclIpAddress& DclIpAddress::operator=(const DclIpAddress& other) {
     if (this != &other) {
         Init(other.bytes, other.length);
     }
@@ -31,8 +27,7 @@ DclIpAddress& DclIpAddress::operator=(const DclIpAddress& other)
 
 DclIpAddress::~DclIpAddress() = default;
 
-void DclIpAddress::Init(const unsigned char* data, unsigned long length_)
-{
+void DclIpAddress::Init(const unsigned char* data, unsigned long length_) {
     memset(bytes, 0, sizeof(bytes));
     length = static_cast<unsigned int>(length_);
     // Only 0, 4 or 16 are ever passed. The copy never runs past the 16 bytes
@@ -42,8 +37,7 @@ void DclIpAddress::Init(const unsigned char* data, unsigned long length_)
     }
 }
 
-bool DclIpAddress::Ip4AddrFromString(const char* text)
-{
+bool DclIpAddress::Ip4AddrFromString(const char* text) {
     Ip4Addr address;
     if (!ParseAddress(address, text)) {
         return false;
@@ -52,8 +46,7 @@ bool DclIpAddress::Ip4AddrFromString(const char* text)
     return true;
 }
 
-bool DclIpAddress::Ip6AddrFromString(const char* text)
-{
+bool DclIpAddress::Ip6AddrFromString(const char* text) {
     Ip6Addr address;
     if (!ParseIp6Address(address, text)) {
         return false;
@@ -62,8 +55,7 @@ bool DclIpAddress::Ip6AddrFromString(const char* text)
     return true;
 }
 
-bool DclIpAddress::operator==(const DclIpAddress& other) const
-{
+bool DclIpAddress::operator==(const DclIpAddress& other) const {
     if (this == &other) {
         return true;
     }
@@ -74,8 +66,7 @@ bool DclIpAddress::operator==(const DclIpAddress& other) const
     return memcmp(bytes, other.bytes, count) == 0;
 }
 
-bool DclIpAddress::operator==(const Ip4Addr& address) const
-{
+bool DclIpAddress::operator==(const Ip4Addr& address) const {
     if (length != 4) {
         return false;
     }
@@ -83,18 +74,15 @@ bool DclIpAddress::operator==(const Ip4Addr& address) const
     return memcmp(own.Bytes(), address.Bytes(), 4) == 0;
 }
 
-Ip4Addr DclIpAddress::ToIp4Addr() const
-{
+Ip4Addr DclIpAddress::ToIp4Addr() const {
     return Ip4Addr(bytes);
 }
 
-Ip6Addr DclIpAddress::ToIp6Addr() const
-{
+Ip6Addr DclIpAddress::ToIp6Addr() const {
     return Ip6Addr(bytes);
 }
 
-string DclIpAddress::ToString() const
-{
+string DclIpAddress::ToString() const {
     string text;
     if (length <= 4) {
         text.AppendFmt("%u", static_cast<unsigned int>(bytes[0]));

@@ -13,15 +13,13 @@ namespace {
 
 const char DYNAMIC_KEYWORD[] = "dynamic";
 
-bool IsDynamic(const char* text)
-{
+bool IsDynamic(const char* text) {
     return text != nullptr && strcasecmp(text, DYNAMIC_KEYWORD) == 0;
 }
 
 }  // namespace
 
-bool ParseAddress(Ip4Addr& out, const char* text)
-{
+bool ParseAddress(Ip4Addr& out, const char* text) {
     if (text == nullptr) {
         return false;
     }
@@ -29,32 +27,28 @@ bool ParseAddress(Ip4Addr& out, const char* text)
     return Parse_IpAddr()(out, cursor);
 }
 
-bool ParseAddressDynamic(Ip4Addr& out, const char* text)
-{
+bool ParseAddressDynamic(Ip4Addr& out, const char* text) {
     if (IsDynamic(text)) {
         return true;
     }
     return ParseAddress(out, text);
 }
 
-bool ParseIp6Address(Ip6Addr& out, const char* text)
-{
+bool ParseIp6Address(Ip6Addr& out, const char* text) {
     if (text == nullptr) {
         return false;
     }
     return out.FromString(string(text));
 }
 
-bool ParseIp6AddressDynamic(Ip6Addr& out, const char* text)
-{
+bool ParseIp6AddressDynamic(Ip6Addr& out, const char* text) {
     if (IsDynamic(text)) {
         return true;
     }
     return ParseIp6Address(out, text);
 }
 
-bool ParseIp6Prefix(Ip6Prefix& out, const char* address, const char* length)
-{
+bool ParseIp6Prefix(Ip6Prefix& out, const char* address, const char* length) {
     if (address == nullptr || length == nullptr) {
         return false;
     }
@@ -63,8 +57,7 @@ bool ParseIp6Prefix(Ip6Prefix& out, const char* address, const char* length)
     return out.FromString(text);
 }
 
-bool ParseBool(bool* out, const char* text)
-{
+bool ParseBool(bool* out, const char* text) {
     if (text == nullptr) {
         return false;
     }
@@ -79,8 +72,7 @@ bool ParseBool(bool* out, const char* text)
     return false;
 }
 
-bool ParseNumber(unsigned int* out, const char* text)
-{
+bool ParseNumber(unsigned int* out, const char* text) {
     if (text == nullptr) {
         return false;
     }
@@ -89,8 +81,7 @@ bool ParseNumber(unsigned int* out, const char* text)
     return *end == '\0';
 }
 
-bool ParseMetric(unsigned char* out, const char* text)
-{
+bool ParseMetric(unsigned char* out, const char* text) {
     unsigned int value = 0;
     if (!ParseNumber(&value, text) || value >= 256) {
         return false;
@@ -99,8 +90,7 @@ bool ParseMetric(unsigned char* out, const char* text)
     return true;
 }
 
-bool ParseRange(unsigned int* low, unsigned int* high, const char* text)
-{
+bool ParseRange(unsigned int* low, unsigned int* high, const char* text) {
     if (text == nullptr) {
         return false;
     }

@@ -45,8 +45,7 @@ const unsigned int ERROR_WORD_COUNT = sizeof(ERROR_WORDS) / sizeof(ERROR_WORDS[0
 
 // ---- options
 
-bool DcConsoleCommand::ConsoleCommandOption::Matches(const char* word) const
-{
+bool DcConsoleCommand::ConsoleCommandOption::Matches(const char* word) const {
     if (word == nullptr || keyword == nullptr) {
         return false;
     }
@@ -55,8 +54,7 @@ bool DcConsoleCommand::ConsoleCommandOption::Matches(const char* word) const
 }
 
 bool DcConsoleCommand::ConsoleCommandFlagOption::Parse(DcConsoleCommand& command, int& argc,
-                                                       char**& argv) const
-{
+                                                       char**& argv) const {
     if (argc <= 0 || !Matches(argv[0])) {
         return true;
     }
@@ -69,8 +67,7 @@ bool DcConsoleCommand::ConsoleCommandFlagOption::Parse(DcConsoleCommand& command
 }
 
 bool DcConsoleCommand::ConsoleCommandValueOption::Parse(DcConsoleCommand& command, int& argc,
-                                                        char**& argv) const
-{
+                                                        char**& argv) const {
     if (argc <= 0 || !Matches(argv[0])) {
         return !required;
     }
@@ -93,9 +90,7 @@ bool DcConsoleCommand::ConsoleCommandValueOption::Parse(DcConsoleCommand& comman
 // ---- command
 
 DcConsoleCommand::DcConsoleCommand(DcConsole* console, const char* usage, const char* description)
-    : DcConsoleCommand(console, m_default_vlan, usage, description)
-{
-}
+    : DcConsoleCommand(console, m_default_vlan, usage, description) {}
 
 DcConsoleCommand::DcConsoleCommand(DcConsole* console, unsigned short vlan, const char* usage,
                                    const char* description)
@@ -103,20 +98,16 @@ DcConsoleCommand::DcConsoleCommand(DcConsole* console, unsigned short vlan, cons
       m_header_printed(0),
       m_vlan(vlan),
       m_usage(usage),
-      m_description(description)
-{
-}
+      m_description(description) {}
 
 DcConsoleCommand::~DcConsoleCommand() = default;
 
-unsigned int DcConsoleCommand::Display(unsigned int, unsigned int, const void*)
-{
+unsigned int DcConsoleCommand::Display(unsigned int, unsigned int, const void*) {
     return 0;
 }
 
-bool DcConsoleCommand::ParseOptions(const ConsoleCommandOption* const* options,
-                                    unsigned int count, int& argc, char**& argv)
-{
+bool DcConsoleCommand::ParseOptions(const ConsoleCommandOption* const* options, unsigned int count,
+                                    int& argc, char**& argv) {
     for (unsigned int i = 0; i < count; ++i) {
         if (options[i] != nullptr && !options[i]->Parse(*this, argc, argv)) {
             return false;
@@ -125,8 +116,7 @@ bool DcConsoleCommand::ParseOptions(const ConsoleCommandOption* const* options,
     return true;
 }
 
-void DcConsoleCommand::Print(const char* format, ...) const
-{
+void DcConsoleCommand::Print(const char* format, ...) const {
     if (m_console == nullptr) {
         return;
     }
@@ -136,27 +126,23 @@ void DcConsoleCommand::Print(const char* format, ...) const
     va_end(args);
 }
 
-int DcConsoleCommand::CommandEnd()
-{
+int DcConsoleCommand::CommandEnd() {
     return m_console != nullptr ? m_console->EndOfCommand() : 0;
 }
 
-int DcConsoleCommand::TableEnd()
-{
+int DcConsoleCommand::TableEnd() {
     Print("End of Table\n");
     return CommandEnd();
 }
 
-int DcConsoleCommand::ParseError(unsigned int code)
-{
+int DcConsoleCommand::ParseError(unsigned int code) {
     if (code < ERROR_WORD_COUNT && ERROR_WORDS[code] != nullptr && m_console != nullptr) {
         m_console->ErrorPrint(ERROR_WORDS[code]);
     }
     return CommandEnd();
 }
 
-bool DcConsoleCommand::ParseVlan(const char* text)
-{
+bool DcConsoleCommand::ParseVlan(const char* text) {
     unsigned int vlan = 0;
     if (!ParseNumber(&vlan, text)) {
         Print("Invalid VLAN ID %s\n", text != nullptr ? text : "");
@@ -166,21 +152,18 @@ bool DcConsoleCommand::ParseVlan(const char* text)
     return true;
 }
 
-bool DcConsoleCommand::ParseVlan(DcConsoleCommand& command, const char* text)
-{
+bool DcConsoleCommand::ParseVlan(DcConsoleCommand& command, const char* text) {
     return command.ParseVlan(text);
 }
 
 // ---- formatters
 
-const char* DcConsoleCommand::DcIp4ToIp4Str(const unsigned char* fourBytes)
-{
+const char* DcConsoleCommand::DcIp4ToIp4Str(const unsigned char* fourBytes) {
     static char buffer[16];
     return Ip4AddrToStr(buffer, fourBytes);
 }
 
-const char* DcConsoleCommand::ToIp4PrefixStr(const unsigned char* fourBytes, unsigned int length)
-{
+const char* DcConsoleCommand::ToIp4PrefixStr(const unsigned char* fourBytes, unsigned int length) {
     static char buffer[32];
     snprintf(buffer, sizeof(buffer), "%u.%u.%u.%u/%u", static_cast<unsigned int>(fourBytes[0]),
              static_cast<unsigned int>(fourBytes[1]), static_cast<unsigned int>(fourBytes[2]),
@@ -195,30 +178,26 @@ char ip6Buffer[48];
 
 }  // namespace
 
-const char* DcConsoleCommand::ToIp6Str(const unsigned char* sixteenBytes)
-{
+const char* DcConsoleCommand::ToIp6Str(const unsigned char* sixteenBytes) {
     string text = Ip6Addr(sixteenBytes).ToString();
     snprintf(ip6Buffer, sizeof(ip6Buffer), "%s", text.c_str());
     return ip6Buffer;
 }
 
 const char* DcConsoleCommand::ToIp6PrefixStr(const unsigned char* sixteenBytes,
-                                             unsigned int length)
-{
+                                             unsigned int length) {
     static char buffer[64];
     snprintf(buffer, sizeof(buffer), "%s/%u", ToIp6Str(sixteenBytes), length);
     return buffer;
 }
 
-bool DcConsoleCommand::IsEqual(const Ip4Addr& address, const unsigned char* fourBytes)
-{
+bool DcConsoleCommand::IsEqual(const Ip4Addr& address, const unsigned char* fourBytes) {
     Ip4Addr parsed;
     ParseAddress(parsed, DcIp4ToIp4Str(fourBytes));
     return memcmp(parsed.Bytes(), address.Bytes(), 4) == 0;
 }
 
-string DcConsoleCommand::DclTimerIntervalString(unsigned int seconds)
-{
+string DcConsoleCommand::DclTimerIntervalString(unsigned int seconds) {
     string text;
     unsigned int weeks = seconds / SECONDS_PER_WEEK;
     if (weeks != 0) {
@@ -237,14 +216,12 @@ string DcConsoleCommand::DclTimerIntervalString(unsigned int seconds)
 }
 
 void DcConsoleCommand::HexDumpLine(const unsigned char*& cursor, unsigned int count,
-                                   unsigned int width) const
-{
+                                   unsigned int width) const {
     HexDumpLine(cursor, count, width, cursor);
 }
 
 void DcConsoleCommand::HexDumpLine(const unsigned char*& cursor, unsigned int count,
-                                   unsigned int width, const unsigned char* lowest) const
-{
+                                   unsigned int width, const unsigned char* lowest) const {
     for (unsigned int i = 0; i < count; ++i) {
         Print("%02x ", static_cast<unsigned int>(*cursor));
         ++cursor;
@@ -269,8 +246,7 @@ void DcConsoleCommand::HexDumpLine(const unsigned char*& cursor, unsigned int co
 }
 
 void DcConsoleCommand::HexDump(const unsigned char* data, unsigned int length,
-                               unsigned int width) const
-{
+                               unsigned int width) const {
     // A zero length or width would make the line arithmetic meaningless.
     if (data == nullptr || length == 0 || width == 0) {
         return;
@@ -286,8 +262,7 @@ void DcConsoleCommand::HexDump(const unsigned char* data, unsigned int length,
 // ---- walk
 
 unsigned char DcConsoleCommand::ResponseHandler(void* context, unsigned long first,
-                                                unsigned long code, void* row)
-{
+                                                unsigned long code, void* row) {
     if (code == RESPONSE_PASS_OVER) {
         return 1;
     }
@@ -295,8 +270,8 @@ unsigned char DcConsoleCommand::ResponseHandler(void* context, unsigned long fir
     if (command == nullptr) {
         return 0;
     }
-    unsigned int result = command->Display(static_cast<unsigned int>(first),
-                                           static_cast<unsigned int>(code), row);
+    unsigned int result =
+        command->Display(static_cast<unsigned int>(first), static_cast<unsigned int>(code), row);
     if (result == 0) {
         delete command;
         return 0;
@@ -306,13 +281,11 @@ unsigned char DcConsoleCommand::ResponseHandler(void* context, unsigned long fir
 
 // ---- words
 
-bool DcConsoleCommand::DclAddrFromString(long family, DclIpAddress& address, const char* text)
-{
+bool DcConsoleCommand::DclAddrFromString(long family, DclIpAddress& address, const char* text) {
     return family == 1 ? address.Ip4AddrFromString(text) : address.Ip6AddrFromString(text);
 }
 
-const char* DcConsoleCommand::OperStatusStr(int status)
-{
+const char* DcConsoleCommand::OperStatusStr(int status) {
     static const char* words[] = {nullptr, "Up", "Down", "Down", "Down", "Down"};
     static bool initialised = false;
     if (!initialised) {
@@ -325,8 +298,7 @@ const char* DcConsoleCommand::OperStatusStr(int status)
     return words[status];
 }
 
-const char* DcConsoleCommand::AmbBoolYesNoStr(int value)
-{
+const char* DcConsoleCommand::AmbBoolYesNoStr(int value) {
     static const char* words[] = {nullptr, "Yes", "No"};
     static bool initialised = false;
     if (!initialised) {

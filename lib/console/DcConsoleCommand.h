@@ -40,9 +40,7 @@ public:
     public:
         using Action = bool (*)(DcConsoleCommand& command);
         ConsoleCommandFlagOption(const char* keyword_, Action action_)
-            : ConsoleCommandOption(keyword_), action(action_)
-        {
-        }
+            : ConsoleCommandOption(keyword_), action(action_) {}
         bool Parse(DcConsoleCommand& command, int& argc, char**& argv) const override;
 
         Action action;
@@ -53,9 +51,7 @@ public:
     public:
         using Action = bool (*)(DcConsoleCommand& command, const char* value);
         ConsoleCommandValueOption(const char* keyword_, bool required_, Action action_)
-            : ConsoleCommandOption(keyword_), required(required_), action(action_)
-        {
-        }
+            : ConsoleCommandOption(keyword_), required(required_), action(action_) {}
         bool Parse(DcConsoleCommand& command, int& argc, char**& argv) const override;
 
         bool required;

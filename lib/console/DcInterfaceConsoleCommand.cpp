@@ -29,9 +29,7 @@ DcInterfaceConsoleCommand::DcInterfaceConsoleCommand(DcConsole* console, bool ip
       m_prefix_formatter(ipv6 ? &DcConsoleCommand::ToIp6PrefixStr
                               : &DcConsoleCommand::ToIp4PrefixStr),
       m_handler(&DcInterfaceConsoleCommand::HandleEiEntry),
-      m_interfaces()
-{
-}
+      m_interfaces() {}
 
 DcInterfaceConsoleCommand::DcInterfaceConsoleCommand(DcConsole* console, unsigned short vlan,
                                                      bool ipv6)
@@ -41,14 +39,11 @@ DcInterfaceConsoleCommand::DcInterfaceConsoleCommand(DcConsole* console, unsigne
       m_prefix_formatter(ipv6 ? &DcConsoleCommand::ToIp6PrefixStr
                               : &DcConsoleCommand::ToIp4PrefixStr),
       m_handler(&DcInterfaceConsoleCommand::HandleEiEntry),
-      m_interfaces()
-{
-}
+      m_interfaces() {}
 
 DcInterfaceConsoleCommand::~DcInterfaceConsoleCommand() = default;
 
-bool DcInterfaceConsoleCommand::Parse(int /*argc*/, char** /*argv*/)
-{
+bool DcInterfaceConsoleCommand::Parse(int /*argc*/, char** /*argv*/) {
     const int afi = m_ipv6 ? Sms::AFI_IPV6 : Sms::AFI_IPV4;
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm != nullptr) {
@@ -61,20 +56,17 @@ bool DcInterfaceConsoleCommand::Parse(int /*argc*/, char** /*argv*/)
 }
 
 unsigned int DcInterfaceConsoleCommand::Display(unsigned int first, unsigned int code,
-                                                const void* row)
-{
+                                                const void* row) {
     return (this->*m_handler)(first, code, row);
 }
 
-void DcInterfaceConsoleCommand::SwitchToEaEntries()
-{
+void DcInterfaceConsoleCommand::SwitchToEaEntries() {
     m_handler = &DcInterfaceConsoleCommand::HandleEaEntry;
     sms_get_next_i3_ea(m_instance, &DcConsoleCommand::ResponseHandler, this);
 }
 
 unsigned int DcInterfaceConsoleCommand::HandleEiEntry(unsigned int /*first*/, unsigned int code,
-                                                      const void* data)
-{
+                                                      const void* data) {
     const amb_stubs_i3_ei* row = static_cast<const amb_stubs_i3_ei*>(data);
     if (code == SMS_RC_ROW && row == nullptr) {
         return NEXT_ROW;  // nothing to keep
@@ -93,8 +85,7 @@ unsigned int DcInterfaceConsoleCommand::HandleEiEntry(unsigned int /*first*/, un
 }
 
 unsigned int DcInterfaceConsoleCommand::HandleEaEntry(unsigned int /*first*/, unsigned int code,
-                                                      const void* data)
-{
+                                                      const void* data) {
     const amb_stubs_i3_ea* row = static_cast<const amb_stubs_i3_ea*>(data);
     if (code == SMS_RC_ROW && row == nullptr) {
         return NEXT_ROW;
@@ -113,8 +104,7 @@ unsigned int DcInterfaceConsoleCommand::HandleEaEntry(unsigned int /*first*/, un
     return DONE;
 }
 
-void DcInterfaceConsoleCommand::PrintTable()
-{
+void DcInterfaceConsoleCommand::PrintTable() {
     Print("\n");
     Print("%s", GetIfFlagHelpStr().c_str());
     Print("%4s %10s %10s %6s %6s %6s %s\n", "VLAN", "IfIndex", "IfName", "Status", "MTU", "Flags",
@@ -147,14 +137,13 @@ void DcInterfaceConsoleCommand::PrintTable()
     }
 }
 
-string DcInterfaceConsoleCommand::GetIfFlagHelpStr()
-{
-    return string("Flags:\nB-Broadcast M-Multicast L-Loopback\nT-MPLS Tunnel P-Point2Point "
-                  "U-Unnumbered\n");
+string DcInterfaceConsoleCommand::GetIfFlagHelpStr() {
+    return string(
+        "Flags:\nB-Broadcast M-Multicast L-Loopback\nT-MPLS Tunnel P-Point2Point "
+        "U-Unnumbered\n");
 }
 
-string DcInterfaceConsoleCommand::GetIfFlagsStr(const amb_stubs_i3_ei* row)
-{
+string DcInterfaceConsoleCommand::GetIfFlagsStr(const amb_stubs_i3_ei* row) {
     string letters;
     if (row == nullptr) {
         return letters;

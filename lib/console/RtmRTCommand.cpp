@@ -16,15 +16,14 @@ namespace {
 
 // Route protocol words by IANA code; code 2 keeps its three n's.
 const char* const kProtoWords[18] = {
-    "",   "other", "connnected", "static", "icmp", "", "",     "",   "rip",
-    "",   "",      "",           "",       "ospf", "bgp", "idpr", "", "",
+    "", "other", "connnected", "static", "icmp", "",    "",     "", "rip",
+    "", "",      "",           "",       "ospf", "bgp", "idpr", "", "",
 };
 
 const char* const kTypeWords[5] = {"", "other", "reject", "local", "remote"};
 
 // The keywords of "proto"; matched as whole words.
-const std::map<string, long>& ProtocolKeywords()
-{
+const std::map<string, long>& ProtocolKeywords() {
     static const std::map<string, long> keywords = {
         {"connected", Sms::PROTO_LOCAL}, {"static", Sms::PROTO_STATIC}, {"rip", Sms::PROTO_RIP},
         {"ospf", Sms::PROTO_OSPF},       {"bgp", Sms::PROTO_BGP},
@@ -33,16 +32,22 @@ const std::map<string, long>& ProtocolKeywords()
 }
 
 // What differs between the two row types.
-char Marker(const amb_cipr_rtm_route*) { return ' '; }
-char Marker(const amb_cipr_rtm_rib* row) { return row->fib_route == 1 ? '>' : ' '; }
-bool Unresolved(const amb_cipr_rtm_route*) { return false; }
-bool Unresolved(const amb_cipr_rtm_rib* row) { return row->unresolved == 1; }
+char Marker(const amb_cipr_rtm_route*) {
+    return ' ';
+}
+char Marker(const amb_cipr_rtm_rib* row) {
+    return row->fib_route == 1 ? '>' : ' ';
+}
+bool Unresolved(const amb_cipr_rtm_route*) {
+    return false;
+}
+bool Unresolved(const amb_cipr_rtm_rib* row) {
+    return row->unresolved == 1;
+}
 
-unsigned short VlanOfInstance(unsigned long instance)
-{
-    return static_cast<unsigned short>(instance & ~static_cast<unsigned long>(
-                                                      DcRtmMgr::IP6_INSTANCE_BIT) &
-                                       0xffff);
+unsigned short VlanOfInstance(unsigned long instance) {
+    return static_cast<unsigned short>(
+        instance & ~static_cast<unsigned long>(DcRtmMgr::IP6_INSTANCE_BIT) & 0xffff);
 }
 
 }  // namespace
@@ -75,39 +80,32 @@ RtmRTCommand<T>::RtmRTCommand(DcConsole* console, unsigned short family, const c
       m_ip6_destination(),
       m_detail(false),
       m_family(family),
-      m_protocol(0)
-{
-}
+      m_protocol(0) {}
 
 template <typename T>
 RtmRTCommand<T>::~RtmRTCommand() = default;
 
 template <typename T>
-const char* RtmRTCommand<T>::ProtoStr(unsigned long code)
-{
+const char* RtmRTCommand<T>::ProtoStr(unsigned long code) {
     return code < sizeof(kProtoWords) / sizeof(kProtoWords[0]) ? kProtoWords[code] : "";
 }
 
 template <typename T>
-const char* RtmRTCommand<T>::TypeStr(unsigned long code)
-{
+const char* RtmRTCommand<T>::TypeStr(unsigned long code) {
     return code < sizeof(kTypeWords) / sizeof(kTypeWords[0]) ? kTypeWords[code] : "";
 }
 
 template <typename T>
-unsigned short RtmRTCommand<T>::Instance() const
-{
+unsigned short RtmRTCommand<T>::Instance() const {
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     if (rtm == nullptr) {
-        return IsIpv6() ? static_cast<unsigned short>(m_vlan | DcRtmMgr::IP6_INSTANCE_BIT)
-                        : m_vlan;
+        return IsIpv6() ? static_cast<unsigned short>(m_vlan | DcRtmMgr::IP6_INSTANCE_BIT) : m_vlan;
     }
     return rtm->GetDclProtocolInstanceIdFromVlan(m_vlan, m_family);
 }
 
 template <typename T>
-bool RtmRTCommand<T>::ParseDestination(DcConsoleCommand& command, const char* text)
-{
+bool RtmRTCommand<T>::ParseDestination(DcConsoleCommand& command, const char* text) {
     RtmRTCommand<T>& self = static_cast<RtmRTCommand<T>&>(command);
     if (self.m_family == Sms::AFI_IPV6) {
         if (text == nullptr || !self.m_ip6_destination.FromString(text)) {
@@ -124,8 +122,7 @@ bool RtmRTCommand<T>::ParseDestination(DcConsoleCommand& command, const char* te
 }
 
 template <typename T>
-bool RtmRTCommand<T>::ParseProtocol(DcConsoleCommand& command, const char* text)
-{
+bool RtmRTCommand<T>::ParseProtocol(DcConsoleCommand& command, const char* text) {
     if (text == nullptr) {
         return false;
     }
@@ -139,15 +136,13 @@ bool RtmRTCommand<T>::ParseProtocol(DcConsoleCommand& command, const char* text)
 }
 
 template <typename T>
-bool RtmRTCommand<T>::SetDetail(DcConsoleCommand& command)
-{
+bool RtmRTCommand<T>::SetDetail(DcConsoleCommand& command) {
     static_cast<RtmRTCommand<T>&>(command).m_detail = true;
     return true;
 }
 
 template <typename T>
-bool RtmRTCommand<T>::ParseWords(int argc, char** argv)
-{
+bool RtmRTCommand<T>::ParseWords(int argc, char** argv) {
     if (m_console != nullptr) {
         m_vlan = m_console->CurrentVlan();
     }
@@ -170,8 +165,7 @@ bool RtmRTCommand<T>::ParseWords(int argc, char** argv)
 }
 
 template <typename T>
-unsigned int RtmRTCommand<T>::Display(unsigned int /*first*/, unsigned int code, const void* data)
-{
+unsigned int RtmRTCommand<T>::Display(unsigned int /*first*/, unsigned int code, const void* data) {
     if (code != SMS_RC_ROW) {
         ParseError(code);
         return 0;
@@ -204,28 +198,24 @@ unsigned int RtmRTCommand<T>::Display(unsigned int /*first*/, unsigned int code,
 }
 
 template <typename T>
-void RtmRTCommand<T>::PrintHeader()
-{
+void RtmRTCommand<T>::PrintHeader() {
     Print("\n %4s %*s %*s %10s %10s %10s\n", "VLAN", IsIpv6() ? 50 : 19, "PREFIX",
           IsIpv6() ? 46 : 16, "NEXTHOP", "IFACE", "AGE", "PROTO");
 }
 
 template <typename T>
-const char* RtmRTCommand<T>::PrefixText(const T* row) const
-{
+const char* RtmRTCommand<T>::PrefixText(const T* row) const {
     const unsigned int length = static_cast<unsigned int>(row->dest_len);
     return IsIpv6() ? ToIp6PrefixStr(row->dest, length) : ToIp4PrefixStr(row->dest, length);
 }
 
 template <typename T>
-const char* RtmRTCommand<T>::NextHopText(const T* row) const
-{
+const char* RtmRTCommand<T>::NextHopText(const T* row) const {
     return IsIpv6() ? ToIp6Str(row->next_hop) : DcIp4ToIp4Str(row->next_hop);
 }
 
 template <typename T>
-void RtmRTCommand<T>::PrintTableRow(const T* row)
-{
+void RtmRTCommand<T>::PrintTableRow(const T* row) {
     const unsigned short vlan = VlanOfInstance(row->instance);
     // The prefix text first: the IPv6 prefix formatter reuses the address
     // formatter's buffer, which the next hop then fills.
@@ -234,9 +224,10 @@ void RtmRTCommand<T>::PrintTableRow(const T* row)
     const char* iface = "TBD";
     if (!Unresolved(row)) {
         DcInterfaceMgr* interfaces = DcInterfaceMgr::GetInstance();
-        const char* name = interfaces != nullptr
-                               ? interfaces->GetIfName(vlan, static_cast<unsigned int>(row->if_index))
-                               : nullptr;
+        const char* name =
+            interfaces != nullptr
+                ? interfaces->GetIfName(vlan, static_cast<unsigned int>(row->if_index))
+                : nullptr;
         iface = name != nullptr ? name : "";
     }
     Print("%c%4u %*s %*s %10s %10u %-10s\n", Marker(row), static_cast<unsigned int>(vlan),
@@ -245,8 +236,7 @@ void RtmRTCommand<T>::PrintTableRow(const T* row)
 }
 
 template <typename T>
-void RtmRTCommand<T>::PrintEntry(const T* row) const
-{
+void RtmRTCommand<T>::PrintEntry(const T* row) const {
     TwoColumnsFormatter formatter;
     formatter.PushRow("VLAN", static_cast<unsigned int>(VlanOfInstance(row->instance)));
     formatter.PushRow("Destination", PrefixText(row));
@@ -261,8 +251,7 @@ void RtmRTCommand<T>::PrintEntry(const T* row) const
     formatter.PushRow("Metric3", static_cast<unsigned int>(row->metric3));
     formatter.PushRow("Metric4", static_cast<unsigned int>(row->metric4));
     formatter.PushRow("Metric5", static_cast<unsigned int>(row->metric5));
-    const char* text =
-        formatter.Format(20, TwoColumnsFormatter::DEFAULT_COL2_WIDTH, ":  ");
+    const char* text = formatter.Format(20, TwoColumnsFormatter::DEFAULT_COL2_WIDTH, ":  ");
     if (text != nullptr) {
         // Printed as text: an address or number never holds a format sign,
         // and nothing in it is taken as one.
@@ -282,14 +271,11 @@ const char* const RtmRouteCommand::USAGE =
 const char* const RtmRouteCommand::DESCRIPTION = "Show Route Information";
 
 RtmRouteCommand::RtmRouteCommand(DcConsole* console, unsigned short family)
-    : RtmRTCommand<amb_cipr_rtm_route>(console, family, USAGE, DESCRIPTION)
-{
-}
+    : RtmRTCommand<amb_cipr_rtm_route>(console, family, USAGE, DESCRIPTION) {}
 
 RtmRouteCommand::~RtmRouteCommand() = default;
 
-bool RtmRouteCommand::Parse(int argc, char** argv)
-{
+bool RtmRouteCommand::Parse(int argc, char** argv) {
     if (!ParseWords(argc, argv)) {
         return false;
     }
@@ -303,14 +289,11 @@ const char* const RtmRibCommand::USAGE =
 const char* const RtmRibCommand::DESCRIPTION = "Show RIB Information";
 
 RtmRibCommand::RtmRibCommand(DcConsole* console, unsigned short family)
-    : RtmRTCommand<amb_cipr_rtm_rib>(console, family, USAGE, DESCRIPTION)
-{
-}
+    : RtmRTCommand<amb_cipr_rtm_rib>(console, family, USAGE, DESCRIPTION) {}
 
 RtmRibCommand::~RtmRibCommand() = default;
 
-bool RtmRibCommand::Parse(int argc, char** argv)
-{
+bool RtmRibCommand::Parse(int argc, char** argv) {
     if (!ParseWords(argc, argv)) {
         return false;
     }
@@ -318,8 +301,7 @@ bool RtmRibCommand::Parse(int argc, char** argv)
     return true;
 }
 
-void RtmRibCommand::PrintEntry(const amb_cipr_rtm_rib* row) const
-{
+void RtmRibCommand::PrintEntry(const amb_cipr_rtm_rib* row) const {
     RtmRTCommand<amb_cipr_rtm_rib>::PrintEntry(row);
     Print("FIB Route?  : %s\n", row->fib_route == 1 ? "yes" : "no");
 }

@@ -8,8 +8,8 @@
 #include "console/DcConsoleCommand.h"
 #include "platform/Ip4Addr.h"
 #include "platform/Ip6Addr.h"
-#include "stackapi/stackapi.h"
 #include "stackapi/SmsConstants.h"
+#include "stackapi/stackapi.h"
 
 namespace Zavrel {
 

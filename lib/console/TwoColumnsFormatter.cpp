@@ -13,15 +13,13 @@ namespace {
 
 // Copies the piece [text, last] to the start of a line buffer of width
 // characters (never past it) and returns the position after the piece.
-const char* TakePiece(const char* text, const char* last, char* buffer, unsigned int width)
-{
+const char* TakePiece(const char* text, const char* last, char* buffer, unsigned int width) {
     size_t length = static_cast<size_t>(last - text) + 1;
     memcpy(buffer, text, length < width ? length : width);
     return text + length;
 }
 
-void Blank(char* buffer, unsigned int width)
-{
+void Blank(char* buffer, unsigned int width) {
     memset(buffer, ' ', width);
     buffer[width] = '\0';
 }
@@ -30,27 +28,23 @@ void Blank(char* buffer, unsigned int width)
 
 TwoColumnsFormatter::TwoColumnsFormatter() = default;
 
-void TwoColumnsFormatter::PushRow(const string& left, const string& right)
-{
+void TwoColumnsFormatter::PushRow(const string& left, const string& right) {
     m_left.push_back(left);
     m_right.push_back(right);
 }
 
-void TwoColumnsFormatter::PushRow(const string& left, unsigned int value)
-{
+void TwoColumnsFormatter::PushRow(const string& left, unsigned int value) {
     string right;
     right.Format("%u", value);
     PushRow(left, right);
 }
 
-void TwoColumnsFormatter::ClearRows()
-{
+void TwoColumnsFormatter::ClearRows() {
     m_left.clear();
     m_right.clear();
 }
 
-const char* TwoColumnsFormatter::Segment(const char* text, unsigned int width)
-{
+const char* TwoColumnsFormatter::Segment(const char* text, unsigned int width) {
     if (text[0] == '\0' || width == 0) {
         return text;
     }
@@ -68,8 +62,7 @@ const char* TwoColumnsFormatter::Segment(const char* text, unsigned int width)
 }
 
 const char* TwoColumnsFormatter::Format(unsigned int leftWidth, unsigned int rightWidth,
-                                        const char* separator)
-{
+                                        const char* separator) {
     if (leftWidth == 0 || rightWidth == 0 || separator == nullptr || separator[0] == '\0' ||
         m_left.size() != m_right.size() || m_left.empty()) {
         return nullptr;
@@ -78,8 +71,7 @@ const char* TwoColumnsFormatter::Format(unsigned int leftWidth, unsigned int rig
     const unsigned int indentation = static_cast<unsigned int>(strlen(INDENTATION));
     // Continuation lines are narrower; a column no wider than the indentation
     // keeps one character per continuation line.
-    const unsigned int continuationWidth =
-        leftWidth > indentation ? leftWidth - indentation : 1;
+    const unsigned int continuationWidth = leftWidth > indentation ? leftWidth - indentation : 1;
     std::vector<char> leftLine(leftWidth + 1);
     std::vector<char> rightLine(rightWidth + 1);
     char* left = leftLine.data();
@@ -116,13 +108,11 @@ const char* TwoColumnsFormatter::Format(unsigned int leftWidth, unsigned int rig
     return m_output.empty() ? nullptr : m_output.c_str();
 }
 
-const char* TwoColumnsFormatter::Format(const char* separator)
-{
+const char* TwoColumnsFormatter::Format(const char* separator) {
     return Format(DEFAULT_COL1_WIDTH, DEFAULT_COL2_WIDTH, separator);
 }
 
-const char* TwoColumnsFormatter::Format()
-{
+const char* TwoColumnsFormatter::Format() {
     return Format(DEFAULT_COL1_WIDTH, DEFAULT_COL2_WIDTH, DEFAULT_SEPARATOR);
 }
 

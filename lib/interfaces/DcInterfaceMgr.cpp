@@ -109,7 +109,9 @@ DcInterfaceMgr* DcInterfaceMgr::m_instance = nullptr;
 DcInterfaceMgr* DcInterfaceMgr::GetInstance() {
     if (m_instance == nullptr) {
         // The constructor is private: the fault hook is asked here.
-        m_instance = AllocationFaults::ShouldFail("DcInterfaceMgr") ? nullptr : new (std::nothrow) DcInterfaceMgr();
+        m_instance = AllocationFaults::ShouldFail("DcInterfaceMgr") ? nullptr
+                                                                    : new (std::nothrow)
+                                                                          DcInterfaceMgr();
         if (m_instance == nullptr) {
             TRACE(0, "%s::%s: Error in allocating DcInterfaceMgr\n", "DcInterfaceMgr",
                   "GetInstance");

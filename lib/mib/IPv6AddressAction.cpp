@@ -1,15 +1,18 @@
 #include "mib/IPv6AddressAction.h"
 
 #include "rtm/DcRtmMgr.h"
-#include "stackapi/stackapi.h"
 #include "stackapi/SmsConstants.h"
+#include "stackapi/stackapi.h"
 
 namespace Zavrel {
 
 IPv6AddressAction::IPv6AddressAction()
-    : MibAction("IPv6AddressAction"), m_row_status(0), m_vlan(0), m_if_index(0), m_address(), m_prefix_length(0)
-{
-}
+    : MibAction("IPv6AddressAction"),
+      m_row_status(0),
+      m_vlan(0),
+      m_if_index(0),
+      m_address(),
+      m_prefix_length(0) {}
 
 IPv6AddressAction::IPv6AddressAction(long rowStatus, unsigned int vlan, unsigned int ifIndex,
                                      const Ip6Addr& address, unsigned int prefixLength)
@@ -18,14 +21,11 @@ IPv6AddressAction::IPv6AddressAction(long rowStatus, unsigned int vlan, unsigned
       m_vlan(vlan),
       m_if_index(ifIndex),
       m_address(address),
-      m_prefix_length(prefixLength)
-{
-}
+      m_prefix_length(prefixLength) {}
 
 IPv6AddressAction::~IPv6AddressAction() = default;
 
-unsigned long IPv6AddressAction::IssueReq(bool /*shared_context*/)
-{
+unsigned long IPv6AddressAction::IssueReq(bool /*shared_context*/) {
     const unsigned short vlan = static_cast<unsigned short>(m_vlan & 0xffff);
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     const unsigned short instance =

@@ -16,9 +16,7 @@ InterfaceAction::InterfaceAction()
       m_if_name(),
       m_reserved(0),
       m_flags(0),
-      m_extra(0)
-{
-}
+      m_extra(0) {}
 
 InterfaceAction::InterfaceAction(long rowStatus, unsigned int operStatus, unsigned int vlan,
                                  unsigned int ifIndex, const char* ifName, unsigned int reserved,
@@ -31,8 +29,7 @@ InterfaceAction::InterfaceAction(long rowStatus, unsigned int operStatus, unsign
       m_if_name(),
       m_reserved(reserved),
       m_flags(flags),
-      m_extra(extra)
-{
+      m_extra(extra) {
     if (ifName != nullptr) {
         // The buffer is zero-filled, so copying at most size - 1 characters
         // always leaves the name terminated.
@@ -43,8 +40,7 @@ InterfaceAction::InterfaceAction(long rowStatus, unsigned int operStatus, unsign
 
 InterfaceAction::~InterfaceAction() = default;
 
-unsigned long InterfaceAction::IssueReq(bool shared_context)
-{
+unsigned long InterfaceAction::IssueReq(bool shared_context) {
     TRACE(5,
           "InterfaceAction: shared_context = %d row_status = %ld oper_status = %d vlan = %d "
           "if_index = %d if_name = %s\n",
@@ -54,8 +50,8 @@ unsigned long InterfaceAction::IssueReq(bool shared_context)
         return sms_bld_amb_test_i3_ei(m_row_status, m_oper_status, m_vlan, m_if_index, m_if_name,
                                       m_reserved, m_flags, m_extra);
     }
-    return sms_act_interface(m_row_status, m_oper_status, m_vlan, m_if_index, m_if_name,
-                             m_reserved, m_flags, m_extra);
+    return sms_act_interface(m_row_status, m_oper_status, m_vlan, m_if_index, m_if_name, m_reserved,
+                             m_flags, m_extra);
 }
 
 }  // namespace Zavrel

@@ -4,12 +4,9 @@
 
 namespace Zavrel {
 
-MibOid::MibOid() : m_length(0), m_held(0), m_inline()
-{
-}
+MibOid::MibOid() : m_length(0), m_held(0), m_inline() {}
 
-MibOid::MibOid(const unsigned long* components, unsigned long count) : MibOid()
-{
+MibOid::MibOid(const unsigned long* components, unsigned long count) : MibOid() {
     const unsigned long length = count > MAX_LENGTH ? MAX_LENGTH : count;
     Hold(length);
     m_length = length;
@@ -18,39 +15,33 @@ MibOid::MibOid(const unsigned long* components, unsigned long count) : MibOid()
     }
 }
 
-MibOid::MibOid(const MibOid& other) : MibOid()
-{
+MibOid::MibOid(const MibOid& other) : MibOid() {
     CopyFrom(other);
 }
 
-MibOid::MibOid(MibOid&& other) noexcept : MibOid()
-{
+MibOid::MibOid(MibOid&& other) noexcept : MibOid() {
     MoveFrom(other);
 }
 
-MibOid& MibOid::operator=(const MibOid& other)
-{
+MibOid& MibOid::operator=(const MibOid& other) {
     if (this != &other) {
         CopyFrom(other);
     }
     return *this;
 }
 
-MibOid& MibOid::operator=(MibOid&& other) noexcept
-{
+MibOid& MibOid::operator=(MibOid&& other) noexcept {
     if (this != &other) {
         MoveFrom(other);
     }
     return *this;
 }
 
-MibOid::~MibOid()
-{
+MibOid::~MibOid() {
     Release();
 }
 
-void MibOid::Release()
-{
+void MibOid::Release() {
     if (OnHeap()) {
         delete[] m_heap;
         m_held = 0;
@@ -58,8 +49,7 @@ void MibOid::Release()
     }
 }
 
-void MibOid::Hold(unsigned long count)
-{
+void MibOid::Hold(unsigned long count) {
     if (count > MAX_LENGTH) {
         count = MAX_LENGTH;
     }
@@ -75,8 +65,7 @@ void MibOid::Hold(unsigned long count)
     m_held = static_cast<unsigned short>(count);
 }
 
-void MibOid::MoveFrom(MibOid& other) noexcept
-{
+void MibOid::MoveFrom(MibOid& other) noexcept {
     if (!other.OnHeap()) {
         // Inline components are copied (no allocation).
         CopyFrom(other);
@@ -91,8 +80,7 @@ void MibOid::MoveFrom(MibOid& other) noexcept
     memset(other.m_inline, 0, sizeof(other.m_inline));
 }
 
-void MibOid::CopyFrom(const MibOid& other)
-{
+void MibOid::CopyFrom(const MibOid& other) {
     // Components held here beyond the other's must read as zero again.
     if (m_held > other.m_held) {
         memset(Data() + other.m_held, 0, (m_held - other.m_held) * sizeof(unsigned long));
@@ -112,8 +100,7 @@ void MibOid::CopyFrom(const MibOid& other)
     m_length = other.m_length;
 }
 
-void MibOid::SetOid(const unsigned long* components, unsigned long count)
-{
+void MibOid::SetOid(const unsigned long* components, unsigned long count) {
     m_length = count;
     if (components == nullptr) {
         Hold(count);
@@ -128,23 +115,19 @@ void MibOid::SetOid(const unsigned long* components, unsigned long count)
     }
 }
 
-unsigned long MibOid::UsableLength() const
-{
+unsigned long MibOid::UsableLength() const {
     return m_length > MAX_LENGTH ? MAX_LENGTH : m_length;
 }
 
-bool MibOid::operator==(const MibOid& other) const
-{
+bool MibOid::operator==(const MibOid& other) const {
     if (m_length != other.m_length) {
         return false;
     }
     unsigned long count = UsableLength();
-    return count == 0 ||
-           memcmp(Data(), other.Data(), count * sizeof(unsigned long)) == 0;
+    return count == 0 || memcmp(Data(), other.Data(), count * sizeof(unsigned long)) == 0;
 }
 
-bool MibOid::operator<(const MibOid& other) const
-{
+bool MibOid::operator<(const MibOid& other) const {
     unsigned long mine = UsableLength();
     unsigned long theirs = other.UsableLength();
     unsigned long common = mine < theirs ? mine : theirs;
@@ -158,8 +141,7 @@ bool MibOid::operator<(const MibOid& other) const
     return m_length < other.m_length;
 }
 
-string MibOid::ToString() const
-{
+string MibOid::ToString() const {
     string text;
     unsigned long count = UsableLength();
     const unsigned long* data = Data();

@@ -42,8 +42,7 @@ public:
     unsigned long Length() const { return m_length; }
     // Valid for at least min(Length(), 130) components.
     const unsigned long* Components() const { return Data(); }
-    unsigned long operator[](unsigned long index) const
-    {
+    unsigned long operator[](unsigned long index) const {
         return index < m_held ? Data()[index] : 0;
     }
 

@@ -13,9 +13,7 @@ RedistAction::RedistAction()
       m_destination(0),
       m_priority(0),
       m_vlan(1),
-      m_extra(0)
-{
-}
+      m_extra(0) {}
 
 RedistAction::RedistAction(long rowStatus, long adminStatus, long source, long destination,
                            long priority, unsigned long vlan, unsigned long extra)
@@ -26,14 +24,11 @@ RedistAction::RedistAction(long rowStatus, long adminStatus, long source, long d
       m_destination(destination),
       m_priority(priority),
       m_vlan(vlan),
-      m_extra(extra)
-{
-}
+      m_extra(extra) {}
 
 RedistAction::~RedistAction() = default;
 
-unsigned long RedistAction::IssueReq(bool shared_context)
-{
+unsigned long RedistAction::IssueReq(bool shared_context) {
     TRACE(5,
           "Redist context = %d vlan = %u dest = %x src = %x pri = %d row_status = %d "
           "admin_status = %d\n",

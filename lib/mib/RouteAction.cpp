@@ -4,19 +4,17 @@
 
 #include "platform/Trace.h"
 #include "rtm/DcRtmMgr.h"
-#include "stackapi/stackapi.h"
 #include "stackapi/SmsConstants.h"
+#include "stackapi/stackapi.h"
 
 namespace Zavrel {
 
-RouteAction::RouteAction() : MibAction("RouteAction"), m_entry(), m_vlan(0)
-{
+RouteAction::RouteAction() : MibAction("RouteAction"), m_entry(), m_vlan(0) {
     std::memset(&m_entry, 0, sizeof(m_entry));
 }
 
 RouteAction::RouteAction(CfgRouteEntry& entry, unsigned long vlan)
-    : MibAction("RouteAction"), m_entry(), m_vlan(static_cast<unsigned short>(vlan & 0xffff))
-{
+    : MibAction("RouteAction"), m_entry(), m_vlan(static_cast<unsigned short>(vlan & 0xffff)) {
     std::memset(&m_entry, 0, sizeof(m_entry));
     const size_t width = entry.family == 1 ? 4 : 16;
     m_entry.family = entry.family;
@@ -33,8 +31,7 @@ RouteAction::RouteAction(CfgRouteEntry& entry, unsigned long vlan)
 
 RouteAction::~RouteAction() = default;
 
-unsigned long RouteAction::IssueReq(bool shared_context)
-{
+unsigned long RouteAction::IssueReq(bool shared_context) {
     const int afi = m_entry.family == Sms::RECORD_IPV4 ? Sms::AFI_IPV4 : Sms::AFI_IPV6;
     DcRtmMgr* rtm = DcRtmMgr::GetInstance();
     const unsigned short instance = static_cast<unsigned short>(

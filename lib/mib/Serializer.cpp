@@ -25,21 +25,18 @@ const char LEGEND[] = "\nPending Actions (Actions_Count=<No of actions>, MibOid=
 const char* const Serializer::CONSOLE_COMMAND = "serializer";
 const char* const Serializer::CONSOLE_HELP = "Debug traces from serializer type in metaswitch";
 
-Serializer::Serializer() : m_ready(false), m_registered(false)
-{
+Serializer::Serializer() : m_ready(false), m_registered(false) {
     RegisterConsoleCommand();
 }
 
-Serializer::~Serializer()
-{
+Serializer::~Serializer() {
     Reset();
     if (m_registered) {
         ConsoleCommand::Unregister(CONSOLE_COMMAND, this);
     }
 }
 
-void Serializer::Insert(const MibOid& oid, MibAction* action)
-{
+void Serializer::Insert(const MibOid& oid, MibAction* action) {
     PendingMap::iterator entry = m_pending_actions.find(oid);
     if (entry == m_pending_actions.end()) {
         entry = m_pending_actions.emplace(oid, ActionList()).first;
@@ -69,8 +66,7 @@ void Serializer::Insert(const MibOid& oid, MibAction* action)
     }
 }
 
-int Serializer::Send(const MibOid& oid)
-{
+int Serializer::Send(const MibOid& oid) {
     PendingMap::iterator entry = m_pending_actions.find(oid);
     if (entry == m_pending_actions.end() || entry->second.slots.empty()) {
         return 0;
@@ -78,8 +74,7 @@ int Serializer::Send(const MibOid& oid)
     return IssueHead(entry->second, true);
 }
 
-void Serializer::RunPendingActions()
-{
+void Serializer::RunPendingActions() {
     m_ready = true;
     // Issuing may re-enter the serializer (a request answered at once), so
     // walk a copy of the queue; an OID forgotten meanwhile is simply skipped.
@@ -89,15 +84,13 @@ void Serializer::RunPendingActions()
     }
 }
 
-int Serializer::RunPendingAction(unsigned long* components, unsigned long count)
-{
+int Serializer::RunPendingAction(unsigned long* components, unsigned long count) {
     MibOid oid(components, count);
     Remove(oid);
     return Send(oid);
 }
 
-void Serializer::Remove(const MibOid& oid)
-{
+void Serializer::Remove(const MibOid& oid) {
     PendingMap::iterator entry = m_pending_actions.find(oid);
     if (entry == m_pending_actions.end()) {
         return;
@@ -123,15 +116,14 @@ void Serializer::Remove(const MibOid& oid)
     m_actions_queue.erase(list.queue_position);
     m_pending_actions.erase(entry);
     if (m_trace_set.Any()) {
-        member_TRACE(m_trace_set, 3, "%s, removed from m_actions_queue, oid=%s\n",
-                     REMOVE_SIGNATURE, text.c_str());
+        member_TRACE(m_trace_set, 3, "%s, removed from m_actions_queue, oid=%s\n", REMOVE_SIGNATURE,
+                     text.c_str());
         member_TRACE(m_trace_set, 3, "%s, m_actions_queue size=%zu\n", REMOVE_SIGNATURE,
                      m_actions_queue.size());
     }
 }
 
-int Serializer::IssueMibRequest(MibAction* action, bool shared_context)
-{
+int Serializer::IssueMibRequest(MibAction* action, bool shared_context) {
     if (action == nullptr || !m_ready) {
         return 0;
     }
@@ -140,8 +132,7 @@ int Serializer::IssueMibRequest(MibAction* action, bool shared_context)
     return 1;
 }
 
-int Serializer::IssueHead(ActionList& list, bool shared_context)
-{
+int Serializer::IssueHead(ActionList& list, bool shared_context) {
     Slot& head = list.slots.front();
     if (head.state != Slot::WAITING || !m_ready) {
         return 0;
@@ -154,8 +145,7 @@ int Serializer::IssueHead(ActionList& list, bool shared_context)
     return IssueMibRequest(action, shared_context);
 }
 
-void Serializer::Reset()
-{
+void Serializer::Reset() {
     // Waiting actions are destroyed with their slots, in the order their
     // OIDs were first queued.
     PendingMap pending;
@@ -167,14 +157,12 @@ void Serializer::Reset()
     }
 }
 
-size_t Serializer::PendingActionCount(const MibOid& oid) const
-{
+size_t Serializer::PendingActionCount(const MibOid& oid) const {
     PendingMap::const_iterator entry = m_pending_actions.find(oid);
     return entry == m_pending_actions.end() ? 0 : entry->second.slots.size();
 }
 
-std::vector<MibOid> Serializer::ActionsQueue() const
-{
+std::vector<MibOid> Serializer::ActionsQueue() const {
     std::vector<MibOid> oids;
     oids.reserve(m_actions_queue.size());
     for (const MibOid* oid : m_actions_queue) {
@@ -183,8 +171,7 @@ std::vector<MibOid> Serializer::ActionsQueue() const
     return oids;
 }
 
-string Serializer::GetPendingActionsAsString() const
-{
+string Serializer::GetPendingActionsAsString() const {
     string text(LEGEND);
     for (const PendingMap::value_type& entry : m_pending_actions) {
         text.AppendFmt("\n(Actions_Count=%zu, MibOid=%s)", entry.second.slots.size(),
@@ -193,14 +180,12 @@ string Serializer::GetPendingActionsAsString() const
     return text;
 }
 
-void Serializer::RegisterConsoleCommand()
-{
+void Serializer::RegisterConsoleCommand() {
     m_registered = ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &Serializer::ConCmdNode, this,
                                             CONSOLE_COMMAND, CONSOLE_HELP);
 }
 
-int Serializer::ConCmdNode(Serializer* serializer, ConsoleSession* session, int argc, char** argv)
-{
+int Serializer::ConCmdNode(Serializer* serializer, ConsoleSession* session, int argc, char** argv) {
     if (serializer == nullptr || session == nullptr) {
         return 1;
     }

@@ -55,8 +55,7 @@ public:
     string GetPendingActionsAsString() const;
 
     void RegisterConsoleCommand();
-    static int ConCmdNode(Serializer* serializer, ConsoleSession* session, int argc,
-                          char** argv);
+    static int ConCmdNode(Serializer* serializer, ConsoleSession* session, int argc, char** argv);
 
     bool IsReady() const { return m_ready; }
     MemberSet& TraceSet() { return m_trace_set; }

@@ -3,10 +3,11 @@
 
 namespace Zavrel {
 
-DcOspfRouterBase::DcOspfRouterBase(const string& name, unsigned short vid,
-                                   DcProtoConfigBase* proto)
+DcOspfRouterBase::DcOspfRouterBase(const string& name, unsigned short vid, DcProtoConfigBase* proto)
     : DcRouterBase(name, vid, proto) {}
 
-DcOspfRouterBase::~DcOspfRouterBase() { m_areas.clear(); }
+DcOspfRouterBase::~DcOspfRouterBase() {
+    m_areas.clear();
+}
 
 }  // namespace Zavrel

@@ -7,8 +7,8 @@
 #include <map>
 #include <vector>
 
-#include "routing/OspfAreaCB.h"
 #include "routing/DcRouterBase.h"
+#include "routing/OspfAreaCB.h"
 
 namespace Zavrel {
 

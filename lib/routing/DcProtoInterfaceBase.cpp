@@ -103,10 +103,8 @@ void DcProtoInterfaceBase::NotifyRedistribution(bool wasEnabled,
     unsigned short instances[2];
     size_t count = 0;
     if (m_dualStack) {
-        instances[count++] =
-            rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV4);
-        instances[count++] =
-            rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV6);
+        instances[count++] = rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV4);
+        instances[count++] = rtm->GetDclProtocolInstanceIdFromVlan(GetVlan(), DcRtmMgr::AFI_IPV6);
     } else {
         instances[count++] = GetRtmInstance();
     }
@@ -125,7 +123,9 @@ void DcProtoInterfaceBase::NotifyRedistribution(bool wasEnabled,
     }
 }
 
-bool DcProtoInterfaceBase::IsEnabled() const { return m_enabled; }
+bool DcProtoInterfaceBase::IsEnabled() const {
+    return m_enabled;
+}
 
 DcProtoInterfaceBase::ConfigStatus DcProtoInterfaceBase::GetStatus() const {
     if (!m_enabled) {

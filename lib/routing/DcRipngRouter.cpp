@@ -14,7 +14,9 @@ DcRipngRouter::DcRipngRouter(const string& name, unsigned short vid, DcProtoConf
 
 DcRipngRouter::~DcRipngRouter() = default;
 
-bool DcRipngRouter::CreateConfigList(DcConfigLists&) { return true; }
+bool DcRipngRouter::CreateConfigList(DcConfigLists&) {
+    return true;
+}
 
 void DcRipngRouter::ConsoleCommand(void*, DcConsole*, int, char**) {}
 

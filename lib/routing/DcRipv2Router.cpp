@@ -16,7 +16,9 @@ DcRipv2Router::DcRipv2Router(const string& name, unsigned short vid, DcProtoConf
 
 DcRipv2Router::~DcRipv2Router() = default;
 
-bool DcRipv2Router::CreateConfigList(DcConfigLists&) { return true; }
+bool DcRipv2Router::CreateConfigList(DcConfigLists&) {
+    return true;
+}
 
 void DcRipv2Router::ConsoleCommand(void*, DcConsole* console, int argc, char** argv) {
     // The router is printed by the protocol libraries' console handler.

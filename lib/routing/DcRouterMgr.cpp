@@ -70,7 +70,8 @@ DcRouterMgr* DcRouterMgr::GetInstance() {
     if (m_instance == nullptr) {
         TRACE(10, "Creating new Instance of Manager\n");
         // The constructor is private: the fault hook is asked here.
-        m_instance = AllocationFaults::ShouldFail("DcRouterMgr") ? nullptr : new (std::nothrow) DcRouterMgr();
+        m_instance = AllocationFaults::ShouldFail("DcRouterMgr") ? nullptr
+                                                                 : new (std::nothrow) DcRouterMgr();
         if (m_instance == nullptr) {
             TRACE(0, "Error in allocating DcRouterMgr\n");
         }

@@ -97,8 +97,8 @@ bool DcRouterMgr::Reload(const Options& options, const string& source,
     return true;
 }
 
-void DcRouterMgr::ReloadRouters(VlanRouters* record, const OptionsNode& entry,
-                                const string& source, DclConfigObject::OptionType type) {
+void DcRouterMgr::ReloadRouters(VlanRouters* record, const OptionsNode& entry, const string& source,
+                                DclConfigObject::OptionType type) {
     // The routers' sections are found in one pass over the entry (the
     // routers have distinct names), then applied in router order.
     auto next = record->routers.begin();

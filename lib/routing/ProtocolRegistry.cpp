@@ -10,11 +10,17 @@ ProtocolRegistry::Entries& ProtocolRegistry::Table() {
     return table;
 }
 
-void ProtocolRegistry::Register(const Entries& entries) { Table() = entries; }
+void ProtocolRegistry::Register(const Entries& entries) {
+    Table() = entries;
+}
 
-void ProtocolRegistry::Clear() { Table() = Entries(); }
+void ProtocolRegistry::Clear() {
+    Table() = Entries();
+}
 
-const ProtocolRegistry::Entries& ProtocolRegistry::Get() { return Table(); }
+const ProtocolRegistry::Entries& ProtocolRegistry::Get() {
+    return Table();
+}
 
 ProtocolRegistry::RouterFactory ProtocolRegistry::Router(int type) {
     if (type < 0 || type >= TYPE_COUNT) {

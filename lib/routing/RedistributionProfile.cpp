@@ -25,8 +25,8 @@ RedistributionProfile& RedistributionProfile::operator=(const RedistributionProf
 }
 
 bool RedistributionProfile::operator==(const RedistributionProfile& other) const {
-    return staticRoutes == other.staticRoutes && connected == other.connected &&
-           rip == other.rip && ospf == other.ospf && bgp == other.bgp;
+    return staticRoutes == other.staticRoutes && connected == other.connected && rip == other.rip &&
+           ospf == other.ospf && bgp == other.bgp;
 }
 
 void RedistributionProfile::Reset() {

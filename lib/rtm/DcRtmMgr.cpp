@@ -46,7 +46,8 @@ DcRtmMgr::DcRtmMgr() = default;
 DcRtmMgr* DcRtmMgr::GetInstance() {
     if (m_instance == nullptr) {
         // The constructor is private: the fault hook is asked here.
-        m_instance = AllocationFaults::ShouldFail("DcRtmMgr") ? nullptr : new (std::nothrow) DcRtmMgr();
+        m_instance =
+            AllocationFaults::ShouldFail("DcRtmMgr") ? nullptr : new (std::nothrow) DcRtmMgr();
         if (m_instance == nullptr) {
             TRACE(0, "%s::%s: Error in allocating DcRtmMgr\n", "DcRtmMgr", "GetInstance");
         }

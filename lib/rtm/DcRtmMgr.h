@@ -15,8 +15,8 @@
 #include "platform/Ip6Addr.h"
 #include "platform/Ip6Prefix.h"
 #include "platform/OptionsNode.h"
-#include "stackapi/stackapi.h"
 #include "stackapi/SmsConstants.h"
+#include "stackapi/stackapi.h"
 
 namespace Zavrel {
 
@@ -77,9 +77,8 @@ public:
 
     // ---- static routes and redistribution
     void UpdateStaticRoute(unsigned long vlan, long family, const unsigned char* destination,
-                           long prefixLength, const unsigned char* nextHop,
-                           unsigned long ifIndex, unsigned long metric, long routeType,
-                           long rowStatus, long adminStatus);
+                           long prefixLength, const unsigned char* nextHop, unsigned long ifIndex,
+                           unsigned long metric, long routeType, long rowStatus, long adminStatus);
     void UpdateStaticRoute(unsigned short vlan, const Ip4Addr& destination, int prefixLength,
                            const Ip4Addr& nextHop, unsigned int ifIndex, unsigned short metric,
                            int routeType, unsigned int rowStatus, unsigned int adminStatus);
@@ -89,8 +88,7 @@ public:
     void Redistribute(unsigned int rowStatus, unsigned int adminStatus, unsigned int source,
                       unsigned int destination, unsigned short instance);
     void HandleRedistributionStatusChange(unsigned short instance, unsigned int source,
-                                          unsigned int destination, bool enabled,
-                                          bool wasEnabled);
+                                          unsigned int destination, bool enabled, bool wasEnabled);
     void UpdateRouteCallback(unsigned short vlan, int family, const unsigned char* destination,
                              unsigned int prefixLength, const unsigned char* nextHop,
                              unsigned int ifIndex, int metric, int routeType, int rowStatus,

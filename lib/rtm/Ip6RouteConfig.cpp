@@ -18,15 +18,14 @@ Ip6RouteConfig::~Ip6RouteConfig() = default;
 
 bool Ip6RouteConfig::operator==(const Ip6RouteConfig& other) const {
     return vlan == other.vlan && network == other.network &&
-           prefix.Address() == other.prefix.Address() &&
-           prefix.Length() == other.prefix.Length() && gateway == other.gateway &&
-           metric == other.metric && interface == other.interface;
+           prefix.Address() == other.prefix.Address() && prefix.Length() == other.prefix.Length() &&
+           gateway == other.gateway && metric == other.metric && interface == other.interface;
 }
 
 bool Ip6RouteConfig::operator()(const Ip6RouteConfig& other) const {
     if (vlan != other.vlan || network != other.network ||
-        prefix.Length() != other.prefix.Length() ||
-        prefix.Address() != other.prefix.Address() || gateway != other.gateway) {
+        prefix.Length() != other.prefix.Length() || prefix.Address() != other.prefix.Address() ||
+        gateway != other.gateway) {
         return false;
     }
     return metric == ANY_METRIC || metric == other.metric;

@@ -9,8 +9,7 @@ namespace {
 
 class ArgVectorTest : public TestEnv {};
 
-TEST_F(ArgVectorTest, CopiesTheWordsFromTheFirstOn)
-{
+TEST_F(ArgVectorTest, CopiesTheWordsFromTheFirstOn) {
     const std::vector<std::string> words{"ip", "protocol", "summary"};
     ArgVector argv(words, 1);
     ASSERT_EQ(argv.Argc(), 2);
@@ -19,8 +18,7 @@ TEST_F(ArgVectorTest, CopiesTheWordsFromTheFirstOn)
     EXPECT_EQ(argv.Argv()[2], nullptr);
 }
 
-TEST_F(ArgVectorTest, WordsAreWritableCopies)
-{
+TEST_F(ArgVectorTest, WordsAreWritableCopies) {
     const std::vector<std::string> words{"abc"};
     ArgVector argv(words, 0);
     argv.Argv()[0][0] = 'X';
@@ -28,8 +26,7 @@ TEST_F(ArgVectorTest, WordsAreWritableCopies)
     EXPECT_STREQ(argv.Argv()[0], "Xbc");
 }
 
-TEST_F(ArgVectorTest, PastTheEndGivesNoWords)
-{
+TEST_F(ArgVectorTest, PastTheEndGivesNoWords) {
     const std::vector<std::string> words{"rtm", "route"};
     ArgVector argv(words, 2);
     EXPECT_EQ(argv.Argc(), 0);

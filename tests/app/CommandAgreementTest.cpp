@@ -13,15 +13,13 @@
 namespace Zavrel::test {
 namespace {
 
-std::string SourceDir()
-{
+std::string SourceDir() {
     const char* source = getenv("ZAVREL_SOURCE_DIR");
     return source != nullptr ? source : ".";
 }
 
 // A good value for each placeholder of the application's usage lines.
-std::string Sample(const std::string& placeholder)
-{
+std::string Sample(const std::string& placeholder) {
     static const std::map<std::string, std::string> samples = {
         {"<file>", SourceDir() + "/examples/site-vlans.json"},
         {"<source>", "site-vlans.json"},
@@ -49,8 +47,7 @@ std::string Sample(const std::string& placeholder)
 
 class CommandAgreementTest : public TempDirTest {};
 
-TEST_F(CommandAgreementTest, EveryWordOfTheGrammarIsTaken)
-{
+TEST_F(CommandAgreementTest, EveryWordOfTheGrammarIsTaken) {
     CommandGrammar grammar;
     CommandInterpreter::DescribeCommands(grammar);
     std::string script;

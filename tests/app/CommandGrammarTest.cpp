@@ -8,8 +8,7 @@ namespace {
 
 class CommandGrammarTest : public TestEnv {
 protected:
-    static std::vector<std::string> WordsOf(const CommandGrammar::Next& next)
-    {
+    static std::vector<std::string> WordsOf(const CommandGrammar::Next& next) {
         std::vector<std::string> words;
         for (const GrammarChoice& choice : next.choices) {
             words.push_back(choice.word);
@@ -20,8 +19,7 @@ protected:
     CommandGrammar grammar;
 };
 
-TEST_F(CommandGrammarTest, FirstWordsComeFromEveryForm)
-{
+TEST_F(CommandGrammarTest, FirstWordsComeFromEveryForm) {
     ASSERT_TRUE(grammar.AddForm("route add <vlan> <prefix>/<length> via <gateway>", "routes"));
     ASSERT_TRUE(grammar.AddForm("route remove|enable <vlan>", "routes"));
     ASSERT_TRUE(grammar.AddForm("vlan [<vid>]", "the VLAN"));
@@ -31,8 +29,7 @@ TEST_F(CommandGrammarTest, FirstWordsComeFromEveryForm)
     EXPECT_EQ(next.choices[0].help, "routes");
 }
 
-TEST_F(CommandGrammarTest, KeywordsMatchInAnyCaseAndValuesMatchAnything)
-{
+TEST_F(CommandGrammarTest, KeywordsMatchInAnyCaseAndValuesMatchAnything) {
     ASSERT_TRUE(grammar.AddForm("route add <vlan> <prefix>/<length> via <gateway>", "routes"));
     ASSERT_TRUE(grammar.AddForm("route remove|enable <vlan>", "routes"));
     EXPECT_EQ(WordsOf(grammar.After({"ROUTE"})),
@@ -47,8 +44,7 @@ TEST_F(CommandGrammarTest, KeywordsMatchInAnyCaseAndValuesMatchAnything)
     EXPECT_FALSE(grammar.After({"route", "bogus"}).canEnd);
 }
 
-TEST_F(CommandGrammarTest, OptionalGroupsComeOnceInAnyOrder)
-{
+TEST_F(CommandGrammarTest, OptionalGroupsComeOnceInAnyOrder) {
     ASSERT_TRUE(grammar.AddForm("join <vlan> [ifindex <n>] [metric <n>] [admin up|down]", "x"));
     const CommandGrammar::Next all = grammar.After({"join", "10"});
     EXPECT_TRUE(all.canEnd);
@@ -64,8 +60,7 @@ TEST_F(CommandGrammarTest, OptionalGroupsComeOnceInAnyOrder)
     EXPECT_TRUE(grammar.After({"join", "10", "metric", "3", "metric"}).choices.empty());
 }
 
-TEST_F(CommandGrammarTest, OpenFormsTakeAnyFurtherWords)
-{
+TEST_F(CommandGrammarTest, OpenFormsTakeAnyFurtherWords) {
     ASSERT_TRUE(grammar.AddForm("serializer ...", "the serializer"));
     const CommandGrammar::Next next = grammar.After({"serializer", "debug", "3"});
     EXPECT_TRUE(next.canEnd);
@@ -73,16 +68,14 @@ TEST_F(CommandGrammarTest, OpenFormsTakeAnyFurtherWords)
     EXPECT_TRUE(next.choices.empty());
 }
 
-TEST_F(CommandGrammarTest, RejectsEmptyFormsAndOpenGroups)
-{
+TEST_F(CommandGrammarTest, RejectsEmptyFormsAndOpenGroups) {
     EXPECT_FALSE(grammar.AddForm("", "x"));
     EXPECT_FALSE(grammar.AddForm("[only optional]", "x"));
     EXPECT_FALSE(grammar.AddForm("route add [metric <n>", "x"));
     EXPECT_EQ(grammar.FormCount(), 0u);
 }
 
-TEST_F(CommandGrammarTest, WordHelpOfTheCommandComesBeforeGeneralHelp)
-{
+TEST_F(CommandGrammarTest, WordHelpOfTheCommandComesBeforeGeneralHelp) {
     ASSERT_TRUE(grammar.AddForm("stack status", "the stack"));
     ASSERT_TRUE(grammar.AddForm("interface up <vlan>", "interfaces"));
     grammar.AddWordHelp("", "up", "oper status up");
@@ -94,8 +87,7 @@ TEST_F(CommandGrammarTest, WordHelpOfTheCommandComesBeforeGeneralHelp)
     EXPECT_TRUE(grammar.After({"interface", "up"}).choices[0].IsValue());
 }
 
-TEST_F(CommandGrammarTest, TheApplicationsCommandsDescribeThemselves)
-{
+TEST_F(CommandGrammarTest, TheApplicationsCommandsDescribeThemselves) {
     CommandInterpreter::DescribeCommands(grammar);
     const std::vector<std::string> first = WordsOf(grammar.After({}));
     for (const char* name : {"load", "interface", "route", "stack", "ip", "rtm6", "help", "quit"}) {
@@ -117,13 +109,11 @@ TEST_F(CommandGrammarTest, TheApplicationsCommandsDescribeThemselves)
     EXPECT_TRUE(ip.anyWords);
 }
 
-std::string Sample(const std::string& placeholder)
-{
+std::string Sample(const std::string& placeholder) {
     return placeholder == "<vlan>" ? "10" : "1";
 }
 
-TEST_F(CommandGrammarTest, ExamplesUseEveryWordOnce)
-{
+TEST_F(CommandGrammarTest, ExamplesUseEveryWordOnce) {
     ASSERT_TRUE(grammar.AddForm("route add|del <vlan> [metric <n>] [admin up|down]", "x"));
     ASSERT_TRUE(grammar.AddForm("serializer ...", "x"));
     const std::vector<std::vector<std::string>> expected = {

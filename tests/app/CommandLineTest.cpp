@@ -7,8 +7,7 @@ namespace {
 
 class CommandLineTest : public TestEnv {
 protected:
-    bool Parse(std::vector<std::string> args)
-    {
+    bool Parse(std::vector<std::string> args) {
         std::vector<char*> argv;
         for (auto& a : args) {
             argv.push_back(a.data());
@@ -19,8 +18,7 @@ protected:
     std::string error;
 };
 
-TEST_F(CommandLineTest, DefaultsAreVlanOneRealTimeErrorsOnly)
-{
+TEST_F(CommandLineTest, DefaultsAreVlanOneRealTimeErrorsOnly) {
     ASSERT_TRUE(Parse({}));
     EXPECT_EQ(line.vlan, 1);
     EXPECT_FALSE(line.virtualTime);
@@ -30,9 +28,9 @@ TEST_F(CommandLineTest, DefaultsAreVlanOneRealTimeErrorsOnly)
     EXPECT_TRUE(line.sources.empty());
 }
 
-TEST_F(CommandLineTest, KeepsCommandsAndScriptsInTheirOrder)
-{
-    ASSERT_TRUE(Parse({"-c", "vlan 5", "--script", "a.script", "--command=help", "-s", "b.script"}));
+TEST_F(CommandLineTest, KeepsCommandsAndScriptsInTheirOrder) {
+    ASSERT_TRUE(
+        Parse({"-c", "vlan 5", "--script", "a.script", "--command=help", "-s", "b.script"}));
     ASSERT_EQ(line.sources.size(), 4u);
     EXPECT_EQ(line.sources[0].kind, CommandLine::Source::COMMAND);
     EXPECT_EQ(line.sources[0].text, "vlan 5");
@@ -42,8 +40,7 @@ TEST_F(CommandLineTest, KeepsCommandsAndScriptsInTheirOrder)
     EXPECT_EQ(line.sources[3].text, "b.script");
 }
 
-TEST_F(CommandLineTest, ReadsTheOtherOptions)
-{
+TEST_F(CommandLineTest, ReadsTheOtherOptions) {
     ASSERT_TRUE(Parse({"--vlan", "0x10", "--virtual-time", "--strict", "--trace=10", "--echo",
                        "--no-stdin", "--settle-limit", "5000"}));
     EXPECT_EQ(line.vlan, 16);
@@ -55,33 +52,28 @@ TEST_F(CommandLineTest, ReadsTheOtherOptions)
     EXPECT_EQ(line.settleLimitMs, 5000u);
 }
 
-TEST_F(CommandLineTest, HelpAndVersion)
-{
+TEST_F(CommandLineTest, HelpAndVersion) {
     ASSERT_TRUE(Parse({"--help", "-V"}));
     EXPECT_TRUE(line.showHelp);
     EXPECT_TRUE(line.showVersion);
 }
 
-TEST_F(CommandLineTest, UnknownOptionIsAnError)
-{
+TEST_F(CommandLineTest, UnknownOptionIsAnError) {
     EXPECT_FALSE(Parse({"--frobnicate"}));
     EXPECT_EQ(error, "unknown option '--frobnicate'");
 }
 
-TEST_F(CommandLineTest, MissingValueIsAnError)
-{
+TEST_F(CommandLineTest, MissingValueIsAnError) {
     EXPECT_FALSE(Parse({"--script"}));
     EXPECT_EQ(error, "option --script needs a value");
 }
 
-TEST_F(CommandLineTest, BadVlanIsAnError)
-{
+TEST_F(CommandLineTest, BadVlanIsAnError) {
     EXPECT_FALSE(Parse({"--vlan", "5000"}));
     EXPECT_EQ(error, "bad VLAN '5000' (1 to 4094)");
 }
 
-TEST_F(CommandLineTest, FlagWithAValueIsAnError)
-{
+TEST_F(CommandLineTest, FlagWithAValueIsAnError) {
     EXPECT_FALSE(Parse({"--strict=yes"}));
     EXPECT_EQ(error, "option --strict takes no value");
 }

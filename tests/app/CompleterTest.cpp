@@ -7,8 +7,7 @@ namespace {
 
 class CompleterTest : public TestEnv {
 protected:
-    static void Grammar(CommandGrammar& grammar)
-    {
+    static void Grammar(CommandGrammar& grammar) {
         grammar.AddForm("interface add <vlan> <ifindex> <name> [up|down]", "announce interfaces");
         grammar.AddForm("interface remove <vlan> <ifindex> <name>", "announce interfaces");
         grammar.AddForm("interfaces [<vid>]", "list interfaces");
@@ -19,8 +18,7 @@ protected:
         grammar.AddWordHelp("", "<vid>", "a VLAN, 1 to 4094");
         grammar.AddWordHelp("", "<name>", "an interface name");
     }
-    static std::vector<std::string> Values(const std::string& placeholder)
-    {
+    static std::vector<std::string> Values(const std::string& placeholder) {
         if (placeholder == "<vlan>" || placeholder == "<vid>") {
             return {"10", "20"};
         }
@@ -33,8 +31,7 @@ protected:
     Completer completer{&CompleterTest::Grammar, &CompleterTest::Values};
 };
 
-TEST_F(CompleterTest, CompletesKeywordsThatStartWithTheWord)
-{
+TEST_F(CompleterTest, CompletesKeywordsThatStartWithTheWord) {
     const Completer::Candidates candidates = completer.Complete("inter");
     EXPECT_EQ(candidates.words, (std::vector<std::string>{"interface", "interfaces"}));
     EXPECT_FALSE(candidates.placeholder);
@@ -42,8 +39,7 @@ TEST_F(CompleterTest, CompletesKeywordsThatStartWithTheWord)
     EXPECT_TRUE(completer.Complete("nothing").words.empty());
 }
 
-TEST_F(CompleterTest, OffersExistingValuesAndNamesThePlaceholder)
-{
+TEST_F(CompleterTest, OffersExistingValuesAndNamesThePlaceholder) {
     const Completer::Candidates vlans = completer.Complete("interface add ");
     EXPECT_EQ(vlans.words, (std::vector<std::string>{"10", "20"}));
     EXPECT_TRUE(vlans.placeholder);
@@ -55,8 +51,7 @@ TEST_F(CompleterTest, OffersExistingValuesAndNamesThePlaceholder)
     EXPECT_EQ(Completer::Listing(index.listing), "<ifindex>\n");
 }
 
-TEST_F(CompleterTest, HelpListsTheNextWordsWithTheirHelp)
-{
+TEST_F(CompleterTest, HelpListsTheNextWordsWithTheirHelp) {
     EXPECT_EQ(completer.Help("interface "),
               "  add     announce an interface\n"
               "  remove  remove an interface\n");
@@ -75,8 +70,7 @@ TEST_F(CompleterTest, HelpListsTheNextWordsWithTheirHelp)
     EXPECT_EQ(completer.Help("load \"x"), "");
 }
 
-TEST_F(CompleterTest, ListingWrapsAtTheWidth)
-{
+TEST_F(CompleterTest, ListingWrapsAtTheWidth) {
     const std::vector<GrammarChoice> choices = {
         {"interface", ""}, {"interfaces", ""}, {"interfaces6", ""}, {"ip", ""}};
     EXPECT_EQ(Completer::Listing(choices, 80), "interface  interfaces  interfaces6  ip\n");

@@ -18,46 +18,38 @@ const char PROMPT[] = "zavrel-router[vlan 1]> ";
 
 class ConsoleTest : public TempDirTest {
 protected:
-
     // Starts the application on the virtual clock and waits for the prompt.
-    void StartInteractive(PtySession& session)
-    {
+    void StartInteractive(PtySession& session) {
         ASSERT_TRUE(session.Start({"--virtual-time"}, m_dir)) << session.Error();
         ASSERT_TRUE(session.WaitFor(PROMPT)) << session.Take();
         EXPECT_EQ(session.Take(), PROMPT);
     }
     // Types keys and returns the screen output up to and with expected.
     static std::string Type(PtySession& session, const std::string& keys,
-                            const std::string& expected)
-    {
+                            const std::string& expected) {
         EXPECT_TRUE(session.Send(keys));
         EXPECT_TRUE(session.WaitFor(expected)) << "waiting for '" << expected << "'";
         return session.Take();
     }
     // Ends the session with quit, expecting exit status 0.
-    static void Quit(PtySession& session)
-    {
+    static void Quit(PtySession& session) {
         EXPECT_TRUE(session.Send("\x05\x15quit\r"));  // Ctrl-E, Ctrl-U: an empty line
         EXPECT_EQ(session.WaitForExit(), 0);
     }
     std::string HistoryPath() const { return m_dir + "/state/zavrel-router/history"; }
-    static std::string Read(const std::string& path)
-    {
+    static std::string Read(const std::string& path) {
         std::ifstream in(path);
         std::stringstream text;
         text << in.rdbuf();
         return text.str();
     }
-    static std::string SiteVlans()
-    {
+    static std::string SiteVlans() {
         const char* source = getenv("ZAVREL_SOURCE_DIR");
         return std::string(source != nullptr ? source : ".") + "/examples/site-vlans.json";
     }
-
 };
 
-TEST_F(ConsoleTest, TabCompletesCommandWords)
-{
+TEST_F(ConsoleTest, TabCompletesCommandWords) {
     PtySession session;
     StartInteractive(session);
     EXPECT_EQ(Type(session, "st\t", "stack "), "stack ");
@@ -66,8 +58,7 @@ TEST_F(ConsoleTest, TabCompletesCommandWords)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, SecondTabListsTheChoices)
-{
+TEST_F(ConsoleTest, SecondTabListsTheChoices) {
     PtySession session;
     StartInteractive(session);
     // The first Tab completes what the choices share, the next two list
@@ -78,8 +69,7 @@ TEST_F(ConsoleTest, SecondTabListsTheChoices)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, QuestionMarkListsTheNextWordsAndKeepsTheLine)
-{
+TEST_F(ConsoleTest, QuestionMarkListsTheNextWordsAndKeepsTheLine) {
     PtySession session;
     StartInteractive(session);
     EXPECT_EQ(Type(session, "rtm route ", "rtm route "), "rtm route ");
@@ -95,8 +85,7 @@ TEST_F(ConsoleTest, QuestionMarkListsTheNextWordsAndKeepsTheLine)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, QuestionMarkInsideTheLineAnswersForTheWordsBeforeTheCursor)
-{
+TEST_F(ConsoleTest, QuestionMarkInsideTheLineAnswersForTheWordsBeforeTheCursor) {
     PtySession session;
     StartInteractive(session);
     Type(session, "stack status", "status");
@@ -111,8 +100,7 @@ TEST_F(ConsoleTest, QuestionMarkInsideTheLineAnswersForTheWordsBeforeTheCursor)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, QuestionMarkNamesAValueAndTheLibrarysWords)
-{
+TEST_F(ConsoleTest, QuestionMarkNamesAValueAndTheLibrarysWords) {
     PtySession session;
     StartInteractive(session);
     Type(session, "interface add ", "add ");
@@ -131,8 +119,7 @@ TEST_F(ConsoleTest, QuestionMarkNamesAValueAndTheLibrarysWords)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, HelpTakesACommandNameAndAQuotedWordKeepsItsQuestionMark)
-{
+TEST_F(ConsoleTest, HelpTakesACommandNameAndAQuotedWordKeepsItsQuestionMark) {
     PtySession session;
     StartInteractive(session);
     EXPECT_EQ(Type(session, "help ser\t", "serializer "), "help serializer ");
@@ -144,8 +131,7 @@ TEST_F(ConsoleTest, HelpTakesACommandNameAndAQuotedWordKeepsItsQuestionMark)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist)
-{
+TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist) {
     PtySession session;
     StartInteractive(session);
     Type(session, "load " + SiteVlans() + "\r", PROMPT);
@@ -163,8 +149,7 @@ TEST_F(ConsoleTest, TabOffersTheVlansAndInterfacesThatExist)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, WordsWithPunctuationCompleteAsAWhole)
-{
+TEST_F(ConsoleTest, WordsWithPunctuationCompleteAsAWhole) {
     PtySession session;
     StartInteractive(session);
     Type(session, "interface add 10 100 eth0@vlan10\r", PROMPT);
@@ -174,8 +159,7 @@ TEST_F(ConsoleTest, WordsWithPunctuationCompleteAsAWhole)
     Quit(session);
 }
 
-TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns)
-{
+TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns) {
     {
         PtySession first;
         StartInteractive(first);
@@ -194,8 +178,7 @@ TEST_F(ConsoleTest, HistoryIsKeptAcrossRuns)
     EXPECT_EQ(Read(HistoryPath()), "vlan 20\nquit\nvlan 20\nquit\n");
 }
 
-TEST_F(ConsoleTest, CommandArgumentsWriteNoHistory)
-{
+TEST_F(ConsoleTest, CommandArgumentsWriteNoHistory) {
     PtySession session;
     ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "-c", "vlan 20"}, m_dir))
         << session.Error();
@@ -204,8 +187,7 @@ TEST_F(ConsoleTest, CommandArgumentsWriteNoHistory)
     EXPECT_NE(stat(HistoryPath().c_str(), &info), 0);
 }
 
-TEST_F(ConsoleTest, StackStatusAndTablesJsonParse)
-{
+TEST_F(ConsoleTest, StackStatusAndTablesJsonParse) {
     PtySession session;
     ASSERT_TRUE(session.Start({"--virtual-time", "--no-stdin", "-c", "load " + SiteVlans(), "-c",
                                "interface add 10 100 eth0", "-c",

@@ -16,28 +16,23 @@ namespace {
 
 class HistoryFileTest : public TempDirTest {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         TempDirTest::SetUp();
         clear_history();
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         clear_history();
         TempDirTest::TearDown();
     }
-    static std::string Read(const std::string& path)
-    {
+    static std::string Read(const std::string& path) {
         std::ifstream in(path);
         std::stringstream text;
         text << in.rdbuf();
         return text.str();
     }
-
 };
 
-TEST_F(HistoryFileTest, PathFollowsXdgStateHomeThenHome)
-{
+TEST_F(HistoryFileTest, PathFollowsXdgStateHomeThenHome) {
     EXPECT_EQ(HistoryFile::PathFrom("/state", "/home/u"), "/state/zavrel-router/history");
     EXPECT_EQ(HistoryFile::PathFrom("", "/home/u"), "/home/u/.local/state/zavrel-router/history");
     EXPECT_EQ(HistoryFile::PathFrom(nullptr, "/home/u"),
@@ -45,8 +40,7 @@ TEST_F(HistoryFileTest, PathFollowsXdgStateHomeThenHome)
     EXPECT_EQ(HistoryFile::PathFrom(nullptr, nullptr), "");
 }
 
-TEST_F(HistoryFileTest, SavesIntoANewDirectoryAndLoadsBack)
-{
+TEST_F(HistoryFileTest, SavesIntoANewDirectoryAndLoadsBack) {
     const std::string path = m_dir + "/a/b/history";
     HistoryFile file(path);
     add_history("vlan 10");
@@ -59,8 +53,7 @@ TEST_F(HistoryFileTest, SavesIntoANewDirectoryAndLoadsBack)
     EXPECT_STREQ(history_get(history_base)->line, "vlan 10");
 }
 
-TEST_F(HistoryFileTest, KeepsOnlyTheNewestLines)
-{
+TEST_F(HistoryFileTest, KeepsOnlyTheNewestLines) {
     const std::string path = m_dir + "/history";
     HistoryFile file(path, 3);
     EXPECT_EQ(file.Load(), "");  // no file yet
@@ -71,8 +64,7 @@ TEST_F(HistoryFileTest, KeepsOnlyTheNewestLines)
     EXPECT_EQ(Read(path), "three\nfour\nfive\n");
 }
 
-TEST_F(HistoryFileTest, NoPathMeansNoFile)
-{
+TEST_F(HistoryFileTest, NoPathMeansNoFile) {
     HistoryFile file("");
     add_history("quit");
     EXPECT_FALSE(file.Save());

@@ -93,7 +93,8 @@ private:
 TEST_F(KernelLinksTest, AttachReportsTheInterfaceAndItsAddressesAtOnce) {
     std::string error;
     ASSERT_TRUE(links->Attach(10, "veth0", error)) << error;
-    EXPECT_EQ(Strings({"10 link veth0 down mtu 1500", "10 address add 10.1.0.1/24"}), listener.Take());
+    EXPECT_EQ(Strings({"10 link veth0 down mtu 1500", "10 address add 10.1.0.1/24"}),
+              listener.Take());
     EXPECT_TRUE(links->IsPresent("veth0"));
 }
 
@@ -181,12 +182,14 @@ TEST_F(KernelLinksTest, RulesSendArrivingTrafficToTheVlanTableAndStopThere) {
     ASSERT_TRUE(rules.Open(error)) << error;
     ASSERT_TRUE(rules.Add("veth0", 10, error)) << error;
     // iproute2 prints numbers with -N: protocol 201, action 7 (unreachable).
-    EXPECT_EQ("1000:\tfrom all iif veth0 lookup 10 proto 201\n"
-              "1001:\tfrom all iif veth0 7 proto 201\n",
-              NetNamespace::Run("ip -N -4 rule show pref 1000; ip -N -4 rule show pref 1001"));
-    EXPECT_EQ("1000:\tfrom all iif veth0 lookup 10 proto 201\n"
-              "1001:\tfrom all iif veth0 7 proto 201\n",
-              NetNamespace::Run("ip -N -6 rule show pref 1000; ip -N -6 rule show pref 1001"));
+    EXPECT_EQ(
+        "1000:\tfrom all iif veth0 lookup 10 proto 201\n"
+        "1001:\tfrom all iif veth0 7 proto 201\n",
+        NetNamespace::Run("ip -N -4 rule show pref 1000; ip -N -4 rule show pref 1001"));
+    EXPECT_EQ(
+        "1000:\tfrom all iif veth0 lookup 10 proto 201\n"
+        "1001:\tfrom all iif veth0 7 proto 201\n",
+        NetNamespace::Run("ip -N -6 rule show pref 1000; ip -N -6 rule show pref 1001"));
     ASSERT_TRUE(rules.Remove("veth0", 10, error)) << error;
     EXPECT_EQ("", NetNamespace::Run("ip -4 rule show pref 1000; ip -6 rule show pref 1001"));
 }
@@ -206,9 +209,10 @@ TEST_F(KernelLinksTest, RulesOfAnEarlierRunAreKeptWhenWantedAndRemovedWhenNot) {
     ASSERT_TRUE(rules.Add("veth0", 10, error)) << error;
     EXPECT_EQ(4u, rules.AdoptedCount());
     rules.ReleaseAdopted();
-    EXPECT_EQ("1000:\tfrom all iif veth0 lookup 10 proto 201\n"
-              "1001:\tfrom all iif veth0 7 proto 201\n",
-              NetNamespace::Run("ip -N -4 rule show pref 1000; ip -N -4 rule show pref 1001"));
+    EXPECT_EQ(
+        "1000:\tfrom all iif veth0 lookup 10 proto 201\n"
+        "1001:\tfrom all iif veth0 7 proto 201\n",
+        NetNamespace::Run("ip -N -4 rule show pref 1000; ip -N -4 rule show pref 1001"));
 }
 
 }  // namespace

@@ -8,8 +8,7 @@ namespace {
 
 class LibraryGrammarTest : public TestEnv {};
 
-TEST_F(LibraryGrammarTest, AHandlerWordTakesTheFirstLineOfItsHelp)
-{
+TEST_F(LibraryGrammarTest, AHandlerWordTakesTheFirstLineOfItsHelp) {
     CommandGrammar grammar;
     LibraryGrammar::DescribeHandler(grammar, "ip", "bgp", "  BGP4 Routing Configuration\nmore");
     const CommandGrammar::Next next = grammar.After({"ip"});
@@ -23,8 +22,7 @@ TEST_F(LibraryGrammarTest, AHandlerWordTakesTheFirstLineOfItsHelp)
     EXPECT_TRUE(after.choices.empty());
 }
 
-TEST_F(LibraryGrammarTest, RegisteredConsoleCommandsAreFirstWords)
-{
+TEST_F(LibraryGrammarTest, RegisteredConsoleCommandsAreFirstWords) {
     int owner = 0;
     ASSERT_TRUE(ConsoleCommand::RegisterHandler(
         CONSOLE_ROLE_EVERYONE, [](ConsoleSession*, int, char**) { return 0; }, &owner, "mibdump",

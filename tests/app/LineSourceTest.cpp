@@ -1,7 +1,7 @@
 #include "app/LineSource.h"
 
-#include <cstdio>
 #include <unistd.h>
+#include <cstdio>
 
 #include "support/testsupport/TestEnv.h"
 
@@ -10,8 +10,7 @@ namespace {
 
 class LineSourceTest : public TestEnv {
 protected:
-    std::string WriteScript(const std::string& text)
-    {
+    std::string WriteScript(const std::string& text) {
         char path[] = "/tmp/zavrel-app-XXXXXX";
         const int fd = mkstemp(path);
         EXPECT_GE(fd, 0);
@@ -20,8 +19,7 @@ protected:
         paths.push_back(path);
         return path;
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         for (const auto& p : paths) {
             unlink(p.c_str());
         }
@@ -30,8 +28,7 @@ protected:
     std::vector<std::string> paths;
 };
 
-TEST_F(LineSourceTest, ArgumentGivesItsCommandOnce)
-{
+TEST_F(LineSourceTest, ArgumentGivesItsCommandOnce) {
     ArgumentSource source("vlan 5", 2);
     std::string line;
     ASSERT_TRUE(source.Next(line));
@@ -40,8 +37,7 @@ TEST_F(LineSourceTest, ArgumentGivesItsCommandOnce)
     EXPECT_FALSE(source.Next(line));
 }
 
-TEST_F(LineSourceTest, ScriptGivesItsLinesWithTheirNumbers)
-{
+TEST_F(LineSourceTest, ScriptGivesItsLinesWithTheirNumbers) {
     const std::string path = WriteScript("first\r\n\nthird");
     StreamSource source(path);
     ASSERT_TRUE(source.IsOpen());
@@ -57,15 +53,13 @@ TEST_F(LineSourceTest, ScriptGivesItsLinesWithTheirNumbers)
     EXPECT_FALSE(source.Next(line));
 }
 
-TEST_F(LineSourceTest, RelativeNamesOfAScriptAreTakenFromItsDirectory)
-{
+TEST_F(LineSourceTest, RelativeNamesOfAScriptAreTakenFromItsDirectory) {
     const std::string path = WriteScript("x\n");
     StreamSource source(path);
     EXPECT_EQ(source.BaseDir(), "/tmp/");
 }
 
-TEST_F(LineSourceTest, MissingScriptIsNotOpen)
-{
+TEST_F(LineSourceTest, MissingScriptIsNotOpen) {
     StreamSource source("/nonexistent/zavrel.script");
     EXPECT_FALSE(source.IsOpen());
     EXPECT_EQ(source.Error(), "No such file or directory");

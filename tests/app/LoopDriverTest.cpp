@@ -18,8 +18,7 @@ private:
 
 class LoopDriverTest : public TestEnv {};
 
-TEST_F(LoopDriverTest, VirtualDriverInstallsItsLoopAndRestoresThePreviousOne)
-{
+TEST_F(LoopDriverTest, VirtualDriverInstallsItsLoopAndRestoresThePreviousOne) {
     {
         VirtualLoopDriver driver;
         EXPECT_EQ(&EventLoop::Current(), &driver.Loop());
@@ -28,8 +27,7 @@ TEST_F(LoopDriverTest, VirtualDriverInstallsItsLoopAndRestoresThePreviousOne)
     EXPECT_EQ(&EventLoop::Current(), &loop);
 }
 
-TEST_F(LoopDriverTest, VirtualStepFiresTheNextTimerOnly)
-{
+TEST_F(LoopDriverTest, VirtualStepFiresTheNextTimerOnly) {
     VirtualLoopDriver driver;
     int first = 0;
     int second = 0;
@@ -46,8 +44,7 @@ TEST_F(LoopDriverTest, VirtualStepFiresTheNextTimerOnly)
     EXPECT_EQ(second, 1);
 }
 
-TEST_F(LoopDriverTest, VirtualStepStopsAtTheDeadline)
-{
+TEST_F(LoopDriverTest, VirtualStepStopsAtTheDeadline) {
     VirtualLoopDriver driver;
     int fired = 0;
     OneShotTimer a("a", new CountingCallback(fired));
@@ -57,8 +54,7 @@ TEST_F(LoopDriverTest, VirtualStepStopsAtTheDeadline)
     EXPECT_EQ(fired, 0);
 }
 
-TEST_F(LoopDriverTest, RunForLetsExactlyThatTimePass)
-{
+TEST_F(LoopDriverTest, RunForLetsExactlyThatTimePass) {
     VirtualLoopDriver driver;
     int fired = 0;
     PeriodicTimer tick("tick", new CountingCallback(fired));

@@ -10,15 +10,13 @@ namespace {
 
 class LoopSocketInterfaceTest : public TestEnv {
 protected:
-    void TearDown() override
-    {
+    void TearDown() override {
         for (int fd : fds) {
             close(fd);
         }
         TestEnv::TearDown();
     }
-    int Pipe(int& writeEnd)
-    {
+    int Pipe(int& writeEnd) {
         int p[2] = {-1, -1};
         EXPECT_EQ(pipe(p), 0);
         fds.push_back(p[0]);
@@ -35,16 +33,14 @@ struct Seen {
     int calls = 0;
 };
 
-void RecordReady(int fd, int events, void* context)
-{
+void RecordReady(int fd, int events, void* context) {
     auto* seen = static_cast<Seen*>(context);
     seen->fd = fd;
     seen->events = events;
     ++seen->calls;
 }
 
-TEST_F(LoopSocketInterfaceTest, EventKindsMapToLoopEvents)
-{
+TEST_F(LoopSocketInterfaceTest, EventKindsMapToLoopEvents) {
     EXPECT_EQ(LoopSocketInterface::EventsOfKind(1), EventLoop::READABLE);
     EXPECT_EQ(LoopSocketInterface::EventsOfKind(2), EventLoop::WRITABLE);
     EXPECT_EQ(LoopSocketInterface::EventsOfKind(3), EventLoop::READABLE);
@@ -52,8 +48,7 @@ TEST_F(LoopSocketInterfaceTest, EventKindsMapToLoopEvents)
     EXPECT_EQ(LoopSocketInterface::EventsOfKind(4), 0);
 }
 
-TEST_F(LoopSocketInterfaceTest, RegisterWatchesReMaskChangesUnregisterForgets)
-{
+TEST_F(LoopSocketInterfaceTest, RegisterWatchesReMaskChangesUnregisterForgets) {
     int writeEnd = -1;
     const int fd = Pipe(writeEnd);
     LoopSocketInterface sockets(loop);
@@ -68,8 +63,7 @@ TEST_F(LoopSocketInterfaceTest, RegisterWatchesReMaskChangesUnregisterForgets)
     EXPECT_EQ(sockets.RegisteredCount(), 0u);
 }
 
-TEST_F(LoopSocketInterfaceTest, KindZeroKeepsTheRegistrationButWatchesNothing)
-{
+TEST_F(LoopSocketInterfaceTest, KindZeroKeepsTheRegistrationButWatchesNothing) {
     int writeEnd = -1;
     const int fd = Pipe(writeEnd);
     LoopSocketInterface sockets(loop);
@@ -80,16 +74,15 @@ TEST_F(LoopSocketInterfaceTest, KindZeroKeepsTheRegistrationButWatchesNothing)
     EXPECT_EQ(loop.WatchedEvents(fd), EventLoop::READABLE);
 }
 
-TEST_F(LoopSocketInterfaceTest, ReMaskOfAnUnknownDescriptorIsIgnoredWithAWarning)
-{
+TEST_F(LoopSocketInterfaceTest, ReMaskOfAnUnknownDescriptorIsIgnoredWithAWarning) {
     LoopSocketInterface sockets(loop);
     sockets.ChangeSocketMask(99, 1);
     EXPECT_EQ(loop.WatchedEvents(99), 0);
-    EXPECT_TRUE(trace.Contains(1, "LoopSocketInterface::ChangeSocketMask: fd 99 is not registered\n"));
+    EXPECT_TRUE(
+        trace.Contains(1, "LoopSocketInterface::ChangeSocketMask: fd 99 is not registered\n"));
 }
 
-TEST_F(LoopSocketInterfaceTest, ReadyDescriptorReachesTheStackHandlerThroughTheManager)
-{
+TEST_F(LoopSocketInterfaceTest, ReadyDescriptorReachesTheStackHandlerThroughTheManager) {
     int writeEnd = -1;
     const int fd = Pipe(writeEnd);
     Seen seen;
@@ -105,8 +98,7 @@ TEST_F(LoopSocketInterfaceTest, ReadyDescriptorReachesTheStackHandlerThroughTheM
     UnregisterSocketHandler(fd);
 }
 
-TEST_F(LoopSocketInterfaceTest, DestructionStopsWatching)
-{
+TEST_F(LoopSocketInterfaceTest, DestructionStopsWatching) {
     int writeEnd = -1;
     const int fd = Pipe(writeEnd);
     {

@@ -18,8 +18,7 @@ namespace Zavrel::test {
 
 namespace {
 
-std::vector<std::string> SplitAtBars(const std::string& text)
-{
+std::vector<std::string> SplitAtBars(const std::string& text) {
     std::vector<std::string> words;
     size_t start = 0;
     for (;;) {
@@ -32,8 +31,7 @@ std::vector<std::string> SplitAtBars(const std::string& text)
     }
 }
 
-long long NowMs()
-{
+long long NowMs() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(
                std::chrono::steady_clock::now().time_since_epoch())
         .count();
@@ -41,8 +39,7 @@ long long NowMs()
 
 }  // namespace
 
-PtySession::~PtySession()
-{
+PtySession::~PtySession() {
     if (m_child > 0) {
         kill(m_child, SIGKILL);
         waitpid(m_child, nullptr, 0);
@@ -52,8 +49,7 @@ PtySession::~PtySession()
     }
 }
 
-bool PtySession::Start(const std::vector<std::string>& arguments, const std::string& home)
-{
+bool PtySession::Start(const std::vector<std::string>& arguments, const std::string& home) {
     const char* command = getenv("ZAVREL_ROUTER_COMMAND");
     if (command == nullptr || command[0] == '\0') {
         m_error = "ZAVREL_ROUTER_COMMAND is not set";
@@ -112,13 +108,11 @@ bool PtySession::Start(const std::vector<std::string>& arguments, const std::str
     return true;
 }
 
-bool PtySession::Send(const std::string& text)
-{
+bool PtySession::Send(const std::string& text) {
     return write(m_master, text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
-bool PtySession::ReadSome(int timeoutMs)
-{
+bool PtySession::ReadSome(int timeoutMs) {
     struct pollfd ready = {m_master, POLLIN, 0};
     if (poll(&ready, 1, timeoutMs) <= 0) {
         return true;
@@ -132,8 +126,7 @@ bool PtySession::ReadSome(int timeoutMs)
     return true;
 }
 
-bool PtySession::WaitFor(const std::string& text, int timeoutMs)
-{
+bool PtySession::WaitFor(const std::string& text, int timeoutMs) {
     const long long end = NowMs() + timeoutMs;
     while (m_output.find(text) == std::string::npos) {
         const long long left = end - NowMs();
@@ -144,15 +137,13 @@ bool PtySession::WaitFor(const std::string& text, int timeoutMs)
     return true;
 }
 
-std::string PtySession::Take()
-{
+std::string PtySession::Take() {
     std::string output;
     output.swap(m_output);
     return output;
 }
 
-int PtySession::WaitForExit(int timeoutMs)
-{
+int PtySession::WaitForExit(int timeoutMs) {
     const long long end = NowMs() + timeoutMs;
     while (NowMs() < end) {
         if (!ReadSome(static_cast<int>(end - NowMs()))) {

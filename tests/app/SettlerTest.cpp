@@ -9,8 +9,7 @@ namespace {
 
 class FakeProbe : public QuietProbe {
 public:
-    State Check() override
-    {
+    State Check() override {
         ++calls;
         if (quiet && !quiet()) {
             return BUSY;
@@ -34,14 +33,12 @@ private:
 
 class SettlerTest : public TestEnv {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         TestEnv::SetUp();
         driver = std::make_unique<VirtualLoopDriver>();
         settler = std::make_unique<Settler>(*driver, probe);
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         settler.reset();
         driver.reset();
         TestEnv::TearDown();
@@ -53,14 +50,12 @@ protected:
     std::unique_ptr<Settler> settler;
 };
 
-TEST_F(SettlerTest, QuietSystemSettlesAfterOneWindow)
-{
+TEST_F(SettlerTest, QuietSystemSettlesAfterOneWindow) {
     EXPECT_TRUE(settler->RunUntilQuiet(Always));
     EXPECT_EQ(driver->NowMs(), Settler::DEFAULT_WINDOW_MS);
 }
 
-TEST_F(SettlerTest, WaitsForTheWorkToEndAndThenAWholeWindow)
-{
+TEST_F(SettlerTest, WaitsForTheWorkToEndAndThenAWholeWindow) {
     bool busy = true;
     OneShotTimer work("work", new LambdaCallback([&busy]() { busy = false; }));
     work.Start(1000);
@@ -69,19 +64,18 @@ TEST_F(SettlerTest, WaitsForTheWorkToEndAndThenAWholeWindow)
     EXPECT_EQ(driver->NowMs(), 1000u + Settler::DEFAULT_WINDOW_MS);
 }
 
-TEST_F(SettlerTest, WorkThatComesBackWithinTheWindowKeepsItRunning)
-{
+TEST_F(SettlerTest, WorkThatComesBackWithinTheWindowKeepsItRunning) {
     // Busy for 5 ms after every tick of a 100 ms periodic timer, three
     // times: like a retried request sent from the scheduler's tick.
     int ticks = 0;
     bool busy = false;
     OneShotTimer done("done", new LambdaCallback([&busy]() { busy = false; }));
     PeriodicTimer tick("tick", new LambdaCallback([&]() {
-        if (++ticks <= 3) {
-            busy = true;
-            done.Start(5);
-        }
-    }));
+                           if (++ticks <= 3) {
+                               busy = true;
+                               done.Start(5);
+                           }
+                       }));
     tick.Start(100);
     probe.quiet = [&busy]() { return !busy; };
     EXPECT_TRUE(settler->RunUntilQuiet(Always));
@@ -89,16 +83,14 @@ TEST_F(SettlerTest, WorkThatComesBackWithinTheWindowKeepsItRunning)
     EXPECT_EQ(driver->NowMs(), 305u + Settler::DEFAULT_WINDOW_MS);
 }
 
-TEST_F(SettlerTest, GivesUpAtTheLimit)
-{
+TEST_F(SettlerTest, GivesUpAtTheLimit) {
     settler->SetLimit(2000);
     probe.quiet = []() { return false; };
     EXPECT_FALSE(settler->RunUntilQuiet(Always));
     EXPECT_EQ(driver->NowMs(), 2000u);
 }
 
-TEST_F(SettlerTest, WaitsForTheCommandToEnd)
-{
+TEST_F(SettlerTest, WaitsForTheCommandToEnd) {
     bool ended = false;
     OneShotTimer end("end", new LambdaCallback([&ended]() { ended = true; }));
     end.Start(40);
@@ -106,16 +98,14 @@ TEST_F(SettlerTest, WaitsForTheCommandToEnd)
     EXPECT_EQ(driver->NowMs(), 40u + Settler::DEFAULT_WINDOW_MS);
 }
 
-TEST_F(SettlerTest, CertainQuietSettlesAtOnce)
-{
+TEST_F(SettlerTest, CertainQuietSettlesAtOnce) {
     probe.sure = true;
     EXPECT_TRUE(settler->RunUntilQuiet(Always));
     EXPECT_EQ(driver->NowMs(), 0u);
     EXPECT_EQ(probe.calls, 1);
 }
 
-TEST_F(SettlerTest, CertainQuietAfterWorkSettlesWhenTheWorkEnds)
-{
+TEST_F(SettlerTest, CertainQuietAfterWorkSettlesWhenTheWorkEnds) {
     probe.sure = true;
     bool busy = true;
     OneShotTimer work("work", new LambdaCallback([&busy]() { busy = false; }));
@@ -125,8 +115,7 @@ TEST_F(SettlerTest, CertainQuietAfterWorkSettlesWhenTheWorkEnds)
     EXPECT_EQ(driver->NowMs(), 70u);
 }
 
-TEST_F(SettlerTest, NoProbeBeforeTheCommandHasEnded)
-{
+TEST_F(SettlerTest, NoProbeBeforeTheCommandHasEnded) {
     probe.sure = true;
     bool ended = false;
     OneShotTimer end("end", new LambdaCallback([&ended]() { ended = true; }));
@@ -136,8 +125,7 @@ TEST_F(SettlerTest, NoProbeBeforeTheCommandHasEnded)
     EXPECT_EQ(probe.calls, 1);
 }
 
-TEST_F(SettlerTest, ShorterWindowSettlesSooner)
-{
+TEST_F(SettlerTest, ShorterWindowSettlesSooner) {
     settler->SetWindow(10);
     EXPECT_TRUE(settler->RunUntilQuiet(Always));
     EXPECT_EQ(driver->NowMs(), 10u);

@@ -13,8 +13,7 @@ namespace {
 
 class SocketBridgeTest : public EmulatedStackEnv {
 protected:
-    void Start()
-    {
+    void Start() {
         DcRouterMgr* manager = DcRouterMgr::GetInstance();
         ASSERT_NE(manager, nullptr);
         manager->SckInterfaceInitialize(&sockets);
@@ -27,8 +26,7 @@ protected:
     AppIpInterface ip;
 };
 
-TEST_F(SocketBridgeTest, StackDescriptorIsWatchedForReadingOnceTheStackRuns)
-{
+TEST_F(SocketBridgeTest, StackDescriptorIsWatchedForReadingOnceTheStackRuns) {
     Start();
     const int fd = Emulator::Instance().ChannelFd();
     ASSERT_GE(fd, 0);
@@ -38,8 +36,7 @@ TEST_F(SocketBridgeTest, StackDescriptorIsWatchedForReadingOnceTheStackRuns)
     EXPECT_TRUE(Emulator::Instance().IsI3Ready());
 }
 
-TEST_F(SocketBridgeTest, ReadyDescriptorWakesTheStackThroughTheManager)
-{
+TEST_F(SocketBridgeTest, ReadyDescriptorWakesTheStackThroughTheManager) {
     Start();
     const uint64_t readsBefore = Emulator::Instance().ChannelReads();
     // Work posted from outside the library makes the descriptor readable.

@@ -8,8 +8,7 @@
 namespace Zavrel::test {
 namespace {
 
-std::string ReadAll(FILE* file)
-{
+std::string ReadAll(FILE* file) {
     fflush(file);
     rewind(file);
     std::string text;
@@ -22,16 +21,14 @@ std::string ReadAll(FILE* file)
 
 class StdoutConsoleTest : public TestEnv {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         TestEnv::SetUp();
         out = tmpfile();
         err = tmpfile();
         ASSERT_NE(out, nullptr);
         ASSERT_NE(err, nullptr);
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         fclose(out);
         fclose(err);
         TestEnv::TearDown();
@@ -40,24 +37,21 @@ protected:
     FILE* err = nullptr;
 };
 
-TEST_F(StdoutConsoleTest, PrintsExactlyWhatTheLibraryPrints)
-{
+TEST_F(StdoutConsoleTest, PrintsExactlyWhatTheLibraryPrints) {
     StdoutConsole console(out, 1);
     console.Print("%6s %6u\n", "VID", 10u);
     console.ErrorPrint("End of table\n");
     EXPECT_EQ(ReadAll(out), "   VID     10\nEnd of table\n");
 }
 
-TEST_F(StdoutConsoleTest, PrintsLongTextWhole)
-{
+TEST_F(StdoutConsoleTest, PrintsLongTextWhole) {
     StdoutConsole console(out, 1);
     const std::string text(3000, 'x');
     console.Print("%s|\n", text.c_str());
     EXPECT_EQ(ReadAll(out), text + "|\n");
 }
 
-TEST_F(StdoutConsoleTest, KnowsWhetherTheLastLineIsComplete)
-{
+TEST_F(StdoutConsoleTest, KnowsWhetherTheLastLineIsComplete) {
     StdoutConsole console(out, 1);
     EXPECT_TRUE(console.AtLineStart());
     console.Print("Pending Actions");
@@ -68,8 +62,7 @@ TEST_F(StdoutConsoleTest, KnowsWhetherTheLastLineIsComplete)
     EXPECT_TRUE(console.AtLineStart());
 }
 
-TEST_F(StdoutConsoleTest, CountsEndsOfCommands)
-{
+TEST_F(StdoutConsoleTest, CountsEndsOfCommands) {
     StdoutConsole console(out, 1);
     EXPECT_EQ(console.EndCount(), 0u);
     console.EndOfCommand();
@@ -77,16 +70,14 @@ TEST_F(StdoutConsoleTest, CountsEndsOfCommands)
     EXPECT_EQ(console.EndCount(), 2u);
 }
 
-TEST_F(StdoutConsoleTest, CarriesTheCurrentVlan)
-{
+TEST_F(StdoutConsoleTest, CarriesTheCurrentVlan) {
     StdoutConsole console(out, 7);
     EXPECT_EQ(console.CurrentVlan(), 7);
     console.SetVlan(12);
     EXPECT_EQ(console.CurrentVlan(), 12);
 }
 
-TEST_F(StdoutConsoleTest, TraceSinkKeepsLinesUpToItsLevel)
-{
+TEST_F(StdoutConsoleTest, TraceSinkKeepsLinesUpToItsLevel) {
     AppTraceSink sink(out, err, 1);
     EXPECT_TRUE(sink.Wants(0));
     EXPECT_TRUE(sink.Wants(1));
@@ -96,8 +87,7 @@ TEST_F(StdoutConsoleTest, TraceSinkKeepsLinesUpToItsLevel)
     EXPECT_EQ(ReadAll(err), "warning\n");
 }
 
-TEST_F(StdoutConsoleTest, TraceSinkFlushesConsoleOutputFirst)
-{
+TEST_F(StdoutConsoleTest, TraceSinkFlushesConsoleOutputFirst) {
     StdoutConsole console(out, 1);
     AppTraceSink sink(out, out, 0);
     console.Print("before ");

@@ -12,15 +12,13 @@ namespace Zavrel::test {
 
 class TempDirTest : public TestEnv {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         TestEnv::SetUp();
         char pattern[] = "/tmp/zavrel-test-XXXXXX";
         ASSERT_NE(mkdtemp(pattern), nullptr);
         m_dir = pattern;
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         const std::string command = "rm -rf '" + m_dir + "'";
         EXPECT_EQ(system(command.c_str()), 0);
         TestEnv::TearDown();

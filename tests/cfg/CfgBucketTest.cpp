@@ -22,8 +22,7 @@ using test::FakeCfgItem;
 using test::FakeWorld;
 
 // The OID a FakeCfgItem with this value has.
-MibOid MibOidOf(unsigned long value)
-{
+MibOid MibOidOf(unsigned long value) {
     const unsigned long components[2] = {42, value};
     return MibOid(components, 2);
 }
@@ -43,8 +42,7 @@ public:
 
     explicit ModelSched(FakeWorld& world) : m_world(world) {}
 
-    void Insert(CfgKey key, const Item& item)
-    {
+    void Insert(CfgKey key, const Item& item) {
         std::list<Item>& bucket = m_buckets[key];
         for (auto held = bucket.begin(); held != bucket.end(); ++held) {
             if (held->oid != item.oid) {
@@ -68,8 +66,7 @@ public:
         bucket.push_back(item);
     }
 
-    void Update(CfgKey key, unsigned long oid, unsigned int reason, bool retry)
-    {
+    void Update(CfgKey key, unsigned long oid, unsigned int reason, bool retry) {
         auto found = m_buckets.find(key);
         if (found == m_buckets.end()) {
             return;
@@ -89,8 +86,7 @@ public:
         }
     }
 
-    void Remove(CfgKey key, unsigned long oid, unsigned int reason)
-    {
+    void Remove(CfgKey key, unsigned long oid, unsigned int reason) {
         auto found = m_buckets.find(key);
         if (found == m_buckets.end()) {
             return;
@@ -111,8 +107,7 @@ public:
         }
     }
 
-    void Reset()
-    {
+    void Reset() {
         for (auto& bucket : m_buckets) {
             for (Item& item : bucket.second) {
                 item.issued = false;
@@ -122,8 +117,7 @@ public:
         }
     }
 
-    void Tick()
-    {
+    void Tick() {
         if (m_buckets.empty()) {
             resume = CfgKey(1, 0);
             return;
@@ -181,13 +175,11 @@ public:
 
 private:
     static bool Flag(const std::map<std::string, bool>& flags, const std::string& name,
-                     bool fallback)
-    {
+                     bool fallback) {
         auto found = flags.find(name);
         return found == flags.end() ? fallback : found->second;
     }
-    bool ListReady(const Item& item) const
-    {
+    bool ListReady(const Item& item) const {
         if (item.group < 0) {
             return Flag(m_world.ownListReady, item.name, true);
         }
@@ -201,39 +193,33 @@ private:
 
 class CfgBucketTest : public test::TestEnv {
 protected:
-    void Insert(CfgKey key, const std::string& name, unsigned long oid, int status, long group)
-    {
+    void Insert(CfgKey key, const std::string& name, unsigned long oid, int status, long group) {
         model.Insert(key, ModelSched::Item{name, oid, status, group});
         sched.Insert(key, new FakeCfgItem(world, name, oid, status, group));
         names.push_back(name);
     }
-    void Update(CfgKey key, unsigned long oid, unsigned int reason, bool retry)
-    {
+    void Update(CfgKey key, unsigned long oid, unsigned int reason, bool retry) {
         model.Update(key, oid, reason, retry);
         FakeCfgItem probe(scratch, "probe", oid);
         sched.Update(key, &probe, reason, retry);
     }
-    void Remove(CfgKey key, unsigned long oid, unsigned int reason)
-    {
+    void Remove(CfgKey key, unsigned long oid, unsigned int reason) {
         model.Remove(key, oid, reason);
         FakeCfgItem probe(scratch, "probe", oid);
         sched.Remove(key, &probe, reason);
     }
-    void Tick()
-    {
+    void Tick() {
         model.Tick();
         sched.OnTimeout(100, nullptr);
     }
-    void Reset()
-    {
+    void Reset() {
         model.Reset();
         sched.Reset();
     }
 
     // Compares everything observable; returns a description of the first
     // difference, or "" when both agree.
-    std::string Difference()
-    {
+    std::string Difference() {
         std::vector<std::string> log = world.Take();
         if (log != model.log) {
             return "logs differ";
@@ -270,8 +256,7 @@ protected:
     std::vector<std::string> names;
 };
 
-TEST_F(CfgBucketTest, IndexedSchedulerBehavesLikeTheItemByItemWalkOnMixedBuckets)
-{
+TEST_F(CfgBucketTest, IndexedSchedulerBehavesLikeTheItemByItemWalkOnMixedBuckets) {
     const CfgKey keys[] = {CfgKey(5, 0x3d000003), CfgKey(5, 0x3d000002), CfgKey(9, 0x3d000003)};
     for (unsigned int seed : {1u, 2u, 3u, 4u}) {
         std::mt19937 random(seed);
@@ -291,8 +276,8 @@ TEST_F(CfgBucketTest, IndexedSchedulerBehavesLikeTheItemByItemWalkOnMixedBuckets
                 const int count = pick(16) == 0 ? 20 : 1;
                 for (int i = 0; i < count; ++i) {
                     const unsigned long itemOid = count == 1 ? oid : pick(60);
-                    Insert(key, "i" + std::to_string(serial++), itemOid,
-                           static_cast<int>(pick(2)), group);
+                    Insert(key, "i" + std::to_string(serial++), itemOid, static_cast<int>(pick(2)),
+                           group);
                 }
             } else if (op < 45) {
                 const unsigned int reasons[] = {1, 3, 5};
@@ -326,8 +311,7 @@ TEST_F(CfgBucketTest, IndexedSchedulerBehavesLikeTheItemByItemWalkOnMixedBuckets
     EXPECT_GT(model.earlyStops, 0);
 }
 
-TEST_F(CfgBucketTest, ManyReplacementsAtOnePlaceKeepTheOrderOfTheWalk)
-{
+TEST_F(CfgBucketTest, ManyReplacementsAtOnePlaceKeepTheOrderOfTheWalk) {
     const CfgKey key(5, 0x3d000003);
     for (unsigned long oid = 0; oid < 6; ++oid) {
         Insert(key, "base" + std::to_string(oid), oid, 1, 0);
@@ -348,8 +332,7 @@ TEST_F(CfgBucketTest, ManyReplacementsAtOnePlaceKeepTheOrderOfTheWalk)
     EXPECT_EQ(Difference(), "");
 }
 
-TEST_F(CfgBucketTest, ReplacementsPilingUpBeforeOneItemKeepTheOrderOfTheWalk)
-{
+TEST_F(CfgBucketTest, ReplacementsPilingUpBeforeOneItemKeepTheOrderOfTheWalk) {
     // Every replacement lands between the previous one and the same item,
     // so the room between positions there runs out again and again.
     const CfgKey key(5, 0x3d000003);
@@ -373,8 +356,7 @@ TEST_F(CfgBucketTest, ReplacementsPilingUpBeforeOneItemKeepTheOrderOfTheWalk)
     }
 }
 
-TEST_F(CfgBucketTest, ReplacementsPilingUpAtTheHeadKeepTheOrderOfTheWalk)
-{
+TEST_F(CfgBucketTest, ReplacementsPilingUpAtTheHeadKeepTheOrderOfTheWalk) {
     // The same with the place right after the first item, and items behind
     // it, so the room is made towards the head and in the middle.
     const CfgKey key(5, 0x3d000003);
@@ -386,8 +368,7 @@ TEST_F(CfgBucketTest, ReplacementsPilingUpAtTheHeadKeepTheOrderOfTheWalk)
         // Replacing the item right after P moves the new one before P.
         std::vector<CfgItem*> items = sched.Items(key);
         auto* second = static_cast<FakeCfgItem*>(items[1]);
-        Insert(key, "r" + std::to_string(k), second->OidValue(), second->Status(),
-               second->Group());
+        Insert(key, "r" + std::to_string(k), second->OidValue(), second->Status(), second->Group());
         if (k % 25 == 0) {
             ASSERT_EQ(Difference(), "") << k;
         }
@@ -397,8 +378,7 @@ TEST_F(CfgBucketTest, ReplacementsPilingUpAtTheHeadKeepTheOrderOfTheWalk)
     EXPECT_EQ(Difference(), "");
 }
 
-TEST_F(CfgBucketTest, ReplacementIntoAnotherReadinessGroupKeepsBothGroupsInOrder)
-{
+TEST_F(CfgBucketTest, ReplacementIntoAnotherReadinessGroupKeepsBothGroupsInOrder) {
     const CfgKey key(5, 0x3d000003);
     Insert(key, "a", 1, 1, 0);
     Insert(key, "b", 2, 1, 1);
@@ -420,41 +400,35 @@ TEST_F(CfgBucketTest, ReplacementIntoAnotherReadinessGroupKeepsBothGroupsInOrder
 // that is not list-ready is found by its group.
 class CfgBucketPlacesTest : public test::TestEnv {
 protected:
-    FakeCfgItem* Make(const std::string& name, unsigned long oid, long group)
-    {
+    FakeCfgItem* Make(const std::string& name, unsigned long oid, long group) {
         return new FakeCfgItem(world, name, oid, 1, group);
     }
-    void Append(const std::string& name, unsigned long oid, long group)
-    {
+    void Append(const std::string& name, unsigned long oid, long group) {
         FakeCfgItem* item = Make(name, oid, group);
         bucket.Append(item, item->GetOid());
     }
     // Replaces the first item of the OID by a new one of the same OID.
-    void Replace(const std::string& name, unsigned long oid, long group)
-    {
+    void Replace(const std::string& name, unsigned long oid, long group) {
         FakeCfgItem* item = Make(name, oid, group);
         const MibOid& stored = item->GetOid();
         CfgBucket::Entry held = bucket.FindFirst(stored);
         ASSERT_TRUE(held != bucket.End()) << name;
         bucket.ReplaceShifted(held, item, stored);
     }
-    void Send(unsigned long oid)
-    {
+    void Send(unsigned long oid) {
         FakeCfgItem probe(scratch, "probe", oid);
         CfgBucket::Entry entry = bucket.FindFirst(probe.GetOid());
         entry->item->SetActionState(CfgItem::ACTION_ITEM_ISSUED);
         bucket.SyncState(entry);
     }
-    std::vector<std::string> Names() const
-    {
+    std::vector<std::string> Names() const {
         std::vector<std::string> names;
         bucket.ForEachItem(
             [&](CfgItem* item) { names.push_back(static_cast<FakeCfgItem*>(item)->Name()); });
         return names;
     }
     // Positions rise along the list and the New walk follows the list.
-    void ExpectConsistent()
-    {
+    void ExpectConsistent() {
         std::vector<CfgBucket::Position> positions;
         std::vector<std::string> newInList;
         for (CfgItem* item : bucket.Items()) {
@@ -482,8 +456,7 @@ protected:
     CfgBucket bucket;
 };
 
-TEST_F(CfgBucketPlacesTest, ReplacementsEverywhereKeepPositionsAndTheNewIndexInListOrder)
-{
+TEST_F(CfgBucketPlacesTest, ReplacementsEverywhereKeepPositionsAndTheNewIndexInListOrder) {
     for (unsigned long oid = 0; oid < 40; ++oid) {
         Append("i" + std::to_string(oid), oid, static_cast<long>(oid % 3) - 1);
     }
@@ -502,8 +475,7 @@ TEST_F(CfgBucketPlacesTest, ReplacementsEverywhereKeepPositionsAndTheNewIndexInL
     EXPECT_EQ(40u, bucket.Size());
 }
 
-TEST_F(CfgBucketPlacesTest, AReplacementTakesItsPredecessorsPlaceAndThePredecessorTheReplaced)
-{
+TEST_F(CfgBucketPlacesTest, AReplacementTakesItsPredecessorsPlaceAndThePredecessorTheReplaced) {
     Append("X", 1, 0);
     Append("P", 2, 0);
     Append("H", 3, 0);
@@ -517,8 +489,7 @@ TEST_F(CfgBucketPlacesTest, AReplacementTakesItsPredecessorsPlaceAndThePredecess
     EXPECT_EQ(world.Take(), std::vector<std::string>{"delete H"});
 }
 
-TEST_F(CfgBucketPlacesTest, TheFirstNotReadyItemIsFoundFromOneItemPerGroup)
-{
+TEST_F(CfgBucketPlacesTest, TheFirstNotReadyItemIsFoundFromOneItemPerGroup) {
     Append("a", 1, 0);
     Append("b", 2, 1);
     Append("c", 3, -1);

@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "cfg/CfgItem.h"
-#include "mib/MibOid.h"
 #include "cfg/PlainCfgItem.h"
+#include "mib/MibOid.h"
 #include "support/testsupport/TestEnv.h"
 
 namespace Zavrel {
@@ -30,12 +30,10 @@ private:
 
 class LargeItem : public SmallItem {
 public:
-    explicit LargeItem(int& destroyed) : SmallItem(destroyed)
-    {
+    explicit LargeItem(int& destroyed) : SmallItem(destroyed) {
         std::memset(m_payload, 0x5a, sizeof(m_payload));
     }
-    bool PayloadIntact() const
-    {
+    bool PayloadIntact() const {
         for (unsigned char byte : m_payload) {
             if (byte != 0x5a) {
                 return false;
@@ -48,8 +46,7 @@ private:
     unsigned char m_payload[700];
 };
 
-TEST_F(CfgItemTest, RowStatusNamesCoverOneToSix)
-{
+TEST_F(CfgItemTest, RowStatusNamesCoverOneToSix) {
     EXPECT_STREQ(CfgItem::GetRowStatusStr(1), "Active");
     EXPECT_STREQ(CfgItem::GetRowStatusStr(2), "Not In Service");
     EXPECT_STREQ(CfgItem::GetRowStatusStr(3), "Not Ready");
@@ -58,43 +55,52 @@ TEST_F(CfgItemTest, RowStatusNamesCoverOneToSix)
     EXPECT_STREQ(CfgItem::GetRowStatusStr(6), "Destroy");
 }
 
-TEST_F(CfgItemTest, RowStatusZeroSevenAndNegativePrintUnknown)
-{
+TEST_F(CfgItemTest, RowStatusZeroSevenAndNegativePrintUnknown) {
     EXPECT_STREQ(CfgItem::GetRowStatusStr(0), "Unknown");
     EXPECT_STREQ(CfgItem::GetRowStatusStr(7), "Unknown");
     EXPECT_STREQ(CfgItem::GetRowStatusStr(-1), "Unknown");
 }
 
-TEST_F(CfgItemTest, ReasonNamesAreTheSnmpErrorNames)
-{
+TEST_F(CfgItemTest, ReasonNamesAreTheSnmpErrorNames) {
     const char* const names[] = {
-        "noError",    "tooBig",        "noSuchName",        "badValue",
-        "readOnly",   "genErr",        "noAccess",          "wrongType",
-        "wrongLength", "wrongEncoding", "wrongValue",       "noCreation",
-        "inconsistentValue", "resourceUnavailable", "commitFailed", "undoFailed",
-        "authorizationError", "notWritable", "inconsistentName",
+        "noError",
+        "tooBig",
+        "noSuchName",
+        "badValue",
+        "readOnly",
+        "genErr",
+        "noAccess",
+        "wrongType",
+        "wrongLength",
+        "wrongEncoding",
+        "wrongValue",
+        "noCreation",
+        "inconsistentValue",
+        "resourceUnavailable",
+        "commitFailed",
+        "undoFailed",
+        "authorizationError",
+        "notWritable",
+        "inconsistentName",
     };
     for (long code = 0; code <= 18; ++code) {
         EXPECT_STREQ(CfgItem::GetReasonStr(code), names[code]) << code;
     }
 }
 
-TEST_F(CfgItemTest, ReasonNineteenAndNegativePrintUnknown)
-{
+TEST_F(CfgItemTest, ReasonNineteenAndNegativePrintUnknown) {
     EXPECT_STREQ(CfgItem::GetReasonStr(19), "Unknown");
     EXPECT_STREQ(CfgItem::GetReasonStr(-1), "Unknown");
 }
 
-TEST_F(CfgItemTest, ActionStateOnePrintsIssuedAndEveryOtherValueNew)
-{
+TEST_F(CfgItemTest, ActionStateOnePrintsIssuedAndEveryOtherValueNew) {
     EXPECT_STREQ(CfgItem::GetActionStateStr(0), "New");
     EXPECT_STREQ(CfgItem::GetActionStateStr(1), "Issued");
     EXPECT_STREQ(CfgItem::GetActionStateStr(2), "New");
     EXPECT_STREQ(CfgItem::GetActionStateStr(-3), "New");
 }
 
-TEST_F(CfgItemTest, StartsNewWithNoErrorAndNoRetries)
-{
+TEST_F(CfgItemTest, StartsNewWithNoErrorAndNoRetries) {
     PlainItem item;
     EXPECT_EQ(item.GetActionState(), CfgItem::ACTION_ITEM_NEW);
     EXPECT_FALSE(item.IsIssued());
@@ -103,8 +109,7 @@ TEST_F(CfgItemTest, StartsNewWithNoErrorAndNoRetries)
     EXPECT_EQ(item.GetRetryCount(), 0u);
 }
 
-TEST_F(CfgItemTest, SettersStoreStateReasonAndRetryCount)
-{
+TEST_F(CfgItemTest, SettersStoreStateReasonAndRetryCount) {
     PlainItem item;
     item.SetActionState(CfgItem::ACTION_ITEM_ISSUED);
     item.SetReasonCode(13);
@@ -114,8 +119,7 @@ TEST_F(CfgItemTest, SettersStoreStateReasonAndRetryCount)
     EXPECT_EQ(item.GetRetryCount(), 4u);
 }
 
-TEST_F(CfgItemTest, BaseOperationsHaveTheirDefaultAnswers)
-{
+TEST_F(CfgItemTest, BaseOperationsHaveTheirDefaultAnswers) {
     PlainItem item;
     PlainItem other;
     item.SetInMib(true, 5);
@@ -128,8 +132,7 @@ TEST_F(CfgItemTest, BaseOperationsHaveTheirDefaultAnswers)
     EXPECT_EQ(item.GetActionState(), CfgItem::ACTION_ITEM_NEW);
 }
 
-TEST_F(CfgItemTest, ParkedIsIssuedWithTheRetriesUsedUp)
-{
+TEST_F(CfgItemTest, ParkedIsIssuedWithTheRetriesUsedUp) {
     PlainItem item;
     item.SetRetryCount(CfgItem::MAX_RETRIES + 1);
     EXPECT_FALSE(item.IsParked()) << "New";
@@ -140,8 +143,7 @@ TEST_F(CfgItemTest, ParkedIsIssuedWithTheRetriesUsedUp)
     EXPECT_EQ(9u, CfgItem::MAX_RETRIES);
 }
 
-TEST(CfgItemMemoryTest, ItemsOfDifferentSizesAreKeptApartAndFreedThroughTheBase)
-{
+TEST(CfgItemMemoryTest, ItemsOfDifferentSizesAreKeptApartAndFreedThroughTheBase) {
     int destroyed = 0;
     std::vector<CfgItem*> items;
     for (int i = 0; i < 1000; ++i) {
@@ -157,8 +159,7 @@ TEST(CfgItemMemoryTest, ItemsOfDifferentSizesAreKeptApartAndFreedThroughTheBase)
     EXPECT_EQ(1000, destroyed);
 }
 
-TEST(CfgItemMemoryTest, FreedBlocksAreUsedAgain)
-{
+TEST(CfgItemMemoryTest, FreedBlocksAreUsedAgain) {
     int destroyed = 0;
     std::vector<std::unique_ptr<CfgItem>> first;
     for (int i = 0; i < 100; ++i) {
@@ -174,8 +175,7 @@ TEST(CfgItemMemoryTest, FreedBlocksAreUsedAgain)
     EXPECT_EQ(200, destroyed);
 }
 
-TEST(CfgItemMemoryTest, NothrowNewGivesAnItem)
-{
+TEST(CfgItemMemoryTest, NothrowNewGivesAnItem) {
     int destroyed = 0;
     CfgItem* item = new (std::nothrow) SmallItem(destroyed);
     ASSERT_NE(nullptr, item);

@@ -19,24 +19,21 @@ const unsigned char GW6[16] = {0xfe, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0
 class CfgRouteTest : public test::TestEnv {
 protected:
     unsigned int AddV4(const unsigned char* net, unsigned int length, unsigned short metric = 1,
-                       unsigned long ifIndex = 100)
-    {
+                       unsigned long ifIndex = 100) {
         return routes.AddEntry(1, net, length, GW_A, ifIndex, 0, metric, 3, 4, 1);
     }
 
     CfgRoute routes{12};
 };
 
-TEST_F(CfgRouteTest, NewListIsEmpty)
-{
+TEST_F(CfgRouteTest, NewListIsEmpty) {
     EXPECT_EQ(0u, routes.Count());
     EXPECT_EQ(12, routes.Vlan());
     EXPECT_TRUE(routes.Entries().empty());
     EXPECT_EQ(nullptr, routes.GetCfgRouteEntry(1, NET_A, 16, GW_A));
 }
 
-TEST_F(CfgRouteTest, AddEntryStoresEveryField)
-{
+TEST_F(CfgRouteTest, AddEntryStoresEveryField) {
     EXPECT_EQ(1u, routes.AddEntry(1, NET_A, 16, GW_A, 7, 55, 9, 3, 4, 2));
     ASSERT_EQ(1u, routes.Entries().size());
     const CfgRouteEntry& entry = routes.Entries().front();
@@ -53,8 +50,7 @@ TEST_F(CfgRouteTest, AddEntryStoresEveryField)
     EXPECT_EQ(1u, routes.Count());
 }
 
-TEST_F(CfgRouteTest, AddingTheFirstEntryAgainUpdatesItInPlace)
-{
+TEST_F(CfgRouteTest, AddingTheFirstEntryAgainUpdatesItInPlace) {
     ASSERT_EQ(1u, AddV4(NET_A, 16, 5));
     EXPECT_EQ(0u, routes.AddEntry(1, NET_A, 16, GW_A, 8, 3, 20, 4, 6, 2));
     EXPECT_EQ(1u, routes.Count());
@@ -68,8 +64,7 @@ TEST_F(CfgRouteTest, AddingTheFirstEntryAgainUpdatesItInPlace)
     EXPECT_EQ(2, entry.adminStatus);
 }
 
-TEST_F(CfgRouteTest, AddingARouteEqualToTheSecondEntryAppendsADuplicate)
-{
+TEST_F(CfgRouteTest, AddingARouteEqualToTheSecondEntryAppendsADuplicate) {
     AddV4(NET_A, 16);
     AddV4(NET_B, 16);
     EXPECT_EQ(1u, AddV4(NET_B, 16));
@@ -77,8 +72,7 @@ TEST_F(CfgRouteTest, AddingARouteEqualToTheSecondEntryAppendsADuplicate)
     EXPECT_EQ(3u, routes.Entries().size());
 }
 
-TEST_F(CfgRouteTest, LookupOnlyEverFindsTheFirstEntry)
-{
+TEST_F(CfgRouteTest, LookupOnlyEverFindsTheFirstEntry) {
     AddV4(NET_A, 16);
     AddV4(NET_B, 16);
     EXPECT_EQ(&routes.Entries().front(), routes.GetCfgRouteEntry(1, NET_A, 16, GW_A));
@@ -87,16 +81,14 @@ TEST_F(CfgRouteTest, LookupOnlyEverFindsTheFirstEntry)
     EXPECT_EQ(nullptr, routes.GetCfgRouteEntry(2, NET_A, 16, GW_A));
 }
 
-TEST_F(CfgRouteTest, DeleteWithSamePrefixLengthKeepsTheEntry)
-{
+TEST_F(CfgRouteTest, DeleteWithSamePrefixLengthKeepsTheEntry) {
     AddV4(NET_A, 16);
     EXPECT_EQ(1u, routes.DelEntry(1, NET_A, 16, GW_A, 100));
     EXPECT_EQ(1u, routes.Entries().size());
     EXPECT_EQ(1u, routes.Count());
 }
 
-TEST_F(CfgRouteTest, DeleteWithAnotherPrefixLengthRemovesTheEntryButKeepsTheCount)
-{
+TEST_F(CfgRouteTest, DeleteWithAnotherPrefixLengthRemovesTheEntryButKeepsTheCount) {
     AddV4(NET_A, 16);
     AddV4(NET_B, 16);
     EXPECT_EQ(1u, routes.DelEntry(1, NET_A, 24, GW_A, 100));
@@ -105,8 +97,7 @@ TEST_F(CfgRouteTest, DeleteWithAnotherPrefixLengthRemovesTheEntryButKeepsTheCoun
     EXPECT_EQ(2u, routes.Count());
 }
 
-TEST_F(CfgRouteTest, DeleteRemovesEveryMatchingEntry)
-{
+TEST_F(CfgRouteTest, DeleteRemovesEveryMatchingEntry) {
     AddV4(NET_A, 16);
     AddV4(NET_B, 16);
     AddV4(NET_A, 8);
@@ -115,8 +106,7 @@ TEST_F(CfgRouteTest, DeleteRemovesEveryMatchingEntry)
     EXPECT_EQ(0, memcmp(NET_B, routes.Entries().front().destination, 4));
 }
 
-TEST_F(CfgRouteTest, DeleteNeedsTheSameIfIndexAndAddresses)
-{
+TEST_F(CfgRouteTest, DeleteNeedsTheSameIfIndexAndAddresses) {
     AddV4(NET_A, 16);
     routes.DelEntry(1, NET_A, 24, GW_A, 101);
     routes.DelEntry(1, NET_B, 24, GW_A, 100);
@@ -125,52 +115,49 @@ TEST_F(CfgRouteTest, DeleteNeedsTheSameIfIndexAndAddresses)
     EXPECT_EQ(1u, routes.Entries().size());
 }
 
-TEST_F(CfgRouteTest, DeleteOnAnEmptyListReturnsOne)
-{
+TEST_F(CfgRouteTest, DeleteOnAnEmptyListReturnsOne) {
     EXPECT_EQ(1u, routes.DelEntry(1, NET_A, 16, GW_A, 100));
 }
 
-TEST_F(CfgRouteTest, TableAfterADeleteThatEmptiedTheListShowsTheHeaderAndTheOldCount)
-{
+TEST_F(CfgRouteTest, TableAfterADeleteThatEmptiedTheListShowsTheHeaderAndTheOldCount) {
     AddV4(NET_A, 16);
     routes.DelEntry(1, NET_A, 24, GW_A, 100);
     routes.PrintTable(&console);
-    EXPECT_EQ("VLAN ID = 12\n"
-              "VLAN Network         Netmask         Nexthop         IfIndex Cost\n"
-              "\nNumber of Entries: 1\n\n",
-              console.Output());
+    EXPECT_EQ(
+        "VLAN ID = 12\n"
+        "VLAN Network         Netmask         Nexthop         IfIndex Cost\n"
+        "\nNumber of Entries: 1\n\n",
+        console.Output());
 }
 
-TEST_F(CfgRouteTest, TableOfAnEmptyListHasNoHeader)
-{
+TEST_F(CfgRouteTest, TableOfAnEmptyListHasNoHeader) {
     routes.PrintTable(&console);
     EXPECT_EQ("VLAN ID = 12\n\nNumber of Entries: 0\n\n", console.Output());
 }
 
-TEST_F(CfgRouteTest, TableRowsWriteDestinationAndPrefixLengthTogether)
-{
+TEST_F(CfgRouteTest, TableRowsWriteDestinationAndPrefixLengthTogether) {
     routes.AddEntry(1, NET_A, 16, GW_A, 100, 0, 7, 3, 4, 1);
     routes.PrintTable(&console);
-    EXPECT_EQ("VLAN ID = 12\n"
-              "VLAN Network         Netmask         Nexthop         IfIndex Cost\n"
-              "  12 10.1.0.0       /016 192.168.1.1     100      7\n"
-              "\nNumber of Entries: 1\n\n",
-              console.Output());
+    EXPECT_EQ(
+        "VLAN ID = 12\n"
+        "VLAN Network         Netmask         Nexthop         IfIndex Cost\n"
+        "  12 10.1.0.0       /016 192.168.1.1     100      7\n"
+        "\nNumber of Entries: 1\n\n",
+        console.Output());
 }
 
-TEST_F(CfgRouteTest, TableRowsOfIpv6Entries)
-{
+TEST_F(CfgRouteTest, TableRowsOfIpv6Entries) {
     routes.AddEntry(2, NET6, 32, GW6, 5, 0, 1, 3, 4, 1);
     routes.PrintTable(&console);
-    EXPECT_EQ("VLAN ID = 12\n"
-              "VLAN Network         Netmask         Nexthop         IfIndex Cost\n"
-              "  12 2001:db8::     /032 fe80::1         5        1\n"
-              "\nNumber of Entries: 1\n\n",
-              console.Output());
+    EXPECT_EQ(
+        "VLAN ID = 12\n"
+        "VLAN Network         Netmask         Nexthop         IfIndex Cost\n"
+        "  12 2001:db8::     /032 fe80::1         5        1\n"
+        "\nNumber of Entries: 1\n\n",
+        console.Output());
 }
 
-TEST_F(CfgRouteTest, ListGoesToTheTraceLogAtLevelZero)
-{
+TEST_F(CfgRouteTest, ListGoesToTheTraceLogAtLevelZero) {
     routes.AddEntry(1, NET_A, 16, GW_A, 100, 0, 7, 3, 4, 1);
     routes.PrintList();
     std::vector<CapturingTraceSink::Line> expected = {
@@ -181,8 +168,7 @@ TEST_F(CfgRouteTest, ListGoesToTheTraceLogAtLevelZero)
     EXPECT_EQ(expected, trace.Lines());
 }
 
-TEST_F(CfgRouteTest, Ipv4EntryComparesAndCopiesOnlyFourBytes)
-{
+TEST_F(CfgRouteTest, Ipv4EntryComparesAndCopiesOnlyFourBytes) {
     unsigned char dest[16];
     unsigned char gw[16];
     memset(dest, 0xAA, sizeof(dest));
@@ -204,8 +190,7 @@ TEST_F(CfgRouteTest, Ipv4EntryComparesAndCopiesOnlyFourBytes)
     EXPECT_TRUE(routes.Entries().empty());
 }
 
-TEST_F(CfgRouteTest, AnyFamilyOtherThanOneIsHandledAsIpv6)
-{
+TEST_F(CfgRouteTest, AnyFamilyOtherThanOneIsHandledAsIpv6) {
     for (int family : {2, 10, 0, -1}) {
         CfgRoute list(1);
         unsigned char dest[16];
@@ -221,8 +206,7 @@ TEST_F(CfgRouteTest, AnyFamilyOtherThanOneIsHandledAsIpv6)
     }
 }
 
-TEST_F(CfgRouteTest, FormatUsesTheEntryFamily)
-{
+TEST_F(CfgRouteTest, FormatUsesTheEntryFamily) {
     CfgRouteEntry entry{};
     entry.family = 1;
     EXPECT_EQ(string("192.168.1.1"), entry.Format(GW_A));
@@ -230,8 +214,7 @@ TEST_F(CfgRouteTest, FormatUsesTheEntryFamily)
     EXPECT_EQ(string("fe80::1"), entry.Format(GW6));
 }
 
-TEST_F(CfgRouteTest, CleanListRemovesEverythingAndZeroesTheCount)
-{
+TEST_F(CfgRouteTest, CleanListRemovesEverythingAndZeroesTheCount) {
     AddV4(NET_A, 16);
     AddV4(NET_B, 16);
     routes.CleanList();
@@ -239,13 +222,11 @@ TEST_F(CfgRouteTest, CleanListRemovesEverythingAndZeroesTheCount)
     EXPECT_EQ(0u, routes.Count());
 }
 
-void CollectMetric(CfgRouteEntry* entry, void* context)
-{
+void CollectMetric(CfgRouteEntry* entry, void* context) {
     static_cast<std::vector<unsigned short>*>(context)->push_back(entry->metric);
 }
 
-TEST_F(CfgRouteTest, IterateAllVisitsEveryEntryInOrderWithTheContext)
-{
+TEST_F(CfgRouteTest, IterateAllVisitsEveryEntryInOrderWithTheContext) {
     AddV4(NET_A, 16, 3);
     AddV4(NET_B, 16, 4);
     AddV4(NET_A, 8, 5);

@@ -21,15 +21,13 @@ const CfgKey kRedist(5, 0x3d000002);
 class CfgSchedTest : public test::TestEnv {
 protected:
     FakeCfgItem* Add(CfgKey key, const std::string& name, unsigned long oid, int status = 1,
-                     long group = 0)
-    {
+                     long group = 0) {
         auto* item = new FakeCfgItem(world, name, oid, status, group);
         sched.Insert(key, item);
         return item;
     }
 
-    std::vector<std::string> Names(CfgKey key) const
-    {
+    std::vector<std::string> Names(CfgKey key) const {
         std::vector<std::string> names;
         for (CfgItem* item : sched.Items(key)) {
             names.push_back(static_cast<FakeCfgItem*>(item)->Name());
@@ -37,8 +35,7 @@ protected:
         return names;
     }
 
-    std::vector<std::string> Sent()
-    {
+    std::vector<std::string> Sent() {
         std::vector<std::string> sent;
         for (const std::string& line : world.Take()) {
             if (line.rfind("send ", 0) == 0) {
@@ -51,13 +48,11 @@ protected:
     void Tick() { sched.OnTimeout(100, nullptr); }
 
     // Reports a failure for the row of the item with this OID.
-    void Fail(CfgKey key, unsigned long oid, unsigned int reason, bool retry = true)
-    {
+    void Fail(CfgKey key, unsigned long oid, unsigned int reason, bool retry = true) {
         FakeCfgItem probe(scratch, "probe", oid);
         sched.Update(key, &probe, reason, retry);
     }
-    void Confirm(CfgKey key, unsigned long oid, unsigned int reason = 1)
-    {
+    void Confirm(CfgKey key, unsigned long oid, unsigned int reason = 1) {
         FakeCfgItem probe(scratch, "probe", oid);
         sched.Remove(key, &probe, reason);
     }
@@ -67,8 +62,7 @@ protected:
     CfgSched sched;
 };
 
-TEST_F(CfgSchedTest, InsertStartsThePeriodicTimerCfgSchedulerWithInterval100)
-{
+TEST_F(CfgSchedTest, InsertStartsThePeriodicTimerCfgSchedulerWithInterval100) {
     EXPECT_FALSE(sched.IsRunning());
     EXPECT_STREQ(sched.Name(), "CfgScheduler");
     Add(kRoutes, "a", 1);
@@ -77,8 +71,7 @@ TEST_F(CfgSchedTest, InsertStartsThePeriodicTimerCfgSchedulerWithInterval100)
     EXPECT_TRUE(loop.IsArmed(&sched));
 }
 
-TEST_F(CfgSchedTest, TimerSendsReadyItemsEvery100Milliseconds)
-{
+TEST_F(CfgSchedTest, TimerSendsReadyItemsEvery100Milliseconds) {
     Add(kRoutes, "a", 1);
     loop.Advance(99);
     EXPECT_TRUE(Sent().empty());
@@ -89,8 +82,7 @@ TEST_F(CfgSchedTest, TimerSendsReadyItemsEvery100Milliseconds)
     EXPECT_EQ(Sent(), std::vector<std::string>{"b"});
 }
 
-TEST_F(CfgSchedTest, InsertingAgainWhileRunningDoesNotRestartTheTimer)
-{
+TEST_F(CfgSchedTest, InsertingAgainWhileRunningDoesNotRestartTheTimer) {
     Add(kRoutes, "a", 1);
     loop.Advance(60);
     Add(kRoutes, "b", 2);
@@ -98,15 +90,13 @@ TEST_F(CfgSchedTest, InsertingAgainWhileRunningDoesNotRestartTheTimer)
     EXPECT_EQ(Sent(), (std::vector<std::string>{"a", "b"}));
 }
 
-TEST_F(CfgSchedTest, NullItemIsIgnored)
-{
+TEST_F(CfgSchedTest, NullItemIsIgnored) {
     sched.Insert(kRoutes, nullptr);
     EXPECT_EQ(sched.BucketCount(), 0u);
     EXPECT_FALSE(sched.IsRunning());
 }
 
-TEST_F(CfgSchedTest, InsertingAnItemEqualToAHeldOneReplacesIt)
-{
+TEST_F(CfgSchedTest, InsertingAnItemEqualToAHeldOneReplacesIt) {
     Add(kRoutes, "a", 1, 1);
     Add(kRoutes, "a2", 1, 1);
     EXPECT_EQ(Names(kRoutes), std::vector<std::string>{"a2"});
@@ -114,23 +104,20 @@ TEST_F(CfgSchedTest, InsertingAnItemEqualToAHeldOneReplacesIt)
     EXPECT_EQ(trace.Texts(5), std::vector<std::string>{"REPLACED ------- 1 item.............\n"});
 }
 
-TEST_F(CfgSchedTest, CreatingABucketNeverTracesTheSecondReplacementText)
-{
+TEST_F(CfgSchedTest, CreatingABucketNeverTracesTheSecondReplacementText) {
     Add(kRoutes, "a", 1);
     Add(kRedist, "b", 1);
     EXPECT_TRUE(trace.Texts(5).empty());
 }
 
-TEST_F(CfgSchedTest, SameOidWithAnotherRowStatusKeepsBoth)
-{
+TEST_F(CfgSchedTest, SameOidWithAnotherRowStatusKeepsBoth) {
     Add(kRoutes, "a", 1, 1);
     Add(kRoutes, "b", 1, 6);
     EXPECT_EQ(Names(kRoutes), (std::vector<std::string>{"a", "b"}));
     EXPECT_TRUE(world.Take().empty());
 }
 
-TEST_F(CfgSchedTest, ReplacementLinksTheNewItemJustBeforeTheHeldItemsFormerPredecessor)
-{
+TEST_F(CfgSchedTest, ReplacementLinksTheNewItemJustBeforeTheHeldItemsFormerPredecessor) {
     Add(kRoutes, "A", 1);
     Add(kRoutes, "B", 2);
     Add(kRoutes, "H", 3);
@@ -139,8 +126,7 @@ TEST_F(CfgSchedTest, ReplacementLinksTheNewItemJustBeforeTheHeldItemsFormerPrede
     EXPECT_EQ(Names(kRoutes), (std::vector<std::string>{"A", "H2", "B", "C"}));
 }
 
-TEST_F(CfgSchedTest, ReplacingTheFirstItemOfABucketPutsTheNewItemAtTheTail)
-{
+TEST_F(CfgSchedTest, ReplacingTheFirstItemOfABucketPutsTheNewItemAtTheTail) {
     Add(kRoutes, "H", 3);
     Add(kRoutes, "B", 2);
     Add(kRoutes, "C", 4);
@@ -148,15 +134,13 @@ TEST_F(CfgSchedTest, ReplacingTheFirstItemOfABucketPutsTheNewItemAtTheTail)
     EXPECT_EQ(Names(kRoutes), (std::vector<std::string>{"B", "C", "H2"}));
 }
 
-TEST_F(CfgSchedTest, ReplacingTheOnlyItemKeepsIt)
-{
+TEST_F(CfgSchedTest, ReplacingTheOnlyItemKeepsIt) {
     Add(kRoutes, "H", 3);
     Add(kRoutes, "H2", 3);
     EXPECT_EQ(Names(kRoutes), std::vector<std::string>{"H2"});
 }
 
-TEST_F(CfgSchedTest, RepeatedReplacementCreepsTowardsTheHeadAndWrapsToTheTail)
-{
+TEST_F(CfgSchedTest, RepeatedReplacementCreepsTowardsTheHeadAndWrapsToTheTail) {
     Add(kRoutes, "A", 1);
     Add(kRoutes, "B", 2);
     Add(kRoutes, "H0", 3);
@@ -168,16 +152,14 @@ TEST_F(CfgSchedTest, RepeatedReplacementCreepsTowardsTheHeadAndWrapsToTheTail)
     EXPECT_EQ(Names(kRoutes), (std::vector<std::string>{"A", "B", "H3"}));
 }
 
-TEST_F(CfgSchedTest, OnlyTheFirstHeldItemOfTheOidIsAskedToBeReplaced)
-{
+TEST_F(CfgSchedTest, OnlyTheFirstHeldItemOfTheOidIsAskedToBeReplaced) {
     Add(kRoutes, "x", 1, 1);
     Add(kRoutes, "y", 1, 2);
     Add(kRoutes, "z", 1, 2);
     EXPECT_EQ(Names(kRoutes), (std::vector<std::string>{"x", "y", "z"}));
 }
 
-TEST_F(CfgSchedTest, BucketsAreKeptApart)
-{
+TEST_F(CfgSchedTest, BucketsAreKeptApart) {
     Add(kRoutes, "a", 1);
     Add(kRedist, "b", 1);
     EXPECT_EQ(sched.BucketCount(), 2u);
@@ -185,8 +167,7 @@ TEST_F(CfgSchedTest, BucketsAreKeptApart)
     EXPECT_EQ(Names(kRedist), std::vector<std::string>{"b"});
 }
 
-TEST_F(CfgSchedTest, FortyReadyNewItemsGoThirtyOneOnTheFirstTickAndNineOnTheSecond)
-{
+TEST_F(CfgSchedTest, FortyReadyNewItemsGoThirtyOneOnTheFirstTickAndNineOnTheSecond) {
     for (unsigned long i = 0; i < 40; ++i) {
         Add(kRoutes, "r" + std::to_string(i), i);
     }
@@ -204,8 +185,7 @@ TEST_F(CfgSchedTest, FortyReadyNewItemsGoThirtyOneOnTheFirstTickAndNineOnTheSeco
     EXPECT_TRUE(Sent().empty());
 }
 
-TEST_F(CfgSchedTest, EachSendIsTracedAtLevelFive)
-{
+TEST_F(CfgSchedTest, EachSendIsTracedAtLevelFive) {
     Add(kRoutes, "a", 1);
     Add(kRoutes, "b", 2);
     Tick();
@@ -213,16 +193,14 @@ TEST_F(CfgSchedTest, EachSendIsTracedAtLevelFive)
                                                         "OnTIMEOUT Sending MIB ACTION\n"}));
 }
 
-TEST_F(CfgSchedTest, SentItemsStayHeldAsIssued)
-{
+TEST_F(CfgSchedTest, SentItemsStayHeldAsIssued) {
     Add(kRoutes, "a", 1);
     Tick();
     ASSERT_EQ(sched.Items(kRoutes).size(), 1u);
     EXPECT_TRUE(sched.Items(kRoutes)[0]->IsIssued());
 }
 
-TEST_F(CfgSchedTest, TickStopsRightAfterTheThirtyFirstNewItemAndResumesAtTheNextBucket)
-{
+TEST_F(CfgSchedTest, TickStopsRightAfterTheThirtyFirstNewItemAndResumesAtTheNextBucket) {
     for (unsigned long i = 0; i < 31; ++i) {
         Add(kRoutes, "r" + std::to_string(i), i);
     }
@@ -235,8 +213,7 @@ TEST_F(CfgSchedTest, TickStopsRightAfterTheThirtyFirstNewItemAndResumesAtTheNext
     EXPECT_EQ(sched.ResumeKey(), CfgKey(1, 0));
 }
 
-TEST_F(CfgSchedTest, RoundRobinContinuesWhereTheLastTickStopped)
-{
+TEST_F(CfgSchedTest, RoundRobinContinuesWhereTheLastTickStopped) {
     for (unsigned long i = 0; i < 40; ++i) {
         Add(kRoutes, "r" + std::to_string(i), i);
     }
@@ -253,8 +230,7 @@ TEST_F(CfgSchedTest, RoundRobinContinuesWhereTheLastTickStopped)
     EXPECT_EQ(Sent().size(), 9u);
 }
 
-TEST_F(CfgSchedTest, StoppingInTheLastBucketResumesAtTheFirstBucket)
-{
+TEST_F(CfgSchedTest, StoppingInTheLastBucketResumesAtTheFirstBucket) {
     Add(kRoutes, "first", 100);
     world.groupReady[0] = true;
     for (unsigned long i = 0; i < 35; ++i) {
@@ -265,15 +241,13 @@ TEST_F(CfgSchedTest, StoppingInTheLastBucketResumesAtTheFirstBucket)
     EXPECT_EQ(sched.ResumeKey(), CfgKey(1, 0));
 }
 
-TEST_F(CfgSchedTest, TickWithoutBucketsSetsTheResumeKeyBackToOneZero)
-{
+TEST_F(CfgSchedTest, TickWithoutBucketsSetsTheResumeKeyBackToOneZero) {
     Tick();
     EXPECT_EQ(sched.ResumeKey(), CfgKey(1, 0));
     EXPECT_EQ(sched.BucketCount(), 0u);
 }
 
-TEST_F(CfgSchedTest, NotReadyItemAtTheHeadHoldsBackItsBucketButNotOthers)
-{
+TEST_F(CfgSchedTest, NotReadyItemAtTheHeadHoldsBackItsBucketButNotOthers) {
     Add(kRoutes, "blocked", 1, 1, 1);
     Add(kRoutes, "behind", 2, 1, 0);
     Add(kOther, "free", 1, 1, 0);
@@ -285,8 +259,7 @@ TEST_F(CfgSchedTest, NotReadyItemAtTheHeadHoldsBackItsBucketButNotOthers)
     EXPECT_EQ(Sent(), (std::vector<std::string>{"blocked", "behind"}));
 }
 
-TEST_F(CfgSchedTest, NotReadyIssuedItemHoldsBackTheNewItemsBehindIt)
-{
+TEST_F(CfgSchedTest, NotReadyIssuedItemHoldsBackTheNewItemsBehindIt) {
     Add(kRoutes, "early", 1, 1, 1);
     Tick();
     EXPECT_EQ(Sent(), std::vector<std::string>{"early"});
@@ -299,8 +272,7 @@ TEST_F(CfgSchedTest, NotReadyIssuedItemHoldsBackTheNewItemsBehindIt)
     EXPECT_EQ(Sent(), std::vector<std::string>{"late"});
 }
 
-TEST_F(CfgSchedTest, NewItemsBeforeTheFirstNotReadyItemAreStillSent)
-{
+TEST_F(CfgSchedTest, NewItemsBeforeTheFirstNotReadyItemAreStillSent) {
     Add(kRoutes, "a", 1, 1, 0);
     Add(kRoutes, "b", 2, 1, 1);
     Add(kRoutes, "c", 3, 1, 0);
@@ -309,8 +281,7 @@ TEST_F(CfgSchedTest, NewItemsBeforeTheFirstNotReadyItemAreStillSent)
     EXPECT_EQ(Sent(), std::vector<std::string>{"a"});
 }
 
-TEST_F(CfgSchedTest, ItemsWithoutAReadinessKeyAreAskedOneByOne)
-{
+TEST_F(CfgSchedTest, ItemsWithoutAReadinessKeyAreAskedOneByOne) {
     Add(kRoutes, "a", 1, 1, -1);
     Add(kRoutes, "b", 2, 1, -1);
     Add(kRoutes, "c", 3, 1, -1);
@@ -322,8 +293,7 @@ TEST_F(CfgSchedTest, ItemsWithoutAReadinessKeyAreAskedOneByOne)
     EXPECT_EQ(Sent(), (std::vector<std::string>{"b", "c"}));
 }
 
-TEST_F(CfgSchedTest, ListReadyButNotItemReadyItemWaitsAndCounts)
-{
+TEST_F(CfgSchedTest, ListReadyButNotItemReadyItemWaitsAndCounts) {
     for (unsigned long i = 0; i < 31; ++i) {
         Add(kRoutes, "w" + std::to_string(i), i);
         world.itemReady["w" + std::to_string(i)] = false;
@@ -336,8 +306,7 @@ TEST_F(CfgSchedTest, ListReadyButNotItemReadyItemWaitsAndCounts)
     EXPECT_TRUE(Sent().empty());
 }
 
-TEST_F(CfgSchedTest, NotReadyItemThatAsksForRemovalIsDestroyedAndItsEmptyBucketErased)
-{
+TEST_F(CfgSchedTest, NotReadyItemThatAsksForRemovalIsDestroyedAndItsEmptyBucketErased) {
     Add(kRoutes, "gone", 1);
     world.itemReady["gone"] = false;
     world.removeOnNotReady["gone"] = true;
@@ -346,8 +315,7 @@ TEST_F(CfgSchedTest, NotReadyItemThatAsksForRemovalIsDestroyedAndItsEmptyBucketE
     EXPECT_EQ(sched.BucketCount(), 0u);
 }
 
-TEST_F(CfgSchedTest, ItemFailingTenTimesWithReasonFiveIsSentAgainNineTimesThenParked)
-{
+TEST_F(CfgSchedTest, ItemFailingTenTimesWithReasonFiveIsSentAgainNineTimesThenParked) {
     Add(kRoutes, "a", 1);
     int sends = 0;
     for (int failure = 0; failure < 10; ++failure) {
@@ -367,8 +335,7 @@ TEST_F(CfgSchedTest, ItemFailingTenTimesWithReasonFiveIsSentAgainNineTimesThenPa
     EXPECT_TRUE(item->IsParked());
 }
 
-TEST_F(CfgSchedTest, AParkedItemStaysParkedWhateverTheReportsUntilReset)
-{
+TEST_F(CfgSchedTest, AParkedItemStaysParkedWhateverTheReportsUntilReset) {
     Add(kRoutes, "a", 1);
     for (int failure = 0; failure < 10; ++failure) {
         Tick();
@@ -388,8 +355,7 @@ TEST_F(CfgSchedTest, AParkedItemStaysParkedWhateverTheReportsUntilReset)
     EXPECT_EQ(Sent(), std::vector<std::string>{"a"});
 }
 
-TEST_F(CfgSchedTest, AFailureNotToBeRetriedDoesNotParkAndALaterRetryableOneSendsAgain)
-{
+TEST_F(CfgSchedTest, AFailureNotToBeRetriedDoesNotParkAndALaterRetryableOneSendsAgain) {
     Add(kRoutes, "a", 1);
     Tick();
     Sent();
@@ -402,8 +368,7 @@ TEST_F(CfgSchedTest, AFailureNotToBeRetriedDoesNotParkAndALaterRetryableOneSends
     EXPECT_EQ(Sent(), std::vector<std::string>{"a"});
 }
 
-TEST_F(CfgSchedTest, FailuresWithReasonOneDoNotUseUpAnAttempt)
-{
+TEST_F(CfgSchedTest, FailuresWithReasonOneDoNotUseUpAnAttempt) {
     Add(kRoutes, "a", 1);
     int sends = 0;
     for (int failure = 0; failure < 20; ++failure) {
@@ -418,8 +383,7 @@ TEST_F(CfgSchedTest, FailuresWithReasonOneDoNotUseUpAnAttempt)
     EXPECT_EQ(sched.Items(kRoutes)[0]->GetReasonCode(), 1u);
 }
 
-TEST_F(CfgSchedTest, UpdateWithRetryFalseRecordsTheReasonButNeverSendsAgain)
-{
+TEST_F(CfgSchedTest, UpdateWithRetryFalseRecordsTheReasonButNeverSendsAgain) {
     Add(kRoutes, "a", 1);
     Tick();
     Sent();
@@ -433,8 +397,7 @@ TEST_F(CfgSchedTest, UpdateWithRetryFalseRecordsTheReasonButNeverSendsAgain)
     EXPECT_EQ(item->GetRetryCount(), 1u);
 }
 
-TEST_F(CfgSchedTest, UpdateTouchesOnlyTheFirstIssuedItemOfTheOid)
-{
+TEST_F(CfgSchedTest, UpdateTouchesOnlyTheFirstIssuedItemOfTheOid) {
     Add(kRoutes, "x", 1, 1);
     Tick();
     Sent();
@@ -451,8 +414,7 @@ TEST_F(CfgSchedTest, UpdateTouchesOnlyTheFirstIssuedItemOfTheOid)
     EXPECT_TRUE(items[2]->IsIssued());
 }
 
-TEST_F(CfgSchedTest, UpdateSkipsNewItemsOfTheOid)
-{
+TEST_F(CfgSchedTest, UpdateSkipsNewItemsOfTheOid) {
     Add(kRoutes, "x", 1);
     Fail(kRoutes, 1, 5);
     CfgItem* item = sched.Items(kRoutes)[0];
@@ -461,8 +423,7 @@ TEST_F(CfgSchedTest, UpdateSkipsNewItemsOfTheOid)
     EXPECT_EQ(item->GetRetryCount(), 0u);
 }
 
-TEST_F(CfgSchedTest, UpdateWithANullItemOrAnUnknownBucketDoesNothing)
-{
+TEST_F(CfgSchedTest, UpdateWithANullItemOrAnUnknownBucketDoesNothing) {
     Add(kRoutes, "x", 1);
     Tick();
     sched.Update(kRoutes, nullptr, 5, true);
@@ -471,8 +432,7 @@ TEST_F(CfgSchedTest, UpdateWithANullItemOrAnUnknownBucketDoesNothing)
     EXPECT_FALSE(sched.HasBucket(kOther));
 }
 
-TEST_F(CfgSchedTest, RemoveDestroysTheIssuedItemAndErasesTheEmptiedBucket)
-{
+TEST_F(CfgSchedTest, RemoveDestroysTheIssuedItemAndErasesTheEmptiedBucket) {
     Add(kRoutes, "a", 1);
     Tick();
     Sent();
@@ -483,8 +443,7 @@ TEST_F(CfgSchedTest, RemoveDestroysTheIssuedItemAndErasesTheEmptiedBucket)
     EXPECT_EQ(sched.BucketCount(), 0u);
 }
 
-TEST_F(CfgSchedTest, RemoveLeavesANewItemOfTheOidInPlace)
-{
+TEST_F(CfgSchedTest, RemoveLeavesANewItemOfTheOidInPlace) {
     Add(kRoutes, "a", 1);
     Confirm(kRoutes, 1, 6);
     EXPECT_EQ(world.Take(), std::vector<std::string>{"inmib a 1 6"});
@@ -492,8 +451,7 @@ TEST_F(CfgSchedTest, RemoveLeavesANewItemOfTheOidInPlace)
     EXPECT_TRUE(trace.Texts(5).empty());
 }
 
-TEST_F(CfgSchedTest, RemoveHandlesOnlyTheFirstItemOfTheOid)
-{
+TEST_F(CfgSchedTest, RemoveHandlesOnlyTheFirstItemOfTheOid) {
     Add(kRoutes, "x", 1, 1);
     Tick();
     Sent();
@@ -505,16 +463,14 @@ TEST_F(CfgSchedTest, RemoveHandlesOnlyTheFirstItemOfTheOid)
     EXPECT_EQ(Names(kRoutes), std::vector<std::string>{"y"});
 }
 
-TEST_F(CfgSchedTest, RemoveOnAnUnknownBucketDoesNothing)
-{
+TEST_F(CfgSchedTest, RemoveOnAnUnknownBucketDoesNothing) {
     Add(kRoutes, "a", 1);
     Confirm(kOther, 1);
     EXPECT_TRUE(world.Take().empty());
     EXPECT_EQ(sched.BucketCount(), 1u);
 }
 
-TEST_F(CfgSchedTest, ResetMarksEveryItemNewAgainAndTheNextTickSendsThemAll)
-{
+TEST_F(CfgSchedTest, ResetMarksEveryItemNewAgainAndTheNextTickSendsThemAll) {
     Add(kRoutes, "a", 1);
     Add(kRedist, "b", 2);
     Tick();
@@ -530,16 +486,14 @@ TEST_F(CfgSchedTest, ResetMarksEveryItemNewAgainAndTheNextTickSendsThemAll)
     EXPECT_EQ(Sent(), (std::vector<std::string>{"b", "a"}));
 }
 
-TEST_F(CfgSchedTest, PrintSummaryCountsTheBuckets)
-{
+TEST_F(CfgSchedTest, PrintSummaryCountsTheBuckets) {
     Add(kRoutes, "a", 1);
     Add(kRedist, "b", 2);
     sched.PrintSummary(&console);
     EXPECT_EQ(console.Output(), "Pending Item Buckets: 2\n");
 }
 
-TEST_F(CfgSchedTest, PrintNumbersTheItemsOfEachBucketFromZero)
-{
+TEST_F(CfgSchedTest, PrintNumbersTheItemsOfEachBucketFromZero) {
     Add(kRedist, "r0", 1);
     Add(kRoutes, "s0", 1);
     Add(kRoutes, "s1", 2);
@@ -550,8 +504,7 @@ TEST_F(CfgSchedTest, PrintNumbersTheItemsOfEachBucketFromZero)
               "==== Item 1 ====\nFake(s1) ActionState(New)\n\n");
 }
 
-TEST_F(CfgSchedTest, InFlightQuestionsAreFalseForTheseItems)
-{
+TEST_F(CfgSchedTest, InFlightQuestionsAreFalseForTheseItems) {
     Add(kRoutes, "a", 1);
     Tick();
     EXPECT_FALSE(sched.RouteMapInFlight(kRoutes, 1, 2));
@@ -560,8 +513,7 @@ TEST_F(CfgSchedTest, InFlightQuestionsAreFalseForTheseItems)
     EXPECT_FALSE(sched.AggrAddrInFlight(kOther, 1, 2));
 }
 
-TEST_F(CfgSchedTest, TickAsksOneItemPerReadinessGroupNotEveryIssuedItem)
-{
+TEST_F(CfgSchedTest, TickAsksOneItemPerReadinessGroupNotEveryIssuedItem) {
     for (unsigned long i = 0; i < 1000; ++i) {
         Add(kRoutes, "i" + std::to_string(i), i, 1, static_cast<long>(i % 2));
     }
@@ -577,8 +529,7 @@ TEST_F(CfgSchedTest, TickAsksOneItemPerReadinessGroupNotEveryIssuedItem)
     EXPECT_LE(world.listReadyCalls, 4);
 }
 
-TEST_F(CfgSchedTest, DestroyingTheSchedulerDestroysTheItemsItHolds)
-{
+TEST_F(CfgSchedTest, DestroyingTheSchedulerDestroysTheItemsItHolds) {
     {
         CfgSched local;
         local.Insert(kRoutes, new FakeCfgItem(world, "a", 1));
@@ -587,8 +538,7 @@ TEST_F(CfgSchedTest, DestroyingTheSchedulerDestroysTheItemsItHolds)
     EXPECT_EQ(world.Take(), (std::vector<std::string>{"delete b", "delete a"}));
 }
 
-TEST(CfgKeyTest, OrdersByTheFirstFieldThenTheSecond)
-{
+TEST(CfgKeyTest, OrdersByTheFirstFieldThenTheSecond) {
     EXPECT_TRUE(CfgKey(1, 9) < CfgKey(2, 0));
     EXPECT_TRUE(CfgKey(2, 0) < CfgKey(2, 1));
     EXPECT_FALSE(CfgKey(2, 1) < CfgKey(2, 1));

@@ -22,21 +22,18 @@ namespace {
 
 using test::RecordingStack;
 
-MibOid OidOf(const std::vector<unsigned long>& components)
-{
+MibOid OidOf(const std::vector<unsigned long>& components) {
     return MibOid(components.data(), components.size());
 }
 
 class RouteRedistributeItemTest : public test::RecordingStackEnv {};
 
-TEST_F(RouteRedistributeItemTest, OidComesFromTheStackForInstanceSourceAndDestination)
-{
+TEST_F(RouteRedistributeItemTest, OidComesFromTheStackForInstanceSourceAndDestination) {
     RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 32773, 0);
     EXPECT_EQ(item.GetOid(), OidOf(RecordingStack::RedistOid(32773, 3, 0x80000)));
 }
 
-TEST_F(RouteRedistributeItemTest, DefaultItemIsZeroButForInstanceOne)
-{
+TEST_F(RouteRedistributeItemTest, DefaultItemIsZeroButForInstanceOne) {
     RouteRedistributeItem item;
     EXPECT_EQ(item.RowStatus(), 0);
     EXPECT_EQ(item.AdminStatus(), 0);
@@ -48,8 +45,7 @@ TEST_F(RouteRedistributeItemTest, DefaultItemIsZeroButForInstanceOne)
     EXPECT_EQ(item.GetActionState(), CfgItem::ACTION_ITEM_NEW);
 }
 
-TEST_F(RouteRedistributeItemTest, SendQueuesARedistActionUnderTheOidAndMarksTheItemIssued)
-{
+TEST_F(RouteRedistributeItemTest, SendQueuesARedistActionUnderTheOidAndMarksTheItemIssued) {
     RouteRedistributeItem item(1, 1, 3, 0x80000, 4, 5, 9);
     item.Send();
     EXPECT_EQ(DcRouterMgr::GetInstance()->GetSerializer().PendingActionCount(
@@ -59,8 +55,7 @@ TEST_F(RouteRedistributeItemTest, SendQueuesARedistActionUnderTheOidAndMarksTheI
     EXPECT_TRUE(RecordingStack::Instance().Requests().empty());
 }
 
-TEST_F(RouteRedistributeItemTest, SendToAReadySerializerIssuesTheRowAtOnce)
-{
+TEST_F(RouteRedistributeItemTest, SendToAReadySerializerIssuesTheRowAtOnce) {
     DcRouterMgr::GetInstance()->GetSerializer().RunPendingActions();
     RouteRedistributeItem item(6, 2, 3, 0xd0000, 4, 32773, 9);
     item.Send();
@@ -68,8 +63,7 @@ TEST_F(RouteRedistributeItemTest, SendToAReadySerializerIssuesTheRowAtOnce)
               std::vector<std::string>{"sms_act_cipr_redist(6, 2, 3, 851968, 32773, 0)"});
 }
 
-TEST_F(RouteRedistributeItemTest, ListReadyFollowsTheReadyFlagOfTheLow16BitsOfTheInstance)
-{
+TEST_F(RouteRedistributeItemTest, ListReadyFollowsTheReadyFlagOfTheLow16BitsOfTheInstance) {
     RouteRedistributeItem ipv6(1, 1, 3, 0x80000, 0, 0x8005, 0);
     RouteRedistributeItem wide(1, 1, 3, 0x80000, 0, 0x18005, 0);
     EXPECT_FALSE(ipv6.CfgListReady());
@@ -80,15 +74,13 @@ TEST_F(RouteRedistributeItemTest, ListReadyFollowsTheReadyFlagOfTheLow16BitsOfTh
     EXPECT_TRUE(wide.CfgListReady());
 }
 
-TEST_F(RouteRedistributeItemTest, ReadinessKeyIsTheLow16BitsOfTheInstance)
-{
+TEST_F(RouteRedistributeItemTest, ReadinessKeyIsTheLow16BitsOfTheInstance) {
     unsigned long key = 0;
     EXPECT_TRUE(RouteRedistributeItem(1, 1, 3, 0x80000, 0, 0x18005, 0).GetListReadyKey(key));
     EXPECT_EQ(key, 0x8005ul);
 }
 
-TEST_F(RouteRedistributeItemTest, ReceivingRouterOfAnIpv4Instance)
-{
+TEST_F(RouteRedistributeItemTest, ReceivingRouterOfAnIpv4Instance) {
     EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0x80000, 0, 5, 0).ReceivingRouterKind(),
               DcRouterMgr::RIPv2);
     EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0xd0000, 0, 5, 0).ReceivingRouterKind(),
@@ -98,8 +90,7 @@ TEST_F(RouteRedistributeItemTest, ReceivingRouterOfAnIpv4Instance)
     EXPECT_EQ(RouteRedistributeItem(1, 1, 3, 0x80000, 0, 5, 0).ReceivingVlan(), 5);
 }
 
-TEST_F(RouteRedistributeItemTest, Ipv6OspfDestinationAsksForRouterKindTwoOnTheVlanWithoutTheBit)
-{
+TEST_F(RouteRedistributeItemTest, Ipv6OspfDestinationAsksForRouterKindTwoOnTheVlanWithoutTheBit) {
     RouteRedistributeItem item(1, 1, 3, 0xd0000, 0, 0x8005, 0);
     EXPECT_EQ(item.ReceivingRouterKind(), 2);
     EXPECT_EQ(item.ReceivingVlan(), 5);
@@ -109,14 +100,12 @@ TEST_F(RouteRedistributeItemTest, Ipv6OspfDestinationAsksForRouterKindTwoOnTheVl
               DcRouterMgr::BGP);
 }
 
-TEST_F(RouteRedistributeItemTest, ItemIsNotReadyWithoutTheReceivingRouter)
-{
+TEST_F(RouteRedistributeItemTest, ItemIsNotReadyWithoutTheReceivingRouter) {
     RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 77, 0);
     EXPECT_FALSE(item.CfgItemReady());
 }
 
-TEST_F(RouteRedistributeItemTest, ReceivingRouterDecidesWhetherTheItemIsReady)
-{
+TEST_F(RouteRedistributeItemTest, ReceivingRouterDecidesWhetherTheItemIsReady) {
     Options options;
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     ASSERT_TRUE(manager->CreateVlan(5, options.Root(), DclConfigObject::OPTION_TYPE_VLAN).second);
@@ -125,8 +114,8 @@ TEST_F(RouteRedistributeItemTest, ReceivingRouterDecidesWhetherTheItemIsReady)
         unsigned long instance;
         DcRouterMgr::ProtocolType kind;
     } cases[] = {
-        {0x80000, 5, DcRouterMgr::RIPv2},      {0xd0000, 5, DcRouterMgr::OSPFv2},
-        {0x30000, 5, DcRouterMgr::BGP},        {0x80000, 0x8005, DcRouterMgr::RIPng},
+        {0x80000, 5, DcRouterMgr::RIPv2},       {0xd0000, 5, DcRouterMgr::OSPFv2},
+        {0x30000, 5, DcRouterMgr::BGP},         {0x80000, 0x8005, DcRouterMgr::RIPng},
         {0xd0000, 0x8005, DcRouterMgr::OSPFv3}, {0x30000, 0x8005, DcRouterMgr::BGP},
     };
     auto check = [&]() {
@@ -168,8 +157,7 @@ TEST_F(RouteRedistributeItemTest, ReceivingRouterDecidesWhetherTheItemIsReady)
 // VLAN whose OSPFv3 router (kind 2) is ready: it asks that router of the
 // VLAN without the bit, and no other. The item for the IPv4 instance asks
 // the OSPFv2 router (kind 1).
-TEST_F(RouteRedistributeItemTest, Ipv6OspfItemIsReadyExactlyWhenTheOspfv3RouterOfItsVlanIs)
-{
+TEST_F(RouteRedistributeItemTest, Ipv6OspfItemIsReadyExactlyWhenTheOspfv3RouterOfItsVlanIs) {
     Options options;
     DcRouterMgr* manager = DcRouterMgr::GetInstance();
     Json::Value enabled(Json::objectValue);
@@ -207,8 +195,7 @@ TEST_F(RouteRedistributeItemTest, Ipv6OspfItemIsReadyExactlyWhenTheOspfv3RouterO
 // The scheduler replaces a held entry by an incoming one of the same OID only
 // when the row status and the admin status both match; the other values
 // (here the priority and the further value) do not count.
-TEST_F(RouteRedistributeItemTest, InsertReplacesAHeldEntryOnlyWhenRowAndAdminStatusBothMatch)
-{
+TEST_F(RouteRedistributeItemTest, InsertReplacesAHeldEntryOnlyWhenRowAndAdminStatusBothMatch) {
     const CfgKey key(5, DcRtmMgr::CFG_KEY_REDISTRIBUTION);
     const struct {
         const char* incoming;
@@ -243,8 +230,7 @@ TEST_F(RouteRedistributeItemTest, InsertReplacesAHeldEntryOnlyWhenRowAndAdminSta
     }
 }
 
-TEST_F(RouteRedistributeItemTest, RemoveOnNotReadyWhenTheRtmHoldsExactlyThisInstance)
-{
+TEST_F(RouteRedistributeItemTest, RemoveOnNotReadyWhenTheRtmHoldsExactlyThisInstance) {
     RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 5, 0);
     RouteRedistributeItem wide(1, 1, 3, 0x80000, 0, 0x10005, 0);
     EXPECT_FALSE(item.RemoveOnNotReady());
@@ -253,8 +239,7 @@ TEST_F(RouteRedistributeItemTest, RemoveOnNotReadyWhenTheRtmHoldsExactlyThisInst
     EXPECT_FALSE(wide.RemoveOnNotReady());
 }
 
-TEST_F(RouteRedistributeItemTest, PrintsTheProtocolsAndPriorityInHexadecimal)
-{
+TEST_F(RouteRedistributeItemTest, PrintsTheProtocolsAndPriorityInHexadecimal) {
     RouteRedistributeItem item(1, 1, 0x30000, 0xd0000, 26, 32773, 0);
     item.PrintItem(&console);
     EXPECT_EQ(console.Output(),
@@ -262,8 +247,7 @@ TEST_F(RouteRedistributeItemTest, PrintsTheProtocolsAndPriorityInHexadecimal)
               "RowStatus(Active) AdminStatus(1) ActionState(New) Reason(noError)\n");
 }
 
-TEST_F(RouteRedistributeItemTest, PrintsStateAndReason)
-{
+TEST_F(RouteRedistributeItemTest, PrintsStateAndReason) {
     RouteRedistributeItem item(6, 2, 3, 0x80000, 0, 5, 0);
     item.SetActionState(CfgItem::ACTION_ITEM_ISSUED);
     item.SetReasonCode(19);
@@ -273,8 +257,7 @@ TEST_F(RouteRedistributeItemTest, PrintsStateAndReason)
               "AdminStatus(2) ActionState(Issued) Reason(Unknown)\n");
 }
 
-TEST_F(RouteRedistributeItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus)
-{
+TEST_F(RouteRedistributeItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus) {
     RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 5, 0);
     item.GetOid();
     RouteRedistributeItem same(1, 1, 3, 0x80000, 9, 5, 4);
@@ -288,8 +271,7 @@ TEST_F(RouteRedistributeItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus)
     EXPECT_FALSE(item.Replace(static_cast<CfgItem*>(&otherSource)));
 }
 
-TEST_F(RouteRedistributeItemTest, ReplaceOfAnItemOfAnotherKindIsFalse)
-{
+TEST_F(RouteRedistributeItemTest, ReplaceOfAnItemOfAnotherKindIsFalse) {
     const unsigned char address[4] = {10, 0, 0, 0};
     RouteRedistributeItem item(1, 1, 3, 0x80000, 0, 5, 0);
     item.GetOid();

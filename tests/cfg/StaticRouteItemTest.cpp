@@ -20,46 +20,39 @@ namespace {
 
 using test::RecordingStack;
 
-const unsigned char kDest4[16] = {10, 0, 0, 0, 0xaa, 0xaa, 0xaa, 0xaa,
+const unsigned char kDest4[16] = {10,   0,    0,    0,    0xaa, 0xaa, 0xaa, 0xaa,
                                   0xaa, 0xaa, 0xaa, 0xaa, 0xaa, 0xaa, 0xaa, 0xaa};
-const unsigned char kHop4[16] = {192, 168, 1, 1, 0xbb, 0xbb, 0xbb, 0xbb,
+const unsigned char kHop4[16] = {192,  168,  1,    1,    0xbb, 0xbb, 0xbb, 0xbb,
                                  0xbb, 0xbb, 0xbb, 0xbb, 0xbb, 0xbb, 0xbb, 0xbb};
 const unsigned char kDest6[16] = {0x20, 0x01, 0x0d, 0xb8, 0, 1};
 const unsigned char kHop6[16] = {0xfe, 0x80, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
 
-MibOid OidOf(const std::vector<unsigned long>& components)
-{
+MibOid OidOf(const std::vector<unsigned long>& components) {
     return MibOid(components.data(), components.size());
 }
 
 class StaticRouteItemTest : public test::RecordingStackEnv {
 protected:
     static StaticRouteItem Ip4Route(long rowStatus = 1, long adminStatus = 1,
-                                    unsigned long routeType = 0x30000)
-    {
-        return StaticRouteItem(5, 1, rowStatus, adminStatus, kDest4, 24, kHop4, 7, 3, routeType,
-                               0);
+                                    unsigned long routeType = 0x30000) {
+        return StaticRouteItem(5, 1, rowStatus, adminStatus, kDest4, 24, kHop4, 7, 3, routeType, 0);
     }
-    static StaticRouteItem Ip6Route()
-    {
+    static StaticRouteItem Ip6Route() {
         return StaticRouteItem(5, 2, 6, 2, kDest6, 64, kHop6, 12, 20, 0x30000, 0);
     }
 };
 
-TEST_F(StaticRouteItemTest, OidComesFromTheStackForTheIpv4InstanceOfTheVlan)
-{
+TEST_F(StaticRouteItemTest, OidComesFromTheStackForTheIpv4InstanceOfTheVlan) {
     StaticRouteItem item = Ip4Route();
     EXPECT_EQ(item.GetOid(), OidOf(RecordingStack::RouteOid(5, 1, kDest4, 24, kHop4, 7)));
 }
 
-TEST_F(StaticRouteItemTest, OidOfAnIpv6RouteUsesTheIpv6Instance)
-{
+TEST_F(StaticRouteItemTest, OidOfAnIpv6RouteUsesTheIpv6Instance) {
     StaticRouteItem item = Ip6Route();
     EXPECT_EQ(item.GetOid(), OidOf(RecordingStack::RouteOid(32773, 2, kDest6, 64, kHop6, 12)));
 }
 
-TEST_F(StaticRouteItemTest, GetOidStoresTheValueItReturns)
-{
+TEST_F(StaticRouteItemTest, GetOidStoresTheValueItReturns) {
     StaticRouteItem item = Ip4Route();
     MibOid& first = item.GetOid();
     MibOid& second = item.GetOid();
@@ -67,8 +60,7 @@ TEST_F(StaticRouteItemTest, GetOidStoresTheValueItReturns)
     EXPECT_GT(first.Length(), 0ul);
 }
 
-TEST_F(StaticRouteItemTest, Ipv4RouteCopiesOnlyFourAddressBytes)
-{
+TEST_F(StaticRouteItemTest, Ipv4RouteCopiesOnlyFourAddressBytes) {
     unsigned char otherDest[16];
     unsigned char otherHop[16];
     std::memcpy(otherDest, kDest4, 4);
@@ -84,8 +76,7 @@ TEST_F(StaticRouteItemTest, Ipv4RouteCopiesOnlyFourAddressBytes)
     EXPECT_EQ(item.GetOid(), other.GetOid());
 }
 
-TEST_F(StaticRouteItemTest, ListReadyFollowsTheReadyFlagOfItsRtmInstance)
-{
+TEST_F(StaticRouteItemTest, ListReadyFollowsTheReadyFlagOfItsRtmInstance) {
     StaticRouteItem item = Ip4Route();
     EXPECT_FALSE(item.CfgListReady());
     DcRtmMgr::GetInstance()->CreateRTMInstance(5, 0, DcRtmMgr::RTMData());
@@ -94,8 +85,7 @@ TEST_F(StaticRouteItemTest, ListReadyFollowsTheReadyFlagOfItsRtmInstance)
     EXPECT_TRUE(item.CfgListReady());
 }
 
-TEST_F(StaticRouteItemTest, Ipv6RouteWaitsForTheIpv6Instance)
-{
+TEST_F(StaticRouteItemTest, Ipv6RouteWaitsForTheIpv6Instance) {
     StaticRouteItem item = Ip6Route();
     DcRtmMgr::GetInstance()->SetRtmReady(5);
     EXPECT_FALSE(item.CfgListReady());
@@ -103,16 +93,14 @@ TEST_F(StaticRouteItemTest, Ipv6RouteWaitsForTheIpv6Instance)
     EXPECT_TRUE(item.CfgListReady());
 }
 
-TEST_F(StaticRouteItemTest, ItemReadyIsTheSameAsListReady)
-{
+TEST_F(StaticRouteItemTest, ItemReadyIsTheSameAsListReady) {
     StaticRouteItem item = Ip4Route();
     EXPECT_FALSE(item.CfgItemReady());
     DcRtmMgr::GetInstance()->SetRtmReady(5);
     EXPECT_TRUE(item.CfgItemReady());
 }
 
-TEST_F(StaticRouteItemTest, ReadinessKeyIsTheRtmInstance)
-{
+TEST_F(StaticRouteItemTest, ReadinessKeyIsTheRtmInstance) {
     unsigned long key = 0;
     EXPECT_TRUE(Ip4Route().GetListReadyKey(key));
     EXPECT_EQ(key, 5ul);
@@ -120,20 +108,18 @@ TEST_F(StaticRouteItemTest, ReadinessKeyIsTheRtmInstance)
     EXPECT_EQ(key, 32773ul);
 }
 
-TEST_F(StaticRouteItemTest, SendQueuesARouteActionUnderTheOidAndMarksTheItemIssued)
-{
+TEST_F(StaticRouteItemTest, SendQueuesARouteActionUnderTheOidAndMarksTheItemIssued) {
     StaticRouteItem item = Ip4Route();
     item.Send();
     Serializer& serializer = DcRouterMgr::GetInstance()->GetSerializer();
-    EXPECT_EQ(serializer.PendingActionCount(
-                  OidOf(RecordingStack::RouteOid(5, 1, kDest4, 24, kHop4, 7))),
-              1u);
+    EXPECT_EQ(
+        serializer.PendingActionCount(OidOf(RecordingStack::RouteOid(5, 1, kDest4, 24, kHop4, 7))),
+        1u);
     EXPECT_TRUE(item.IsIssued());
     EXPECT_TRUE(RecordingStack::Instance().Calls("sms_update_route").empty());
 }
 
-TEST_F(StaticRouteItemTest, SendToAReadySerializerIssuesTheRouteAtOnce)
-{
+TEST_F(StaticRouteItemTest, SendToAReadySerializerIssuesTheRouteAtOnce) {
     DcRouterMgr::GetInstance()->GetSerializer().RunPendingActions();
     StaticRouteItem item = Ip4Route(1, 2, 0x30000);
     item.Send();
@@ -142,8 +128,7 @@ TEST_F(StaticRouteItemTest, SendToAReadySerializerIssuesTheRouteAtOnce)
                   "sms_update_route(1, 1, 2, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)"});
 }
 
-TEST_F(StaticRouteItemTest, SendOfAnIpv6RouteUsesTheIpv6Instance)
-{
+TEST_F(StaticRouteItemTest, SendOfAnIpv6RouteUsesTheIpv6Instance) {
     DcRouterMgr::GetInstance()->GetSerializer().RunPendingActions();
     StaticRouteItem item = Ip6Route();
     item.Send();
@@ -152,8 +137,7 @@ TEST_F(StaticRouteItemTest, SendOfAnIpv6RouteUsesTheIpv6Instance)
                                        "196608, 12, 32773, 20)"});
 }
 
-TEST_F(StaticRouteItemTest, ScheduledRouteReachesTheStackOnTheTickAfterItsInstanceIsReady)
-{
+TEST_F(StaticRouteItemTest, ScheduledRouteReachesTheStackOnTheTickAfterItsInstanceIsReady) {
     DcRouterMgr::GetInstance()->GetSerializer().RunPendingActions();
     CfgSched& sched = DcRouterMgr::GetInstance()->GetCfgSched();
     const CfgKey key(5, 0x3d000003);
@@ -169,16 +153,14 @@ TEST_F(StaticRouteItemTest, ScheduledRouteReachesTheStackOnTheTickAfterItsInstan
     EXPECT_TRUE(sched.Items(key)[0]->IsIssued());
 }
 
-TEST_F(StaticRouteItemTest, PrintsAnIpv4StaticRoute)
-{
+TEST_F(StaticRouteItemTest, PrintsAnIpv4StaticRoute) {
     Ip4Route().PrintItem(&console);
     EXPECT_EQ(console.Output(),
               "StaticRouteItem: vrf(5) Dest(10.0.0.0/24) NextHop(192.168.1.1) Intf(7) metric(3) "
               "Type(Static) RowStatus(Active) AdminStatus(1) ActionState(New) Reason(noError)\n");
 }
 
-TEST_F(StaticRouteItemTest, AnyOtherRouteTypePrintsOther)
-{
+TEST_F(StaticRouteItemTest, AnyOtherRouteTypePrintsOther) {
     StaticRouteItem item = Ip4Route(4, 2, 0x20000);
     item.SetActionState(CfgItem::ACTION_ITEM_ISSUED);
     item.SetReasonCode(5);
@@ -189,8 +171,7 @@ TEST_F(StaticRouteItemTest, AnyOtherRouteTypePrintsOther)
               "Reason(genErr)\n");
 }
 
-TEST_F(StaticRouteItemTest, PrintsAnIpv6Route)
-{
+TEST_F(StaticRouteItemTest, PrintsAnIpv6Route) {
     Ip6Route().PrintItem(&console);
     EXPECT_EQ(console.Output(),
               "StaticRouteItem: vrf(5) Dest(2001:db8:1::/64) NextHop(fe80::1) Intf(12) "
@@ -198,15 +179,13 @@ TEST_F(StaticRouteItemTest, PrintsAnIpv6Route)
               "Reason(noError)\n");
 }
 
-TEST_F(StaticRouteItemTest, ReplaceWithANullPointerIsFalse)
-{
+TEST_F(StaticRouteItemTest, ReplaceWithANullPointerIsFalse) {
     StaticRouteItem item = Ip4Route();
     item.GetOid();
     EXPECT_FALSE(item.Replace(nullptr));
 }
 
-TEST_F(StaticRouteItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus)
-{
+TEST_F(StaticRouteItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus) {
     StaticRouteItem item = Ip4Route(1, 1);
     item.GetOid();
     StaticRouteItem same = Ip4Route(1, 1);
@@ -222,8 +201,7 @@ TEST_F(StaticRouteItemTest, ReplaceNeedsTheSameOidRowStatusAndAdminStatus)
 // The scheduler replaces a held route by an incoming one of the same OID
 // only when the row status and the admin status both match; the other
 // values (here metric and route type) do not count.
-TEST_F(StaticRouteItemTest, InsertReplacesAHeldRouteOnlyWhenRowAndAdminStatusBothMatch)
-{
+TEST_F(StaticRouteItemTest, InsertReplacesAHeldRouteOnlyWhenRowAndAdminStatusBothMatch) {
     const CfgKey key(5, DcRtmMgr::CFG_KEY_STATIC_ROUTE);
     const struct {
         const char* incoming;
@@ -258,8 +236,7 @@ TEST_F(StaticRouteItemTest, InsertReplacesAHeldRouteOnlyWhenRowAndAdminStatusBot
     }
 }
 
-TEST_F(StaticRouteItemTest, ReplaceOfAnItemOfAnotherKindIsFalse)
-{
+TEST_F(StaticRouteItemTest, ReplaceOfAnItemOfAnotherKindIsFalse) {
     StaticRouteItem item = Ip4Route();
     item.GetOid();
     RouteRedistributeItem redistribution(1, 1, 3, 0x80000, 0, 5, 0);

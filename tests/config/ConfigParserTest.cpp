@@ -16,8 +16,7 @@ public:
     RecordingParser() = default;
     explicit RecordingParser(const char* section) : ConfigParser(section) {}
 
-    bool ParseVlanOptions(unsigned short vlan, const OptionsNode& node) override
-    {
+    bool ParseVlanOptions(unsigned short vlan, const OptionsNode& node) override {
         std::string text = node.HasValue() ? node.GetAsString("value").str() : "<none>";
         calls.push_back("vlan " + std::to_string(vlan) + " " + text);
         bool result = results.empty() ? true : results.front();
@@ -26,10 +25,8 @@ public:
         }
         return result;
     }
-    bool ParseKeys(unsigned short vlan, const OptionsNode& record) override
-    {
-        calls.push_back("keys " + std::to_string(vlan) + " " +
-                        record.GetAsString("vid").str());
+    bool ParseKeys(unsigned short vlan, const OptionsNode& record) override {
+        calls.push_back("keys " + std::to_string(vlan) + " " + record.GetAsString("vid").str());
         return false;
     }
 
@@ -46,37 +43,32 @@ public:
 
 class ConfigParserTest : public test::TestEnv {
 protected:
-    Options Load(const char* text)
-    {
+    Options Load(const char* text) {
         Options options;
         EXPECT_TRUE(options.LoadFromText(string(text))) << options.Error().c_str();
         return options;
     }
 };
 
-TEST_F(ConfigParserTest, DefaultSectionIsVlanConfigurations)
-{
+TEST_F(ConfigParserTest, DefaultSectionIsVlanConfigurations) {
     RecordingParser parser;
     EXPECT_STREQ("VLAN_CONFIGURATIONS", parser.Section());
 }
 
-TEST_F(ConfigParserTest, GivenSectionPointerIsKept)
-{
+TEST_F(ConfigParserTest, GivenSectionPointerIsKept) {
     const char* name = "REMOTES";
     RecordingParser parser(name);
     EXPECT_EQ(name, parser.Section());
 }
 
-TEST_F(ConfigParserTest, NullSubsectionFailsAtOnce)
-{
+TEST_F(ConfigParserTest, NullSubsectionFailsAtOnce) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[{"vid":1}]})");
     RecordingParser parser;
     EXPECT_FALSE(parser.ParseOptions(nullptr, options));
     EXPECT_TRUE(parser.calls.empty());
 }
 
-TEST_F(ConfigParserTest, MissingOrEmptySectionFails)
-{
+TEST_F(ConfigParserTest, MissingOrEmptySectionFails) {
     RecordingParser parser;
     EXPECT_FALSE(parser.ParseOptions("BGP", Load(R"({"OTHER":[{"vid":1}]})")));
     EXPECT_FALSE(parser.ParseOptions("BGP", Load(R"({"VLAN_CONFIGURATIONS":[]})")));
@@ -84,21 +76,19 @@ TEST_F(ConfigParserTest, MissingOrEmptySectionFails)
     EXPECT_TRUE(trace.Lines().empty());
 }
 
-TEST_F(ConfigParserTest, RecordsAreHandedOverInDocumentOrderWithTheirSubsection)
-{
+TEST_F(ConfigParserTest, RecordsAreHandedOverInDocumentOrderWithTheirSubsection) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[
         {"vid":12, "BGP":{"value":"a"}},
         {"vid":5, "BGP":{"value":"b"}},
         {"vid":7}]})");
     RecordingParser parser;
     EXPECT_TRUE(parser.ParseOptions("BGP", options));
-    std::vector<std::string> expected = {"vlan 12 a", "keys 12 12", "vlan 5 b", "keys 5 5",
-                                         "vlan 7 <none>", "keys 7 7"};
+    std::vector<std::string> expected = {"vlan 12 a", "keys 12 12",    "vlan 5 b",
+                                         "keys 5 5",  "vlan 7 <none>", "keys 7 7"};
     EXPECT_EQ(expected, parser.calls);
 }
 
-TEST_F(ConfigParserTest, ResultIsThatOfTheLastSubsectionCall)
-{
+TEST_F(ConfigParserTest, ResultIsThatOfTheLastSubsectionCall) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[{"vid":1},{"vid":2}]})");
     RecordingParser parser;
     parser.results = {true, false};
@@ -109,21 +99,18 @@ TEST_F(ConfigParserTest, ResultIsThatOfTheLastSubsectionCall)
     EXPECT_TRUE(second.ParseOptions("BGP", options));
 }
 
-TEST_F(ConfigParserTest, RecordWithoutVidLogsOneLineAndTheOthersAreStillParsed)
-{
+TEST_F(ConfigParserTest, RecordWithoutVidLogsOneLineAndTheOthersAreStillParsed) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[{"vid":3},{"name":"x"},{"vid":4}]})");
     RecordingParser parser;
     EXPECT_TRUE(parser.ParseOptions("BGP", options));
-    std::vector<std::string> expected = {"vlan 3 <none>", "keys 3 3", "vlan 4 <none>",
-                                         "keys 4 4"};
+    std::vector<std::string> expected = {"vlan 3 <none>", "keys 3 3", "vlan 4 <none>", "keys 4 4"};
     EXPECT_EQ(expected, parser.calls);
     ASSERT_EQ(1u, trace.Lines().size());
     EXPECT_EQ(0, trace.Lines()[0].level);
     EXPECT_EQ("Failed to get VLAN id: cannot find the node element\n", trace.Lines()[0].text);
 }
 
-TEST_F(ConfigParserTest, RecordFailingBeforeTheCallDoesNotChangeTheResult)
-{
+TEST_F(ConfigParserTest, RecordFailingBeforeTheCallDoesNotChangeTheResult) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[{"vid":3},{"vid":null}]})");
     RecordingParser parser;
     parser.results = {true};
@@ -131,8 +118,7 @@ TEST_F(ConfigParserTest, RecordFailingBeforeTheCallDoesNotChangeTheResult)
     EXPECT_TRUE(trace.Contains(0, "Failed to get VLAN id: cannot find the node element\n"));
 }
 
-TEST_F(ConfigParserTest, EmptyRecordIsReportedInvalidAndSkipped)
-{
+TEST_F(ConfigParserTest, EmptyRecordIsReportedInvalidAndSkipped) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[{},{"vid":9}]})");
     RecordingParser parser;
     EXPECT_TRUE(parser.ParseOptions("BGP", options));
@@ -143,8 +129,7 @@ TEST_F(ConfigParserTest, EmptyRecordIsReportedInvalidAndSkipped)
     EXPECT_EQ("This option item is invalid\n", trace.Lines()[0].text);
 }
 
-TEST_F(ConfigParserTest, RecordThatIsNotAnObjectCannotGiveAVlan)
-{
+TEST_F(ConfigParserTest, RecordThatIsNotAnObjectCannotGiveAVlan) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[[1,2],{"vid":9}]})");
     RecordingParser parser;
     EXPECT_TRUE(parser.ParseOptions("BGP", options));
@@ -153,8 +138,7 @@ TEST_F(ConfigParserTest, RecordThatIsNotAnObjectCannotGiveAVlan)
     ASSERT_EQ(2u, parser.calls.size());
 }
 
-TEST_F(ConfigParserTest, VlanNumberKeepsOnlyTheLowSixteenBits)
-{
+TEST_F(ConfigParserTest, VlanNumberKeepsOnlyTheLowSixteenBits) {
     Options options = Load(R"({"VLAN_CONFIGURATIONS":[{"vid":65537}]})");
     RecordingParser parser;
     EXPECT_TRUE(parser.ParseOptions("BGP", options));
@@ -162,8 +146,7 @@ TEST_F(ConfigParserTest, VlanNumberKeepsOnlyTheLowSixteenBits)
     EXPECT_EQ("vlan 1 <none>", parser.calls[0]);
 }
 
-TEST_F(ConfigParserTest, BaseParseKeysReturnsTrue)
-{
+TEST_F(ConfigParserTest, BaseParseKeysReturnsTrue) {
     Options options = Load(R"({"vid":1})");
     PlainParser parser;
     EXPECT_TRUE(parser.ParseKeys(1, options.Root()));
@@ -172,8 +155,7 @@ TEST_F(ConfigParserTest, BaseParseKeysReturnsTrue)
 // The leaf reader the walk uses for "vid".
 class LeafValueTest : public test::TestEnv {};
 
-TEST_F(LeafValueTest, ReadingFromAnArrayFailsWithTheNodeTypeErrorAndGivesTheFallback)
-{
+TEST_F(LeafValueTest, ReadingFromAnArrayFailsWithTheNodeTypeErrorAndGivesTheFallback) {
     Json::Value array(Json::arrayValue);
     array.append(1);
     OptionsNode node(&array);
@@ -183,8 +165,7 @@ TEST_F(LeafValueTest, ReadingFromAnArrayFailsWithTheNodeTypeErrorAndGivesTheFall
     EXPECT_EQ(string("Incorrect Node type for Object or Array operations"), node.Error());
 }
 
-TEST_F(LeafValueTest, NullMemberFailsAsMissingAndGivesTheFallback)
-{
+TEST_F(LeafValueTest, NullMemberFailsAsMissingAndGivesTheFallback) {
     Json::Value object(Json::objectValue);
     object["vid"] = Json::Value();
     OptionsNode node(&object);
@@ -197,8 +178,7 @@ TEST_F(LeafValueTest, NullMemberFailsAsMissingAndGivesTheFallback)
     EXPECT_TRUE(flag);
 }
 
-TEST_F(LeafValueTest, PresentMemberIsConverted)
-{
+TEST_F(LeafValueTest, PresentMemberIsConverted) {
     Json::Value object(Json::objectValue);
     object["vid"] = 12;
     OptionsNode node(&object);
@@ -209,8 +189,7 @@ TEST_F(LeafValueTest, PresentMemberIsConverted)
 
 class GetVlanFromGroupTest : public test::TestEnv {
 protected:
-    bool Get(const char* name, unsigned short* vlan)
-    {
+    bool Get(const char* name, unsigned short* vlan) {
         Json::Value value(Json::objectValue);
         value["Name"] = name;
         OptionsNode node(&value);
@@ -218,43 +197,37 @@ protected:
     }
 };
 
-TEST_F(GetVlanFromGroupTest, NameWithVlanAndMoreTextGivesTheVlan)
-{
+TEST_F(GetVlanFromGroupTest, NameWithVlanAndMoreTextGivesTheVlan) {
     unsigned short vlan = 0;
     EXPECT_TRUE(Get("Remote_12_x", &vlan));
     EXPECT_EQ(12, vlan);
 }
 
-TEST_F(GetVlanFromGroupTest, BarePrefixSucceedsAndLeavesTheVlanAlone)
-{
+TEST_F(GetVlanFromGroupTest, BarePrefixSucceedsAndLeavesTheVlanAlone) {
     unsigned short vlan = 77;
     EXPECT_TRUE(Get("remote", &vlan));
     EXPECT_EQ(77, vlan);
 }
 
-TEST_F(GetVlanFromGroupTest, DigitsRightAfterThePrefixFail)
-{
+TEST_F(GetVlanFromGroupTest, DigitsRightAfterThePrefixFail) {
     unsigned short vlan = 77;
     EXPECT_FALSE(Get("remote12", &vlan));
     EXPECT_EQ(77, vlan);
 }
 
-TEST_F(GetVlanFromGroupTest, GarbageAfterTheNumberFails)
-{
+TEST_F(GetVlanFromGroupTest, GarbageAfterTheNumberFails) {
     unsigned short vlan = 77;
     EXPECT_FALSE(Get("remote_12x", &vlan));
     EXPECT_EQ(77, vlan);
 }
 
-TEST_F(GetVlanFromGroupTest, ColonSeparatorsAreAccepted)
-{
+TEST_F(GetVlanFromGroupTest, ColonSeparatorsAreAccepted) {
     unsigned short vlan = 0;
     EXPECT_TRUE(Get("REMOTE:30:site", &vlan));
     EXPECT_EQ(30, vlan);
 }
 
-TEST_F(GetVlanFromGroupTest, NumbersAreNotRangeCheckedAndWrapAtSixteenBits)
-{
+TEST_F(GetVlanFromGroupTest, NumbersAreNotRangeCheckedAndWrapAtSixteenBits) {
     unsigned short vlan = 5;
     EXPECT_TRUE(Get("remote_0", &vlan));
     EXPECT_EQ(0, vlan);
@@ -262,15 +235,13 @@ TEST_F(GetVlanFromGroupTest, NumbersAreNotRangeCheckedAndWrapAtSixteenBits)
     EXPECT_EQ(70000 - 65536, vlan);
 }
 
-TEST_F(GetVlanFromGroupTest, EmptyDigitRunGivesZero)
-{
+TEST_F(GetVlanFromGroupTest, EmptyDigitRunGivesZero) {
     unsigned short vlan = 5;
     EXPECT_TRUE(Get("remote_", &vlan));
     EXPECT_EQ(0, vlan);
 }
 
-TEST_F(GetVlanFromGroupTest, OtherPrefixOrMissingNameFails)
-{
+TEST_F(GetVlanFromGroupTest, OtherPrefixOrMissingNameFails) {
     unsigned short vlan = 5;
     EXPECT_FALSE(Get("local_1", &vlan));
     Json::Value value(Json::objectValue);

@@ -116,10 +116,11 @@ TEST_F(DCLConfigListTest, VanishedObjectsAreMarkedInPointerOrder) {
     }
     Parse(R"({"ITEMS": []})");
     ASSERT_EQ(log.marked.size(), 6u);
-    EXPECT_TRUE(std::is_sorted(log.marked.begin(), log.marked.end(),
-                               [](const void* a, const void* b) { return std::less<const void*>()(a, b); }));
-    EXPECT_EQ(log.lines, (Lines{"destroy 1", "destroy 2", "destroy 3", "destroy 4", "destroy 5",
-                                "destroy 6"}))
+    EXPECT_TRUE(std::is_sorted(
+        log.marked.begin(), log.marked.end(),
+        [](const void* a, const void* b) { return std::less<const void*>()(a, b); }));
+    EXPECT_EQ(log.lines,
+              (Lines{"destroy 1", "destroy 2", "destroy 3", "destroy 4", "destroy 5", "destroy 6"}))
         << "the destructions themselves run in list order";
     EXPECT_TRUE(list.Objects().empty());
     EXPECT_EQ(log.deleted, 6);

@@ -24,8 +24,8 @@ public:
 struct CommitLog {
     std::vector<std::string> lines;
     std::vector<const void*> marked;  // objects in MarkDestroy order
-    int deleted = 0;          // objects kept in a list
-    int deletedParsed = 0;    // freshly parsed objects (temporaries)
+    int deleted = 0;                  // objects kept in a list
+    int deletedParsed = 0;            // freshly parsed objects (temporaries)
 };
 
 class TestObject : public DclConfigObject {

@@ -17,13 +17,12 @@ using test::RecordingStack;
 
 const std::string kHelp =
     "Flags:\nB-Broadcast M-Multicast L-Loopback\nT-MPLS Tunnel P-Point2Point U-Unnumbered\n";
-const std::string kHeader =
-    "VLAN    IfIndex     IfName Status    MTU  Flags IPAddress\n";
-const std::string kBlank6 = "\n" + std::string(4 + 1 + 10 + 1 + 10 + 1 + 6 + 1 + 6 + 1 + 6 + 1, ' ');
+const std::string kHeader = "VLAN    IfIndex     IfName Status    MTU  Flags IPAddress\n";
+const std::string kBlank6 =
+    "\n" + std::string(4 + 1 + 10 + 1 + 10 + 1 + 6 + 1 + 6 + 1 + 6 + 1, ' ');
 
 amb_stubs_i3_ei Interface(unsigned long instance, unsigned long ifIndex, const char* name,
-                          unsigned long oper, unsigned long mtu, unsigned long flags)
-{
+                          unsigned long oper, unsigned long mtu, unsigned long flags) {
     amb_stubs_i3_ei row;
     std::memset(&row, 0, sizeof(row));
     row.instance = instance;
@@ -36,8 +35,7 @@ amb_stubs_i3_ei Interface(unsigned long instance, unsigned long ifIndex, const c
 }
 
 amb_stubs_i3_ea Address4(unsigned long instance, unsigned long ifIndex, unsigned char last,
-                         unsigned long length)
-{
+                         unsigned long length) {
     amb_stubs_i3_ea row;
     std::memset(&row, 0, sizeof(row));
     row.instance = instance;
@@ -51,15 +49,13 @@ amb_stubs_i3_ea Address4(unsigned long instance, unsigned long ifIndex, unsigned
 
 class DcInterfaceConsoleCommandTest : public test::RecordingStackEnv {
 protected:
-    static unsigned char Answer(unsigned long code, const void* row = nullptr)
-    {
+    static unsigned char Answer(unsigned long code, const void* row = nullptr) {
         return RecordingStack::Instance().Answer(code, row);
     }
     static size_t Walks() { return RecordingStack::Instance().PendingWalks().size(); }
 };
 
-TEST_F(DcInterfaceConsoleCommandTest, VlanWithoutInterfacesPrintsHelpHeaderAndEndOfTable)
-{
+TEST_F(DcInterfaceConsoleCommandTest, VlanWithoutInterfacesPrintsHelpHeaderAndEndOfTable) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     EXPECT_EQ(RecordingStack::Instance().Requests(),
@@ -75,8 +71,7 @@ TEST_F(DcInterfaceConsoleCommandTest, VlanWithoutInterfacesPrintsHelpHeaderAndEn
     EXPECT_EQ(Walks(), 0u);
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, InterfaceWithThreeAddressesPrintsTwoContinuationLines)
-{
+TEST_F(DcInterfaceConsoleCommandTest, InterfaceWithThreeAddressesPrintsTwoContinuationLines) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     auto eth = Interface(5, 100, "eth0", 1, 1500, 0x18);
@@ -95,8 +90,7 @@ TEST_F(DcInterfaceConsoleCommandTest, InterfaceWithThreeAddressesPrintsTwoContin
                                     "End of Table\n");
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, FlagLettersComeInBitOrder)
-{
+TEST_F(DcInterfaceConsoleCommandTest, FlagLettersComeInBitOrder) {
     auto bm = Interface(5, 1, "a", 1, 0, 0x18);
     auto pu = Interface(5, 1, "a", 1, 0, 0x24);
     auto all = Interface(5, 1, "a", 1, 0, 0x3f);
@@ -107,13 +101,11 @@ TEST_F(DcInterfaceConsoleCommandTest, FlagLettersComeInBitOrder)
     EXPECT_EQ(DcInterfaceConsoleCommand::GetIfFlagsStr(&none), "");
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, FlagHelpText)
-{
+TEST_F(DcInterfaceConsoleCommandTest, FlagHelpText) {
     EXPECT_EQ(DcInterfaceConsoleCommand::GetIfFlagHelpStr(), kHelp);
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, Ipv6ListingWalksTheIpv6InstanceAndPrintsPrefixTexts)
-{
+TEST_F(DcInterfaceConsoleCommandTest, Ipv6ListingWalksTheIpv6InstanceAndPrintsPrefixTexts) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, true);
     ASSERT_TRUE(command->Parse(0, nullptr));
     EXPECT_EQ(RecordingStack::Instance().Requests(),
@@ -141,8 +133,7 @@ TEST_F(DcInterfaceConsoleCommandTest, Ipv6ListingWalksTheIpv6InstanceAndPrintsPr
                                     "2001:db8::1/64\nEnd of Table\n");
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, WordsAfterTheCommandNameAreIgnored)
-{
+TEST_F(DcInterfaceConsoleCommandTest, WordsAfterTheCommandNameAreIgnored) {
     std::string one = "bogus";
     std::string two = "words";
     char* argv[] = {&one[0], &two[0], nullptr};
@@ -155,8 +146,7 @@ TEST_F(DcInterfaceConsoleCommandTest, WordsAfterTheCommandNameAreIgnored)
     EXPECT_EQ(console.EndCount(), 1);
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, CommandWithoutVlanTakesTheDefaultVlan)
-{
+TEST_F(DcInterfaceConsoleCommandTest, CommandWithoutVlanTakesTheDefaultVlan) {
     DcConsoleCommand::m_default_vlan = 21;
     auto* command = new DcInterfaceConsoleCommand(&console, false);
     EXPECT_EQ(command->GetVlan(), 21);
@@ -169,8 +159,7 @@ TEST_F(DcInterfaceConsoleCommandTest, CommandWithoutVlanTakesTheDefaultVlan)
     Answer(SMS_RC_END_OF_TABLE);
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, InterfacesPrintInAscendingIfIndexAndALaterRowReplaces)
-{
+TEST_F(DcInterfaceConsoleCommandTest, InterfacesPrintInAscendingIfIndexAndALaterRowReplaces) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     auto b = Interface(5, 20, "b", 1, 1500, 0);
@@ -187,8 +176,7 @@ TEST_F(DcInterfaceConsoleCommandTest, InterfacesPrintInAscendingIfIndexAndALater
                                     "End of Table\n");
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, RowOfAGreaterInstanceEndsTheInterfaceWalk)
-{
+TEST_F(DcInterfaceConsoleCommandTest, RowOfAGreaterInstanceEndsTheInterfaceWalk) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     auto lower = Interface(4, 1, "low", 1, 1500, 0);
@@ -206,8 +194,7 @@ TEST_F(DcInterfaceConsoleCommandTest, RowOfAGreaterInstanceEndsTheInterfaceWalk)
                                     "End of Table\n");
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, AddressOfAnUnseenInterfacePrintsWithAZeroInterfaceRow)
-{
+TEST_F(DcInterfaceConsoleCommandTest, AddressOfAnUnseenInterfacePrintsWithAZeroInterfaceRow) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     Answer(SMS_RC_END_OF_TABLE);
@@ -219,8 +206,7 @@ TEST_F(DcInterfaceConsoleCommandTest, AddressOfAnUnseenInterfacePrintsWithAZeroI
                                     "End of Table\n");
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, ErrorInTheInterfaceWalkPrintsItsWordAndNoTable)
-{
+TEST_F(DcInterfaceConsoleCommandTest, ErrorInTheInterfaceWalkPrintsItsWordAndNoTable) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     auto eth = Interface(5, 1, "eth0", 1, 1500, 0);
@@ -234,8 +220,7 @@ TEST_F(DcInterfaceConsoleCommandTest, ErrorInTheInterfaceWalkPrintsItsWordAndNoT
               std::vector<std::string>{"sms_get_next_i3_ei(5)"});
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, ErrorInTheAddressWalkPrintsItsWordAndNoTable)
-{
+TEST_F(DcInterfaceConsoleCommandTest, ErrorInTheAddressWalkPrintsItsWordAndNoTable) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     Answer(SMS_RC_END_OF_TABLE);
@@ -245,8 +230,7 @@ TEST_F(DcInterfaceConsoleCommandTest, ErrorInTheAddressWalkPrintsItsWordAndNoTab
     EXPECT_EQ(Walks(), 0u);
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, PassOverResponsesReachNeitherHandler)
-{
+TEST_F(DcInterfaceConsoleCommandTest, PassOverResponsesReachNeitherHandler) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     EXPECT_EQ(Answer(SMS_RC_PASS_OVER), 1);
@@ -257,8 +241,7 @@ TEST_F(DcInterfaceConsoleCommandTest, PassOverResponsesReachNeitherHandler)
     EXPECT_EQ(console.EndCount(), 1);
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, HandlerResultsKeepOrEndTheCommand)
-{
+TEST_F(DcInterfaceConsoleCommandTest, HandlerResultsKeepOrEndTheCommand) {
     DcInterfaceConsoleCommand command(&console, 5, false);
     ASSERT_TRUE(command.Parse(0, nullptr));
     auto eth = Interface(5, 1, "eth0", 1, 1500, 0);
@@ -268,8 +251,7 @@ TEST_F(DcInterfaceConsoleCommandTest, HandlerResultsKeepOrEndTheCommand)
     EXPECT_EQ(command.Display(0, SMS_RC_END_OF_TABLE, nullptr), 0u);
 }
 
-TEST_F(DcInterfaceConsoleCommandTest, UnterminatedNameFromTheStackIsPrintedWithinItsField)
-{
+TEST_F(DcInterfaceConsoleCommandTest, UnterminatedNameFromTheStackIsPrintedWithinItsField) {
     auto* command = new DcInterfaceConsoleCommand(&console, 5, false);
     ASSERT_TRUE(command->Parse(0, nullptr));
     auto eth = Interface(5, 1, "x", 1, 1500, 0);

@@ -17,21 +17,20 @@ namespace {
 
 using test::RecordingStack;
 
-std::string Spaces(size_t n) { return std::string(n, ' '); }
+std::string Spaces(size_t n) {
+    return std::string(n, ' ');
+}
 
 // Right-aligned in width.
-std::string Right(const std::string& text, size_t width)
-{
+std::string Right(const std::string& text, size_t width) {
     return text.size() >= width ? text : Spaces(width - text.size()) + text;
 }
-std::string Left(const std::string& text, size_t width)
-{
+std::string Left(const std::string& text, size_t width) {
     return text.size() >= width ? text : text + Spaces(width - text.size());
 }
 
 // One line of a detail block: label in 20 columns, ":  ", value in 40.
-std::string Detail(const std::string& label, const std::string& value)
-{
+std::string Detail(const std::string& label, const std::string& value) {
     if (value.empty()) {
         return Left(label, 20) + ":  \n";
     }
@@ -45,8 +44,7 @@ const std::string kIp6Header = "\n VLAN" + Right("PREFIX", 51) + Right("NEXTHOP"
 
 template <typename Row>
 Row Ip4Row(unsigned long instance, unsigned char a, unsigned char b, unsigned long length,
-           unsigned long proto)
-{
+           unsigned long proto) {
     Row row;
     std::memset(&row, 0, sizeof(row));
     row.instance = instance;
@@ -74,8 +72,7 @@ Row Ip4Row(unsigned long instance, unsigned char a, unsigned char b, unsigned lo
 
 class RtmRTCommandTest : public test::RecordingStackEnv {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         RecordingStackEnv::SetUp();
         DcRtmMgr::GetInstance()->CreateRTMInstance(12, 0, DcRtmMgr::RTMData());
         DcRtmMgr::GetInstance()->CreateRTMInstance(12, 41, DcRtmMgr::RTMData());
@@ -86,8 +83,7 @@ protected:
     // Runs Parse with the words; deletes a refused command as its creator
     // does and returns null then.
     template <typename Command>
-    Command* Start(unsigned short family, std::vector<std::string> words)
-    {
+    Command* Start(unsigned short family, std::vector<std::string> words) {
         auto* command = new Command(&console, family);
         std::vector<char*> argv;
         for (std::string& word : words) {
@@ -101,16 +97,14 @@ protected:
         return command;
     }
 
-    static unsigned char Answer(unsigned long code, const void* row = nullptr)
-    {
+    static unsigned char Answer(unsigned long code, const void* row = nullptr) {
         return RecordingStack::Instance().Answer(code, row);
     }
 
     static size_t Walks() { return RecordingStack::Instance().PendingWalks().size(); }
 };
 
-TEST_F(RtmRTCommandTest, RibCommandWalksTheRibFromTheInstanceOfTheConsoleVlan)
-{
+TEST_F(RtmRTCommandTest, RibCommandWalksTheRibFromTheInstanceOfTheConsoleVlan) {
     DcConsoleCommand::m_default_vlan = 3;
     ASSERT_NE(Start<RtmRibCommand>(0, {}), nullptr);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
@@ -118,24 +112,21 @@ TEST_F(RtmRTCommandTest, RibCommandWalksTheRibFromTheInstanceOfTheConsoleVlan)
     EXPECT_EQ(Answer(SMS_RC_END_OF_TABLE), 0);
 }
 
-TEST_F(RtmRTCommandTest, RouteCommandWalksTheRouteTable)
-{
+TEST_F(RtmRTCommandTest, RouteCommandWalksTheRouteTable) {
     ASSERT_NE(Start<RtmRouteCommand>(0, {}), nullptr);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_get_next_rtm_route(12)"});
     EXPECT_EQ(Answer(SMS_RC_END_OF_TABLE), 0);
 }
 
-TEST_F(RtmRTCommandTest, Ipv6ListingWalksFromTheIpv6Instance)
-{
+TEST_F(RtmRTCommandTest, Ipv6ListingWalksFromTheIpv6Instance) {
     ASSERT_NE(Start<RtmRibCommand>(41, {}), nullptr);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_get_next_rtm_rib(32780)"});
     EXPECT_EQ(Answer(SMS_RC_END_OF_TABLE), 0);
 }
 
-TEST_F(RtmRTCommandTest, UsageAndDescriptionTexts)
-{
+TEST_F(RtmRTCommandTest, UsageAndDescriptionTexts) {
     RtmRouteCommand route(&console, 0);
     RtmRibCommand rib(&console, 0);
     EXPECT_STREQ(route.GetUsage(),
@@ -148,8 +139,7 @@ TEST_F(RtmRTCommandTest, UsageAndDescriptionTexts)
     EXPECT_STREQ(rib.GetDescription(), "Show RIB Information");
 }
 
-TEST_F(RtmRTCommandTest, FiltersStartEmpty)
-{
+TEST_F(RtmRTCommandTest, FiltersStartEmpty) {
     RtmRibCommand rib(&console, 41);
     EXPECT_EQ(rib.GetFamily(), 41);
     EXPECT_EQ(rib.GetProtocol(), 0);
@@ -158,16 +148,14 @@ TEST_F(RtmRTCommandTest, FiltersStartEmpty)
     EXPECT_TRUE(rib.GetIp6Destination().IsUnspecified());
 }
 
-TEST_F(RtmRTCommandTest, VlanWithoutRtmIsNotPresentAndTheCommandDoesNotStart)
-{
+TEST_F(RtmRTCommandTest, VlanWithoutRtmIsNotPresentAndTheCommandDoesNotStart) {
     console.SetVlan(13);
     EXPECT_EQ(Start<RtmRibCommand>(0, {}), nullptr);
     EXPECT_EQ(console.Output(), "VLAN 13 is not present\n");
     EXPECT_TRUE(RecordingStack::Instance().Requests().empty());
 }
 
-TEST_F(RtmRTCommandTest, TableListsRowsOfTheInstanceUnderOneHeaderAndEndsWithEndOfTable)
-{
+TEST_F(RtmRTCommandTest, TableListsRowsOfTheInstanceUnderOneHeaderAndEndsWithEndOfTable) {
     ASSERT_NE(Start<RtmRibCommand>(0, {}), nullptr);
     auto first = Ip4Row<amb_cipr_rtm_rib>(12, 10, 1, 16, 3);
     auto other = Ip4Row<amb_cipr_rtm_rib>(13, 10, 2, 16, 3);
@@ -177,18 +165,17 @@ TEST_F(RtmRTCommandTest, TableListsRowsOfTheInstanceUnderOneHeaderAndEndsWithEnd
     EXPECT_EQ(Answer(SMS_RC_ROW, &other), 1);
     EXPECT_EQ(Answer(SMS_RC_ROW, &second), 1);
     EXPECT_EQ(Answer(SMS_RC_END_OF_TABLE), 0);
-    EXPECT_EQ(console.Output(),
-              kIp4Header + "   12" + Right("10.1.0.0/16", 20) + Right("192.168.1.1", 17) +
-                  Right("lo", 11) + Right("77", 11) + " static    \n" + ">  12" +
-                  Right("172.16.0.0/12", 20) + Right("192.168.1.1", 17) + Right("lo", 11) +
-                  Right("77", 11) + " bgp       \n");
+    EXPECT_EQ(console.Output(), kIp4Header + "   12" + Right("10.1.0.0/16", 20) +
+                                    Right("192.168.1.1", 17) + Right("lo", 11) + Right("77", 11) +
+                                    " static    \n" + ">  12" + Right("172.16.0.0/12", 20) +
+                                    Right("192.168.1.1", 17) + Right("lo", 11) + Right("77", 11) +
+                                    " bgp       \n");
     EXPECT_EQ(console.Errors(), "End of table\n");
     EXPECT_EQ(console.EndCount(), 1);
     EXPECT_EQ(Walks(), 0u);
 }
 
-TEST_F(RtmRTCommandTest, WalkWithoutMatchingRowsPrintsNoHeaderOnlyTheEndWord)
-{
+TEST_F(RtmRTCommandTest, WalkWithoutMatchingRowsPrintsNoHeaderOnlyTheEndWord) {
     ASSERT_NE(Start<RtmRouteCommand>(0, {}), nullptr);
     auto other = Ip4Row<amb_cipr_rtm_route>(7, 10, 2, 16, 3);
     EXPECT_EQ(Answer(SMS_RC_ROW, &other), 1);
@@ -197,8 +184,7 @@ TEST_F(RtmRTCommandTest, WalkWithoutMatchingRowsPrintsNoHeaderOnlyTheEndWord)
     EXPECT_EQ(console.Errors(), "End of table\n");
 }
 
-TEST_F(RtmRTCommandTest, DestinationProtocolAndDetailListOnlyMatchingRowsAsBlocks)
-{
+TEST_F(RtmRTCommandTest, DestinationProtocolAndDetailListOnlyMatchingRowsAsBlocks) {
     ASSERT_NE(Start<RtmRouteCommand>(0, {"dest", "10.0.0.0", "proto", "static", "detail"}),
               nullptr);
     auto match8 = Ip4Row<amb_cipr_rtm_route>(12, 10, 0, 8, 3);
@@ -213,35 +199,30 @@ TEST_F(RtmRTCommandTest, DestinationProtocolAndDetailListOnlyMatchingRowsAsBlock
         return Detail("VLAN", "12") + Detail("Destination", prefix) +
                Detail("Nexthop", "192.168.1.1") + Detail("Route Type", "remote") +
                Detail("Protocol", "static") + Detail("Route Info", "1") + Detail("Age", "77") +
-               Detail("NextHop AS", "65001") + Detail("Metric1", "10") +
-               Detail("Metric2", "20") + Detail("Metric3", "30") + Detail("Metric4", "40") +
-               Detail("Metric5", "50") + "\n";
+               Detail("NextHop AS", "65001") + Detail("Metric1", "10") + Detail("Metric2", "20") +
+               Detail("Metric3", "30") + Detail("Metric4", "40") + Detail("Metric5", "50") + "\n";
     };
     EXPECT_EQ(console.Output(), block("10.0.0.0/8") + block("10.0.0.0/24"));
 }
 
-TEST_F(RtmRTCommandTest, LongFormsOfTheKeywordsMatchNothingAndTheCommandDoesNotStart)
-{
+TEST_F(RtmRTCommandTest, LongFormsOfTheKeywordsMatchNothingAndTheCommandDoesNotStart) {
     EXPECT_EQ(Start<RtmRibCommand>(0, {"destination", "10.0.0.0"}), nullptr);
     EXPECT_EQ(Start<RtmRibCommand>(0, {"protocol", "bgp"}), nullptr);
     EXPECT_EQ(console.All(), "");
     EXPECT_TRUE(RecordingStack::Instance().Requests().empty());
 }
 
-TEST_F(RtmRTCommandTest, WordsLeftOverStopTheCommandWithoutAMessage)
-{
+TEST_F(RtmRTCommandTest, WordsLeftOverStopTheCommandWithoutAMessage) {
     EXPECT_EQ(Start<RtmRibCommand>(0, {"detail", "extra"}), nullptr);
     EXPECT_EQ(console.All(), "");
 }
 
-TEST_F(RtmRTCommandTest, ProtocolAbbreviationFailsWithTheUsageLine)
-{
+TEST_F(RtmRTCommandTest, ProtocolAbbreviationFailsWithTheUsageLine) {
     EXPECT_EQ(Start<RtmRibCommand>(0, {"proto", "os"}), nullptr);
     EXPECT_EQ(console.Output(), std::string("Usage: ") + RtmRibCommand::USAGE + "\n");
 }
 
-TEST_F(RtmRTCommandTest, ProtocolKeywordsSetTheirCodes)
-{
+TEST_F(RtmRTCommandTest, ProtocolKeywordsSetTheirCodes) {
     const std::pair<const char*, long> keywords[] = {
         {"connected", 2}, {"static", 3}, {"rip", 8}, {"ospf", 13}, {"bgp", 14}};
     for (const auto& keyword : keywords) {
@@ -255,8 +236,7 @@ TEST_F(RtmRTCommandTest, ProtocolKeywordsSetTheirCodes)
     EXPECT_EQ(console.All(), "");
 }
 
-TEST_F(RtmRTCommandTest, BgpProtocolFilterKeepsOnlyCode14)
-{
+TEST_F(RtmRTCommandTest, BgpProtocolFilterKeepsOnlyCode14) {
     ASSERT_NE(Start<RtmRibCommand>(0, {"pro", "bgp"}), nullptr);
     auto stat = Ip4Row<amb_cipr_rtm_rib>(12, 10, 0, 8, 3);
     auto bgp = Ip4Row<amb_cipr_rtm_rib>(12, 10, 9, 16, 14);
@@ -264,12 +244,11 @@ TEST_F(RtmRTCommandTest, BgpProtocolFilterKeepsOnlyCode14)
     Answer(SMS_RC_ROW, &bgp);
     Answer(SMS_RC_END_OF_TABLE);
     EXPECT_EQ(console.Output(), kIp4Header + "   12" + Right("10.9.0.0/16", 20) +
-                                    Right("192.168.1.1", 17) + Right("lo", 11) +
-                                    Right("77", 11) + " bgp       \n");
+                                    Right("192.168.1.1", 17) + Right("lo", 11) + Right("77", 11) +
+                                    " bgp       \n");
 }
 
-TEST_F(RtmRTCommandTest, VrfAndAbbreviatedDetailListThatVlanAsBlocks)
-{
+TEST_F(RtmRTCommandTest, VrfAndAbbreviatedDetailListThatVlanAsBlocks) {
     console.SetVlan(1);
     auto* command = Start<RtmRibCommand>(0, {"vrf", "12", "det"});
     ASSERT_NE(command, nullptr);
@@ -284,37 +263,32 @@ TEST_F(RtmRTCommandTest, VrfAndAbbreviatedDetailListThatVlanAsBlocks)
     EXPECT_NE(console.Output().find("FIB Route?  : no\n"), std::string::npos);
 }
 
-TEST_F(RtmRTCommandTest, InvalidVlanPrintsItsMessageAndTheUsageLine)
-{
+TEST_F(RtmRTCommandTest, InvalidVlanPrintsItsMessageAndTheUsageLine) {
     EXPECT_EQ(Start<RtmRouteCommand>(0, {"vrf", "abc"}), nullptr);
-    EXPECT_EQ(console.Output(), std::string("Invalid VLAN ID abc\nUsage: ") +
-                                    RtmRouteCommand::USAGE + "\n");
+    EXPECT_EQ(console.Output(),
+              std::string("Invalid VLAN ID abc\nUsage: ") + RtmRouteCommand::USAGE + "\n");
 }
 
-TEST_F(RtmRTCommandTest, InvalidIpv4DestinationPrintsItsMessageAndTheUsageLine)
-{
+TEST_F(RtmRTCommandTest, InvalidIpv4DestinationPrintsItsMessageAndTheUsageLine) {
     EXPECT_EQ(Start<RtmRouteCommand>(0, {"dest", "300.1.1.1"}), nullptr);
     EXPECT_EQ(console.Output(), std::string("Invalid IPv4 Destination Address 300.1.1.1\n"
                                             "Usage: ") +
                                     RtmRouteCommand::USAGE + "\n");
 }
 
-TEST_F(RtmRTCommandTest, InvalidIpv6DestinationPrintsItsMessageAndTheUsageLine)
-{
+TEST_F(RtmRTCommandTest, InvalidIpv6DestinationPrintsItsMessageAndTheUsageLine) {
     EXPECT_EQ(Start<RtmRibCommand>(41, {"dest", "2001:zz::"}), nullptr);
     EXPECT_EQ(console.Output(), std::string("Invalid IPv6 Destination Address 2001:zz::\n"
                                             "Usage: ") +
                                     RtmRibCommand::USAGE + "\n");
 }
 
-TEST_F(RtmRTCommandTest, DestinationKeywordWithoutValueFailsWithTheUsageLine)
-{
+TEST_F(RtmRTCommandTest, DestinationKeywordWithoutValueFailsWithTheUsageLine) {
     EXPECT_EQ(Start<RtmRibCommand>(0, {"dest"}), nullptr);
     EXPECT_EQ(console.Output(), std::string("Usage: ") + RtmRibCommand::USAGE + "\n");
 }
 
-TEST_F(RtmRTCommandTest, ConnectedRoutePrintsTheWordWithThreeNs)
-{
+TEST_F(RtmRTCommandTest, ConnectedRoutePrintsTheWordWithThreeNs) {
     ASSERT_NE(Start<RtmRibCommand>(0, {"proto", "connected"}), nullptr);
     auto row = Ip4Row<amb_cipr_rtm_rib>(12, 10, 0, 8, 2);
     Answer(SMS_RC_ROW, &row);
@@ -322,8 +296,7 @@ TEST_F(RtmRTCommandTest, ConnectedRoutePrintsTheWordWithThreeNs)
     EXPECT_NE(console.Output().find(" connnected\n"), std::string::npos);
 }
 
-TEST_F(RtmRTCommandTest, RibRowInTheForwardingTableIsMarkedInBothForms)
-{
+TEST_F(RtmRTCommandTest, RibRowInTheForwardingTableIsMarkedInBothForms) {
     auto row = Ip4Row<amb_cipr_rtm_rib>(12, 10, 0, 8, 3);
     row.fib_route = 1;
     ASSERT_NE(Start<RtmRibCommand>(0, {}), nullptr);
@@ -340,8 +313,7 @@ TEST_F(RtmRTCommandTest, RibRowInTheForwardingTableIsMarkedInBothForms)
     EXPECT_EQ(output.substr(output.size() - last.size()), last);
 }
 
-TEST_F(RtmRTCommandTest, RouteRowsAreNeverMarked)
-{
+TEST_F(RtmRTCommandTest, RouteRowsAreNeverMarked) {
     ASSERT_NE(Start<RtmRouteCommand>(0, {}), nullptr);
     auto row = Ip4Row<amb_cipr_rtm_route>(12, 10, 0, 8, 3);
     Answer(SMS_RC_ROW, &row);
@@ -350,11 +322,9 @@ TEST_F(RtmRTCommandTest, RouteRowsAreNeverMarked)
     EXPECT_EQ(console.Output().find("FIB"), std::string::npos);
 }
 
-TEST_F(RtmRTCommandTest, InterfaceColumnShowsTheInterfaceNameOrTbdForUnresolvedRows)
-{
+TEST_F(RtmRTCommandTest, InterfaceColumnShowsTheInterfaceNameOrTbdForUnresolvedRows) {
     DcInterfaceMgr::GetInstance()->AddInterface(12, 3, "eth3",
-                                                static_cast<DcInterfaceMgr::IntfType>(0), 0, 0,
-                                                1);
+                                                static_cast<DcInterfaceMgr::IntfType>(0), 0, 0, 1);
     ASSERT_NE(Start<RtmRibCommand>(0, {}), nullptr);
     auto named = Ip4Row<amb_cipr_rtm_rib>(12, 10, 0, 8, 3);
     auto unresolved = Ip4Row<amb_cipr_rtm_rib>(12, 10, 1, 16, 3);
@@ -366,16 +336,15 @@ TEST_F(RtmRTCommandTest, InterfaceColumnShowsTheInterfaceNameOrTbdForUnresolvedR
     Answer(SMS_RC_ROW, &unknown);
     Answer(SMS_RC_END_OF_TABLE);
     const std::string tail = Right("192.168.1.1", 17);
-    EXPECT_EQ(console.Output(),
-              kIp4Header + "   12" + Right("10.0.0.0/8", 20) + tail + Right("eth3", 11) +
-                  Right("77", 11) + " static    \n" + "   12" + Right("10.1.0.0/16", 20) +
-                  tail + Right("TBD", 11) + Right("77", 11) + " static    \n" + "   12" +
-                  Right("10.2.0.0/16", 20) + tail + Right("lo", 11) + Right("77", 11) +
-                  " static    \n");
+    EXPECT_EQ(console.Output(), kIp4Header + "   12" + Right("10.0.0.0/8", 20) + tail +
+                                    Right("eth3", 11) + Right("77", 11) + " static    \n" +
+                                    "   12" + Right("10.1.0.0/16", 20) + tail + Right("TBD", 11) +
+                                    Right("77", 11) + " static    \n" + "   12" +
+                                    Right("10.2.0.0/16", 20) + tail + Right("lo", 11) +
+                                    Right("77", 11) + " static    \n");
 }
 
-TEST_F(RtmRTCommandTest, Ipv6ListingUsesColumns50And46Wide)
-{
+TEST_F(RtmRTCommandTest, Ipv6ListingUsesColumns50And46Wide) {
     ASSERT_NE(Start<RtmRibCommand>(41, {}), nullptr);
     amb_cipr_rtm_rib row;
     std::memset(&row, 0, sizeof(row));
@@ -399,8 +368,7 @@ TEST_F(RtmRTCommandTest, Ipv6ListingUsesColumns50And46Wide)
                                     " ospf      \n");
 }
 
-TEST_F(RtmRTCommandTest, Ipv6DestinationFilterComparesAllSixteenBytes)
-{
+TEST_F(RtmRTCommandTest, Ipv6DestinationFilterComparesAllSixteenBytes) {
     ASSERT_NE(Start<RtmRibCommand>(41, {"dest", "2001:db8::"}), nullptr);
     amb_cipr_rtm_rib match;
     std::memset(&match, 0, sizeof(match));
@@ -419,8 +387,7 @@ TEST_F(RtmRTCommandTest, Ipv6DestinationFilterComparesAllSixteenBytes)
     EXPECT_EQ(console.Output().find("2001:db8::1/64"), std::string::npos);
 }
 
-TEST_F(RtmRTCommandTest, CodesBeyondTheWordTablesPrintTheEmptyWord)
-{
+TEST_F(RtmRTCommandTest, CodesBeyondTheWordTablesPrintTheEmptyWord) {
     EXPECT_STREQ(RtmRibCommand::ProtoStr(17), "");
     EXPECT_STREQ(RtmRibCommand::ProtoStr(18), "");
     EXPECT_STREQ(RtmRibCommand::ProtoStr(1000), "");
@@ -435,11 +402,10 @@ TEST_F(RtmRTCommandTest, CodesBeyondTheWordTablesPrintTheEmptyWord)
               std::string::npos);
 }
 
-TEST_F(RtmRTCommandTest, WordTables)
-{
-    const char* const protocols[] = {"",   "other", "connnected", "static", "icmp", "", "",
-                                     "",   "rip",   "",           "",       "",     "", "ospf",
-                                     "bgp", "idpr", "",           ""};
+TEST_F(RtmRTCommandTest, WordTables) {
+    const char* const protocols[] = {"", "other", "connnected", "static", "icmp", "",
+                                     "", "",      "rip",        "",       "",     "",
+                                     "", "ospf",  "bgp",        "idpr",   "",     ""};
     for (unsigned long code = 0; code < 18; ++code) {
         EXPECT_STREQ(RtmRouteCommand::ProtoStr(code), protocols[code]) << code;
     }
@@ -449,8 +415,7 @@ TEST_F(RtmRTCommandTest, WordTables)
     }
 }
 
-TEST_F(RtmRTCommandTest, PassOverResponseKeepsTheCommandAlive)
-{
+TEST_F(RtmRTCommandTest, PassOverResponseKeepsTheCommandAlive) {
     ASSERT_NE(Start<RtmRibCommand>(0, {}), nullptr);
     EXPECT_EQ(Answer(SMS_RC_PASS_OVER), 1);
     EXPECT_EQ(Walks(), 1u);
@@ -460,8 +425,7 @@ TEST_F(RtmRTCommandTest, PassOverResponseKeepsTheCommandAlive)
     EXPECT_NE(console.Output().find("10.0.0.0/8"), std::string::npos);
 }
 
-TEST_F(RtmRTCommandTest, StackErrorPrintsItsWordAndEndsTheCommand)
-{
+TEST_F(RtmRTCommandTest, StackErrorPrintsItsWordAndEndsTheCommand) {
     ASSERT_NE(Start<RtmRouteCommand>(0, {}), nullptr);
     EXPECT_EQ(Answer(SMS_RC_GEN_ERROR), 0);
     EXPECT_EQ(console.Errors(), "Gen Error\n");
@@ -469,8 +433,7 @@ TEST_F(RtmRTCommandTest, StackErrorPrintsItsWordAndEndsTheCommand)
     EXPECT_EQ(Walks(), 0u);
 }
 
-TEST_F(RtmRTCommandTest, UnknownResponseCodePrintsNothingAndEndsTheCommand)
-{
+TEST_F(RtmRTCommandTest, UnknownResponseCodePrintsNothingAndEndsTheCommand) {
     ASSERT_NE(Start<RtmRouteCommand>(0, {}), nullptr);
     EXPECT_EQ(Answer(11), 0);
     EXPECT_EQ(console.All(), "");

@@ -21,29 +21,24 @@ namespace Zavrel::test {
 class LoopSockets : public DcSckInterface {
 public:
     explicit LoopSockets(VirtualEventLoop& loop) : m_loop(loop) {}
-    void RegisterSocket(int fd, int kind, int) override
-    {
-        m_loop.WatchFd(fd, Events(kind),
-                       [](int ready, int events) {
-                           DcRouterMgr::GetInstance()->SocketCallback(ready, events);
-                       });
+    void RegisterSocket(int fd, int kind, int) override {
+        m_loop.WatchFd(fd, Events(kind), [](int ready, int events) {
+            DcRouterMgr::GetInstance()->SocketCallback(ready, events);
+        });
         calls.push_back("register " + std::to_string(fd) + " " + std::to_string(kind));
     }
-    void UnregisterSocket(int fd, int) override
-    {
+    void UnregisterSocket(int fd, int) override {
         m_loop.UnwatchFd(fd);
         calls.push_back("unregister " + std::to_string(fd));
     }
-    void ChangeSocketMask(int fd, int kind) override
-    {
+    void ChangeSocketMask(int fd, int kind) override {
         m_loop.ChangeFd(fd, Events(kind));
         calls.push_back("mask " + std::to_string(fd) + " " + std::to_string(kind));
     }
     std::vector<std::string> calls;
 
 private:
-    static int Events(int kind)
-    {
+    static int Events(int kind) {
         return kind == 1 ? EventLoop::READABLE : kind == 2 ? EventLoop::WRITABLE : 0;
     }
     VirtualEventLoop& m_loop;
@@ -53,8 +48,7 @@ class E2eFixture : public EmulatedStackEnv {
 protected:
     class AppInterface : public DcIpInterface {};
 
-    void SetUp() override
-    {
+    void SetUp() override {
         EmulatedStackEnv::SetUp();
         mgr = DcRouterMgr::GetInstance();
         ASSERT_NE(mgr, nullptr);
@@ -62,15 +56,13 @@ protected:
         ASSERT_EQ(mgr->Initialize(5, &ip), 0);
     }
 
-    void TearDown() override
-    {
+    void TearDown() override {
         EXPECT_EQ(Emulator::BreachCount(), 0u) << ::testing::PrintToString(Emulator::Breaches());
         EmulatedStackEnv::TearDown();
     }
 
     // Configuration of the VLANs as the application delivers it.
-    void Reload(const std::string& json, const char* source = "vlans.json")
-    {
+    void Reload(const std::string& json, const char* source = "vlans.json") {
         Options options;
         ASSERT_TRUE(options.LoadFromText(string(json))) << options.Error().c_str();
         ASSERT_TRUE(mgr->Reload(options, source, DclConfigObject::OPTION_TYPE_VLAN));
@@ -80,8 +72,7 @@ protected:
     void Run(uint64_t ms = 1000) { loop.Advance(ms); }
 
     // One console command through a handler of the IPv4 table, run to its end.
-    std::string Ip4Command(const char* name, std::vector<std::string> words)
-    {
+    std::string Ip4Command(const char* name, std::vector<std::string> words) {
         CapturingConsole out(5);
         std::vector<char*> argv;
         for (auto& w : words) {
@@ -100,8 +91,7 @@ protected:
     // A console table command (rtm route, rtm rib, interface display) run
     // to its end; everything it printed, errors included.
     template <typename Command, typename... Args>
-    std::string RunCommand(std::vector<std::string> words, Args... args)
-    {
+    std::string RunCommand(std::vector<std::string> words, Args... args) {
         CapturingConsole out(5);
         std::vector<char*> argv;
         for (auto& w : words) {
@@ -117,8 +107,7 @@ protected:
     }
 
     // One table of the emulator's dump, without its heading.
-    static std::string Table(const std::string& heading)
-    {
+    static std::string Table(const std::string& heading) {
         const std::string dump = Emulator::DumpTables();
         size_t start = dump.find(heading + "\n");
         if (start == std::string::npos) {

@@ -28,24 +28,20 @@ const char kHeader[] =
 class RoutingE2eTest : public test::E2eFixture {
 protected:
     static DcInterfaceMgr& Intf() { return *DcInterfaceMgr::GetInstance(); }
-    static void AddEth0()
-    {
+    static void AddEth0() {
         Intf().AddInterface(5, 100, "eth0", DcInterfaceMgr::INTF_TYPE_ETHERNET, 0x18, 0, 1);
     }
-    static void AddEth0Address()
-    {
+    static void AddEth0Address() {
         Intf().AddIpAddress(5, 100, Ip4Addr(10, 0, 0, 1), Ip4Addr(255, 255, 255, 0));
     }
-    static void AddRouteVia(unsigned char a, unsigned char b, unsigned char c, unsigned char d)
-    {
+    static void AddRouteVia(unsigned char a, unsigned char b, unsigned char c, unsigned char d) {
         AddRoute(5, Ip4Addr(172, 16, 0, 0), Ip4Addr(255, 255, 0, 0), Ip4Addr(a, b, c, d), 0, 3,
                  0x30000, 1);
     }
     std::string Pending() { return Ip4Command("protocol", {"protocol", "pending-actions"}); }
 };
 
-TEST_F(RoutingE2eTest, StartedStackRegistersItsDescriptorWithTheApplication)
-{
+TEST_F(RoutingE2eTest, StartedStackRegistersItsDescriptorWithTheApplication) {
     Run();
     ASSERT_EQ(sockets.calls.size(), 1u);
     EXPECT_EQ(sockets.calls[0].rfind("register ", 0), 0u);
@@ -53,16 +49,18 @@ TEST_F(RoutingE2eTest, StartedStackRegistersItsDescriptorWithTheApplication)
     EXPECT_EQ(loop.WatchedFdCount(), 1u);
 }
 
-TEST_F(RoutingE2eTest, InterfacesAndAddressesReachTheInterfaceTablesOfBothInstances)
-{
+TEST_F(RoutingE2eTest, InterfacesAndAddressesReachTheInterfaceTablesOfBothInstances) {
     Reload(kVlan5);
     AddEth0();
     AddEth0Address();
-    Intf().AddIpAddress(5, 100, [] {
-        Ip6Addr a;
-        a.FromString(string("2001:db8::1"));
-        return a;
-    }(), 64);
+    Intf().AddIpAddress(
+        5, 100,
+        [] {
+            Ip6Addr a;
+            a.FromString(string("2001:db8::1"));
+            return a;
+        }(),
+        64);
     Run();
     EXPECT_EQ(Table("Interfaces:"),
               "5 100 eth0 up mtu 1500 flags 0x18 extra 0\n"
@@ -76,8 +74,7 @@ TEST_F(RoutingE2eTest, InterfacesAndAddressesReachTheInterfaceTablesOfBothInstan
               "32773 100 eth0 down mtu 1500 flags 0x0 extra 0\n");
 }
 
-TEST_F(RoutingE2eTest, StaticRouteWaitsWhileItsInstanceIsNotReadyThenIsInstalled)
-{
+TEST_F(RoutingE2eTest, StaticRouteWaitsWhileItsInstanceIsNotReadyThenIsInstalled) {
     AddEth0();
     AddEth0Address();
     AddRouteVia(10, 0, 0, 254);
@@ -88,12 +85,12 @@ TEST_F(RoutingE2eTest, StaticRouteWaitsWhileItsInstanceIsNotReadyThenIsInstalled
     Reload(kVlan5);
     Run();
     EXPECT_EQ(Emulator::RequestCount(RequestKind::Route), 1u);
-    EXPECT_EQ(Table("Static routes:"), "5 172.16.0.0/16 via 10.0.0.254 ifIndex 0 admin up metric 3\n");
+    EXPECT_EQ(Table("Static routes:"),
+              "5 172.16.0.0/16 via 10.0.0.254 ifIndex 0 admin up metric 3\n");
     EXPECT_EQ(Pending(), "");
 }
 
-TEST_F(RoutingE2eTest, StaticRouteFailedWithResult5IsRetriedUntilInstalled)
-{
+TEST_F(RoutingE2eTest, StaticRouteFailedWithResult5IsRetriedUntilInstalled) {
     Reload(kVlan5);
     Run();
     Emulator::FailNext(RequestKind::Route, 2, 5);
@@ -104,12 +101,12 @@ TEST_F(RoutingE2eTest, StaticRouteFailedWithResult5IsRetriedUntilInstalled)
     EXPECT_EQ(Emulator::AnswerCount(RequestKind::Route, 1), 1u);
     EXPECT_TRUE(trace.Contains(10, "Route Not programmed!!! Retrying...\n"));
     EXPECT_TRUE(trace.Contains(10, "Route Programmed Successfully\n"));
-    EXPECT_EQ(Table("Static routes:"), "5 172.16.0.0/16 via 10.0.0.254 ifIndex 0 admin up metric 3\n");
+    EXPECT_EQ(Table("Static routes:"),
+              "5 172.16.0.0/16 via 10.0.0.254 ifIndex 0 admin up metric 3\n");
     EXPECT_EQ(Pending(), "");
 }
 
-TEST_F(RoutingE2eTest, StaticRouteFailedWithResult3IsParked)
-{
+TEST_F(RoutingE2eTest, StaticRouteFailedWithResult3IsParked) {
     Reload(kVlan5);
     Run();
     Emulator::FailNext(RequestKind::Route, 1, 3);
@@ -125,8 +122,7 @@ TEST_F(RoutingE2eTest, StaticRouteFailedWithResult3IsParked)
               "\n");
 }
 
-TEST_F(RoutingE2eTest, RouteThroughAnUnknownNextHopIsUnresolvedUntilTheAddressComes)
-{
+TEST_F(RoutingE2eTest, RouteThroughAnUnknownNextHopIsUnresolvedUntilTheAddressComes) {
     Reload(kVlan5);
     AddEth0();
     AddRouteVia(10, 0, 0, 254);
@@ -146,8 +142,7 @@ TEST_F(RoutingE2eTest, RouteThroughAnUnknownNextHopIsUnresolvedUntilTheAddressCo
                   "End of table\n");
 }
 
-TEST_F(RoutingE2eTest, ConsoleCommandsPrintTheStacksTables)
-{
+TEST_F(RoutingE2eTest, ConsoleCommandsPrintTheStacksTables) {
     Reload(kVlan5);
     AddEth0();
     AddEth0Address();
@@ -176,8 +171,7 @@ TEST_F(RoutingE2eTest, ConsoleCommandsPrintTheStacksTables)
                   "End of table\n");
 }
 
-TEST_F(RoutingE2eTest, RedistributionRowsComeAndGoWithTheRoutersProfile)
-{
+TEST_F(RoutingE2eTest, RedistributionRowsComeAndGoWithTheRoutersProfile) {
     Reload(kVlan5);
     Run();
     EXPECT_EQ(Table("Redistribution:"),
@@ -185,8 +179,9 @@ TEST_F(RoutingE2eTest, RedistributionRowsComeAndGoWithTheRoutersProfile)
               "5 source 0x30000 destination 0x80000 admin up\n"
               "5 source 0xd0000 destination 0x80000 admin up\n");
 
-    Reload("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RIPV2\": {\"enabled\": 1, "
-           "\"REDISTRIBUTION\": {\"bgp\": 0, \"ospf\": 0}}}]}");
+    Reload(
+        "{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RIPV2\": {\"enabled\": 1, "
+        "\"REDISTRIBUTION\": {\"bgp\": 0, \"ospf\": 0}}}]}");
     Run();
     EXPECT_EQ(Table("Redistribution:"),
               "5 source 0x20000 destination 0x80000 admin up\n"
@@ -204,8 +199,7 @@ TEST_F(RoutingE2eTest, RedistributionRowsComeAndGoWithTheRoutersProfile)
 // Disabling the router queues Destroy entries into it, but an entry whose
 // receiving router is not ready is dropped while its RTM instance is known:
 // the destroys never reach the stack and its rows stay.
-TEST_F(RoutingE2eTest, DisablingTheReceivingRouterDropsItsDestroysAndLeavesTheRows)
-{
+TEST_F(RoutingE2eTest, DisablingTheReceivingRouterDropsItsDestroysAndLeavesTheRows) {
     Reload(kVlan5);
     Run();
     const uint64_t before = Emulator::RequestCount(RequestKind::Redistribution);

@@ -8,8 +8,8 @@
 #include <memory>
 
 #include "emulator/FibSink.h"
-#include "tests/emulator/FibValues.h"
 #include "tests/emulator/EmulatorFixture.h"
+#include "tests/emulator/FibValues.h"
 
 namespace Zavrel::test {
 namespace {
@@ -203,10 +203,11 @@ TEST_F(StackFibTest, WhatTheSinkSaysOfARouteIsShownWithItInTheTablesAndTheStatus
     Network(5, 100, "eth0", "10.0.0.1", 24);
     Route(1, 1, 5, "192.168.0.0", 16, "10.0.0.254");
     Side().RunScheduler();
-    EXPECT_EQ("> 5 10.0.0.0/24 via 0.0.0.0 ifIndex 100 connected distance 0 metric 0 age 0\n"
-              "> 5 192.168.0.0/16 via 10.0.0.254 ifIndex 100 static distance 1 metric 1 age 0 "
-              "kernel: refused for the test\n",
-              Stack().DumpRib());
+    EXPECT_EQ(
+        "> 5 10.0.0.0/24 via 0.0.0.0 ifIndex 100 connected distance 0 metric 0 age 0\n"
+        "> 5 192.168.0.0/16 via 10.0.0.254 ifIndex 100 static distance 1 metric 1 age 0 "
+        "kernel: refused for the test\n",
+        Stack().DumpRib());
     const Json::Value tables = Stack().TablesJson();
     ASSERT_EQ(2u, tables["rib"].size());
     EXPECT_FALSE(tables["rib"][0].isMember("forwarding"));

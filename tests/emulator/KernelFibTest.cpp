@@ -4,15 +4,15 @@
 #include <gtest/gtest.h>
 #include <net/if.h>
 
-#include <algorithm>
 #include <json/value.h>
+#include <algorithm>
 
 #include <memory>
 
 #include "emulator/KernelFib.h"
-#include "tests/emulator/FibValues.h"
 #include "support/testsupport/NetNamespace.h"
 #include "support/testsupport/TestEnv.h"
+#include "tests/emulator/FibValues.h"
 
 namespace Zavrel::test {
 namespace {
@@ -79,12 +79,14 @@ TEST_F(KernelFibTest, RoutesOfAVlanGoIntoItsTableWithOurProtocolAndPriority) {
     Install(10, "2001:db8:1::", 64, Via("::", veth0, RouteSource::Connected));
     Install(10, "2001:db8:99::", 48, Via("2001:db8:1::2", veth0));
     fib->Commit();
-    EXPECT_EQ("10.1.0.0/24 dev veth0 proto 201 scope 253 metric 20 \n"
-              "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n",
-              Table("-4", 10));
-    EXPECT_EQ("2001:db8:1::/64 dev veth0 proto 201 metric 20 pref medium\n"
-              "2001:db8:99::/48 via 2001:db8:1::2 dev veth0 proto 201 metric 20 pref medium\n",
-              Table("-6", 10));
+    EXPECT_EQ(
+        "10.1.0.0/24 dev veth0 proto 201 scope 253 metric 20 \n"
+        "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n",
+        Table("-4", 10));
+    EXPECT_EQ(
+        "2001:db8:1::/64 dev veth0 proto 201 metric 20 pref medium\n"
+        "2001:db8:99::/48 via 2001:db8:1::2 dev veth0 proto 201 metric 20 pref medium\n",
+        Table("-6", 10));
     EXPECT_EQ(4u, fib->GetCounters().written);
     EXPECT_EQ(1u, fib->GetCounters().batches);
 }
@@ -92,8 +94,7 @@ TEST_F(KernelFibTest, RoutesOfAVlanGoIntoItsTableWithOurProtocolAndPriority) {
 TEST_F(KernelFibTest, TablesAboveTheOldByteLimitWork) {
     Install(4094, "198.51.100.0", 24, Via("10.1.0.2", veth0));
     fib->Commit();
-    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n",
-              Table("-4", 4094));
+    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n", Table("-4", 4094));
 }
 
 TEST_F(KernelFibTest, AWithdrawnRouteLeavesTheKernelAndAChangedOneIsReplacedInPlace) {
@@ -110,8 +111,8 @@ TEST_F(KernelFibTest, AWithdrawnRouteLeavesTheKernelAndAChangedOneIsReplacedInPl
 
 TEST_F(KernelFibTest, ManyChangesGoInBatchesAndEveryAcknowledgementFindsItsRoute) {
     for (int i = 0; i < 600; ++i) {
-        const std::string destination = "172.16." + std::to_string(i / 256) + "." +
-                                         std::to_string(i % 256);
+        const std::string destination =
+            "172.16." + std::to_string(i / 256) + "." + std::to_string(i % 256);
         Install(10, destination.c_str(), 32, Via("10.1.0.2", veth0));
     }
     // One refusal in the middle names its own route.
@@ -178,9 +179,10 @@ TEST_F(KernelFibTest, ARouteDeletedFromOutsideIsPutBackAndCounted) {
     Shell("ip route del 198.51.100.0/24 table 10");
     fib->OnNotification();
     EXPECT_EQ(1u, fib->GetCounters().repaired);
-    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n"
-              "203.0.113.0/24 via 10.1.0.3 dev veth0 proto 4 \n",
-              Table("-4", 10));
+    EXPECT_EQ(
+        "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n"
+        "203.0.113.0/24 via 10.1.0.3 dev veth0 proto 4 \n",
+        Table("-4", 10));
 }
 
 TEST_F(KernelFibTest, ARouteReplacedFromOutsideIsPutBackAndOthersAreLeftAlone) {
@@ -192,9 +194,10 @@ TEST_F(KernelFibTest, ARouteReplacedFromOutsideIsPutBackAndOthersAreLeftAlone) {
     Shell("ip -6 route del 2001:db8:99::/48 table 10");
     fib->OnNotification();
     EXPECT_EQ(2u, fib->GetCounters().repaired);
-    EXPECT_EQ("198.51.100.0/24 via 10.1.0.7 dev veth0 proto 4 metric 5 \n"
-              "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n",
-              Table("-4", 10));
+    EXPECT_EQ(
+        "198.51.100.0/24 via 10.1.0.7 dev veth0 proto 4 metric 5 \n"
+        "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n",
+        Table("-4", 10));
     EXPECT_EQ("2001:db8:99::/48 via 2001:db8:1::2 dev veth0 proto 201 metric 20 pref medium\n",
               Table("-6", 10));
 }
@@ -234,22 +237,22 @@ TEST_F(KernelFibTest, ARestartKeepsWhatIsStillWantedAndRemovesTheRestWithoutAFla
     EXPECT_EQ(1u, fib->GetCounters().released);
 
     std::vector<std::string> seen;
-    watcher.ReadEvents([&](Emulator::RouteNetlink::Event event,
-                           const Emulator::KernelRoute* route, uint32_t) {
+    watcher.ReadEvents([&](Emulator::RouteNetlink::Event event, const Emulator::KernelRoute* route,
+                           uint32_t) {
         if (route != nullptr) {
-            seen.push_back(std::string(event == Emulator::RouteNetlink::Event::RouteAdded
-                                           ? "add "
-                                           : "del ") +
-                           route->destination.ToString() + "/" +
-                           std::to_string(route->prefixLength) + " table " +
-                           std::to_string(route->table));
+            seen.push_back(
+                std::string(event == Emulator::RouteNetlink::Event::RouteAdded ? "add " : "del ") +
+                route->destination.ToString() + "/" + std::to_string(route->prefixLength) +
+                " table " + std::to_string(route->table));
         }
     });
-    EXPECT_EQ(std::vector<std::string>({"add 203.0.113.0/24 table 10", "del 192.0.2.0/24 table 20"}),
-              seen);
-    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n"
-              "203.0.113.0/24 via 10.1.0.3 dev veth0 proto 201 metric 20 \n",
-              Table("-4", 10));
+    EXPECT_EQ(
+        std::vector<std::string>({"add 203.0.113.0/24 table 10", "del 192.0.2.0/24 table 20"}),
+        seen);
+    EXPECT_EQ(
+        "198.51.100.0/24 via 10.1.0.2 dev veth0 proto 201 metric 20 \n"
+        "203.0.113.0/24 via 10.1.0.3 dev veth0 proto 201 metric 20 \n",
+        Table("-4", 10));
     EXPECT_EQ("", Table("-4", 20));
 }
 
@@ -258,18 +261,18 @@ TEST_F(KernelFibTest, RoutesOfOtherProtocolsAreNeverAdopted) {
     fib = Open();
     EXPECT_EQ(0u, fib->AdoptedCount());
     fib->ReleaseAdopted();
-    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 4 metric 20 \n",
-              Table("-4", 10));
+    EXPECT_EQ("198.51.100.0/24 via 10.1.0.2 dev veth0 proto 4 metric 20 \n", Table("-4", 10));
 }
 
 TEST_F(KernelFibTest, TheStatusLineCountsWhatHappened) {
     Install(10, "198.51.100.0", 24, Via("10.1.0.2", veth0));
     Install(10, "192.0.2.0", 24, Via("10.2.0.2", 0));
     fib->Commit();
-    EXPECT_EQ("Kernel forwarding: protocol 201, priority 20; written 1, removed 0, refused 1 "
-              "(1 waiting), repaired 0; adopted 0 (kept 0, released 0, 0 undecided); batches 1, "
-              "resyncs 0\n",
-              fib->StatusText());
+    EXPECT_EQ(
+        "Kernel forwarding: protocol 201, priority 20; written 1, removed 0, refused 1 "
+        "(1 waiting), repaired 0; adopted 0 (kept 0, released 0, 0 undecided); batches 1, "
+        "resyncs 0\n",
+        fib->StatusText());
     Json::Value status;
     fib->StatusJson(status);
     const Json::Value& kernel = status["kernelForwarding"];

@@ -14,32 +14,28 @@ using test::RecordingStack;
 
 class IPv4AddressActionTest : public test::RecordingStackEnv {};
 
-TEST_F(IPv4AddressActionTest, SendsTheAddressWithTheVlanAndPrefixLengthOfTheMask)
-{
+TEST_F(IPv4AddressActionTest, SendsTheAddressWithTheVlanAndPrefixLengthOfTheMask) {
     IPv4AddressAction action(1, 5, 100, Ip4Addr(10, 0, 0, 1), Ip4Addr(255, 255, 255, 0));
     action.IssueReq(false);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_act_ipaddr(1, 5, 1, 100, 10.0.0.1, 24)"});
 }
 
-TEST_F(IPv4AddressActionTest, NonContiguousMaskCountsItsBits)
-{
+TEST_F(IPv4AddressActionTest, NonContiguousMaskCountsItsBits) {
     IPv4AddressAction action(1, 5, 100, Ip4Addr(10, 0, 0, 1), Ip4Addr(255, 0, 255, 0));
     action.IssueReq(false);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_act_ipaddr(1, 5, 1, 100, 10.0.0.1, 16)"});
 }
 
-TEST_F(IPv4AddressActionTest, UsesTheSameCallInsideTheStackContext)
-{
+TEST_F(IPv4AddressActionTest, UsesTheSameCallInsideTheStackContext) {
     IPv4AddressAction action(6, 7, 3, Ip4Addr(192, 168, 0, 9), Ip4Addr(255, 255, 0, 0));
     action.IssueReq(true);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_act_ipaddr(6, 7, 1, 3, 192.168.0.9, 16)"});
 }
 
-TEST_F(IPv4AddressActionTest, TracesTheRequestAtLevelFive)
-{
+TEST_F(IPv4AddressActionTest, TracesTheRequestAtLevelFive) {
     IPv4AddressAction action(1, 5, 100, Ip4Addr(10, 0, 0, 1), Ip4Addr(255, 255, 255, 0));
     action.IssueReq(false);
     action.IssueReq(true);
@@ -51,8 +47,7 @@ TEST_F(IPv4AddressActionTest, TracesTheRequestAtLevelFive)
                   "address = 10.0.0.1\n"}));
 }
 
-TEST_F(IPv4AddressActionTest, DefaultActionIsAllZero)
-{
+TEST_F(IPv4AddressActionTest, DefaultActionIsAllZero) {
     IPv4AddressAction action;
     EXPECT_STREQ(action.name, "IPv4AddressAction");
     EXPECT_EQ(action.RowStatus(), 0);

@@ -16,25 +16,22 @@ using test::RecordingStack;
 
 class InterfaceActionTest : public test::RecordingStackEnv {};
 
-TEST_F(InterfaceActionTest, OutsideTheStackContextUsesTheActionCall)
-{
+TEST_F(InterfaceActionTest, OutsideTheStackContextUsesTheActionCall) {
     InterfaceAction action(4, 1, 5, 100, "eth0", 0, 24, 3);
     action.IssueReq(false);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_act_interface(4, 1, 5, 100, \"eth0\", 0, 24, 3)"});
 }
 
-TEST_F(InterfaceActionTest, InsideTheStackContextBuildsTheTestRequestWithTheSameArguments)
-{
+TEST_F(InterfaceActionTest, InsideTheStackContextBuildsTheTestRequestWithTheSameArguments) {
     InterfaceAction action(1, 2, 32773, 100, "eth0", 7, 8, 9);
     action.IssueReq(true);
-    EXPECT_EQ(RecordingStack::Instance().Requests(),
-              std::vector<std::string>{
-                  "sms_bld_amb_test_i3_ei(1, 2, 32773, 100, \"eth0\", 7, 8, 9)"});
+    EXPECT_EQ(
+        RecordingStack::Instance().Requests(),
+        std::vector<std::string>{"sms_bld_amb_test_i3_ei(1, 2, 32773, 100, \"eth0\", 7, 8, 9)"});
 }
 
-TEST_F(InterfaceActionTest, TracesTheRequestAtLevelFive)
-{
+TEST_F(InterfaceActionTest, TracesTheRequestAtLevelFive) {
     InterfaceAction action(4, 1, 5, 100, "eth0", 0, 24, 0);
     action.IssueReq(true);
     EXPECT_EQ(trace.Texts(5),
@@ -42,8 +39,7 @@ TEST_F(InterfaceActionTest, TracesTheRequestAtLevelFive)
                                        "oper_status = 1 vlan = 5 if_index = 100 if_name = eth0\n"});
 }
 
-TEST_F(InterfaceActionTest, FullConstructorIsNamedUnknownAndDefaultOneInterfaceAction)
-{
+TEST_F(InterfaceActionTest, FullConstructorIsNamedUnknownAndDefaultOneInterfaceAction) {
     InterfaceAction full(4, 1, 5, 100, "eth0", 0, 24, 0);
     EXPECT_STREQ(full.name, "unknown");
     InterfaceAction empty;
@@ -58,8 +54,7 @@ TEST_F(InterfaceActionTest, FullConstructorIsNamedUnknownAndDefaultOneInterfaceA
     EXPECT_EQ(empty.Extra(), 0u);
 }
 
-TEST_F(InterfaceActionTest, FullConstructorShowsUnknownAsItsNameInSerializerTraces)
-{
+TEST_F(InterfaceActionTest, FullConstructorShowsUnknownAsItsNameInSerializerTraces) {
     Serializer serializer;
     serializer.TraceSet().SelectAll();
     const unsigned long components[] = {1, 3, 6};
@@ -73,8 +68,7 @@ TEST_F(InterfaceActionTest, FullConstructorShowsUnknownAsItsNameInSerializerTrac
     EXPECT_TRUE(found);
 }
 
-TEST_F(InterfaceActionTest, NameOfExactly255CharactersIsKeptWhole)
-{
+TEST_F(InterfaceActionTest, NameOfExactly255CharactersIsKeptWhole) {
     const std::string name(255, 'n');
     InterfaceAction action(4, 1, 5, 100, name.c_str(), 0, 0, 0);
     EXPECT_EQ(std::string(action.IfName()), name);
@@ -82,8 +76,7 @@ TEST_F(InterfaceActionTest, NameOfExactly255CharactersIsKeptWhole)
 
 // A name that does not fit the 256-byte buffer is cut to 255 characters and
 // stays terminated, instead of running past the buffer.
-TEST_F(InterfaceActionTest, LongerNameIsCutTo255CharactersAndTerminated)
-{
+TEST_F(InterfaceActionTest, LongerNameIsCutTo255CharactersAndTerminated) {
     const std::string name(300, 'x');
     InterfaceAction action(4, 1, 5, 100, name.c_str(), 0, 0, 0);
     EXPECT_EQ(std::string(action.IfName()), std::string(255, 'x'));
@@ -93,8 +86,7 @@ TEST_F(InterfaceActionTest, LongerNameIsCutTo255CharactersAndTerminated)
                                        std::string(255, 'x') + "\", 0, 0, 0)"});
 }
 
-TEST_F(InterfaceActionTest, NullNameIsTakenAsEmpty)
-{
+TEST_F(InterfaceActionTest, NullNameIsTakenAsEmpty) {
     InterfaceAction action(6, 2, 5, 100, nullptr, 0, 0, 0);
     EXPECT_STREQ(action.IfName(), "");
     action.IssueReq(false);
@@ -102,8 +94,7 @@ TEST_F(InterfaceActionTest, NullNameIsTakenAsEmpty)
               std::vector<std::string>{"sms_act_interface(6, 2, 5, 100, \"\", 0, 0, 0)"});
 }
 
-TEST_F(InterfaceActionTest, ReturnsTheStackResultUnexamined)
-{
+TEST_F(InterfaceActionTest, ReturnsTheStackResultUnexamined) {
     RecordingStack::Instance().SetResult("sms_bld_amb_test_i3_ei", 3);
     InterfaceAction action(4, 1, 5, 100, "eth0", 0, 0, 0);
     EXPECT_EQ(action.IssueReq(true), 3ul);

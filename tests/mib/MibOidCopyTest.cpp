@@ -12,8 +12,7 @@ namespace {
 
 class MibOidCopyTest : public test::TestEnv {
 protected:
-    static std::vector<unsigned long> Sequence(unsigned long count, unsigned long first)
-    {
+    static std::vector<unsigned long> Sequence(unsigned long count, unsigned long first) {
         std::vector<unsigned long> components;
         for (unsigned long i = 0; i < count; ++i) {
             components.push_back(first + i);
@@ -22,8 +21,7 @@ protected:
     }
 };
 
-TEST_F(MibOidCopyTest, LongIdentifierCopiesKeepEveryComponent)
-{
+TEST_F(MibOidCopyTest, LongIdentifierCopiesKeepEveryComponent) {
     const std::vector<unsigned long> components = Sequence(64, 1);
     const MibOid original(components.data(), components.size());
     const MibOid copy(original);
@@ -37,8 +35,7 @@ TEST_F(MibOidCopyTest, LongIdentifierCopiesKeepEveryComponent)
     EXPECT_EQ(original.ToString(), copy.ToString());
 }
 
-TEST_F(MibOidCopyTest, AssigningAShortIdentifierOverALongOneClearsTheOldTail)
-{
+TEST_F(MibOidCopyTest, AssigningAShortIdentifierOverALongOneClearsTheOldTail) {
     const std::vector<unsigned long> longer = Sequence(100, 7);
     MibOid target(longer.data(), longer.size());
     const unsigned long shorter[] = {3, 4};
@@ -52,8 +49,7 @@ TEST_F(MibOidCopyTest, AssigningAShortIdentifierOverALongOneClearsTheOldTail)
     EXPECT_EQ("3:4", target.ToString());
 }
 
-TEST_F(MibOidCopyTest, CopyKeepsComponentsPastTheLengthLeftBySetOid)
-{
+TEST_F(MibOidCopyTest, CopyKeepsComponentsPastTheLengthLeftBySetOid) {
     const std::vector<unsigned long> longer = Sequence(40, 1);
     MibOid oid(longer.data(), longer.size());
     const unsigned long shorter[] = {9};
@@ -66,8 +62,7 @@ TEST_F(MibOidCopyTest, CopyKeepsComponentsPastTheLengthLeftBySetOid)
     EXPECT_EQ(0ul, copy[40]);
 }
 
-TEST_F(MibOidCopyTest, MovedIdentifierKeepsItsValue)
-{
+TEST_F(MibOidCopyTest, MovedIdentifierKeepsItsValue) {
     const std::vector<unsigned long> components = Sequence(50, 100);
     MibOid source(components.data(), components.size());
     const std::string text = source.ToString().c_str();
@@ -80,8 +75,7 @@ TEST_F(MibOidCopyTest, MovedIdentifierKeepsItsValue)
     EXPECT_EQ(149ul, assigned[49]);
 }
 
-TEST_F(MibOidCopyTest, NullSetOidGrowingTheLengthReadsZerosBeyondWhatWasWritten)
-{
+TEST_F(MibOidCopyTest, NullSetOidGrowingTheLengthReadsZerosBeyondWhatWasWritten) {
     const unsigned long two[] = {5, 6};
     MibOid oid(two, 2);
     oid.SetOid(nullptr, 200);

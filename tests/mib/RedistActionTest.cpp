@@ -14,24 +14,21 @@ using test::RecordingStack;
 
 class RedistActionTest : public test::RecordingStackEnv {};
 
-TEST_F(RedistActionTest, OutsideTheStackContextPassesSourceBeforeDestination)
-{
+TEST_F(RedistActionTest, OutsideTheStackContextPassesSourceBeforeDestination) {
     RedistAction action(1, 1, 3, 0x80000, 7, 5, 99);
     action.IssueReq(false);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_act_cipr_redist(1, 1, 3, 524288, 5, 0)"});
 }
 
-TEST_F(RedistActionTest, InsideTheStackContextPassesTheInstanceFirstAndDestinationBeforeSource)
-{
+TEST_F(RedistActionTest, InsideTheStackContextPassesTheInstanceFirstAndDestinationBeforeSource) {
     RedistAction action(6, 2, 3, 0xd0000, 7, 32773, 99);
     action.IssueReq(true);
     EXPECT_EQ(RecordingStack::Instance().Requests(),
               std::vector<std::string>{"sms_bld_amb_test_cipr_redist(32773, 6, 2, 851968, 3, 0)"});
 }
 
-TEST_F(RedistActionTest, TracesThePriorityButSendsItNowhere)
-{
+TEST_F(RedistActionTest, TracesThePriorityButSendsItNowhere) {
     RedistAction action(1, 1, 3, 0x80000, 4242, 5, 99);
     action.IssueReq(false);
     action.IssueReq(true);
@@ -46,8 +43,7 @@ TEST_F(RedistActionTest, TracesThePriorityButSendsItNowhere)
     }
 }
 
-TEST_F(RedistActionTest, DefaultActionIsZeroButForVlanOne)
-{
+TEST_F(RedistActionTest, DefaultActionIsZeroButForVlanOne) {
     RedistAction action;
     EXPECT_STREQ(action.name, "RedistAction");
     EXPECT_EQ(action.RowStatus(), 0);
@@ -59,8 +55,7 @@ TEST_F(RedistActionTest, DefaultActionIsZeroButForVlanOne)
     EXPECT_EQ(action.Extra(), 0ul);
 }
 
-TEST_F(RedistActionTest, KeepsTheLastValueWithoutSendingIt)
-{
+TEST_F(RedistActionTest, KeepsTheLastValueWithoutSendingIt) {
     RedistAction action(1, 1, 3, 0x80000, 0, 5, 12345);
     EXPECT_EQ(action.Extra(), 12345ul);
     action.IssueReq(false);

@@ -16,8 +16,7 @@ using test::RecordingStack;
 
 class RouteActionTest : public test::RecordingStackEnv {
 protected:
-    static CfgRouteEntry Ip4Entry()
-    {
+    static CfgRouteEntry Ip4Entry() {
         CfgRouteEntry entry;
         std::memset(&entry, 0, sizeof(entry));
         entry.family = 1;
@@ -35,8 +34,7 @@ protected:
         return entry;
     }
 
-    static CfgRouteEntry Ip6Entry(int family)
-    {
+    static CfgRouteEntry Ip6Entry(int family) {
         CfgRouteEntry entry;
         std::memset(&entry, 0, sizeof(entry));
         entry.family = family;
@@ -57,8 +55,7 @@ protected:
     }
 };
 
-TEST_F(RouteActionTest, IssuedAtInsertionSendsTheRouteWithFirstArgumentOne)
-{
+TEST_F(RouteActionTest, IssuedAtInsertionSendsTheRouteWithFirstArgumentOne) {
     CfgRouteEntry entry = Ip4Entry();
     RouteAction action(entry, 5);
     action.IssueReq(false);
@@ -67,8 +64,7 @@ TEST_F(RouteActionTest, IssuedAtInsertionSendsTheRouteWithFirstArgumentOne)
                   "sms_update_route(1, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)"});
 }
 
-TEST_F(RouteActionTest, IssuedFromTheQueueSendsTheRouteWithFirstArgumentZero)
-{
+TEST_F(RouteActionTest, IssuedFromTheQueueSendsTheRouteWithFirstArgumentZero) {
     CfgRouteEntry entry = Ip4Entry();
     RouteAction action(entry, 5);
     action.IssueReq(true);
@@ -77,8 +73,7 @@ TEST_F(RouteActionTest, IssuedFromTheQueueSendsTheRouteWithFirstArgumentZero)
                   "sms_update_route(0, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)"});
 }
 
-TEST_F(RouteActionTest, TracesTheRouteAtLevelFiveBeforeTheCall)
-{
+TEST_F(RouteActionTest, TracesTheRouteAtLevelFiveBeforeTheCall) {
     CfgRouteEntry entry = Ip4Entry();
     RouteAction action(entry, 5);
     action.IssueReq(false);
@@ -88,8 +83,7 @@ TEST_F(RouteActionTest, TracesTheRouteAtLevelFiveBeforeTheCall)
                   "path_type = 196608 row status = 1 admin_status = 1\n"});
 }
 
-TEST_F(RouteActionTest, FamilyOneAsksForTheIpv4InstanceOfTheVlan)
-{
+TEST_F(RouteActionTest, FamilyOneAsksForTheIpv4InstanceOfTheVlan) {
     CfgRouteEntry entry = Ip4Entry();
     RouteAction action(entry, 12);
     action.IssueReq(false);
@@ -98,8 +92,7 @@ TEST_F(RouteActionTest, FamilyOneAsksForTheIpv4InstanceOfTheVlan)
               "sms_update_route(1, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 12, 3)");
 }
 
-TEST_F(RouteActionTest, AnyOtherFamilyAsksForTheIpv6InstanceOfTheVlan)
-{
+TEST_F(RouteActionTest, AnyOtherFamilyAsksForTheIpv6InstanceOfTheVlan) {
     for (int family : {2, 10}) {
         RecordingStack::Instance().Reset();
         trace.Clear();
@@ -116,8 +109,7 @@ TEST_F(RouteActionTest, AnyOtherFamilyAsksForTheIpv6InstanceOfTheVlan)
     }
 }
 
-TEST_F(RouteActionTest, KeepsTheLow16BitsOfTheVlan)
-{
+TEST_F(RouteActionTest, KeepsTheLow16BitsOfTheVlan) {
     CfgRouteEntry entry = Ip4Entry();
     RouteAction action(entry, 0x10005);
     EXPECT_EQ(action.Vlan(), 5);
@@ -126,8 +118,7 @@ TEST_F(RouteActionTest, KeepsTheLow16BitsOfTheVlan)
               "sms_update_route(1, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)");
 }
 
-TEST_F(RouteActionTest, CopiesOnlyFourAddressBytesForFamilyOne)
-{
+TEST_F(RouteActionTest, CopiesOnlyFourAddressBytesForFamilyOne) {
     CfgRouteEntry entry = Ip4Entry();
     std::memset(entry.destination + 4, 0xee, 12);
     std::memset(entry.nextHop + 4, 0xee, 12);
@@ -140,8 +131,7 @@ TEST_F(RouteActionTest, CopiesOnlyFourAddressBytesForFamilyOne)
     EXPECT_EQ(action.Entry().nextHop[3], 1);
 }
 
-TEST_F(RouteActionTest, CopiesEveryFieldOfTheEntry)
-{
+TEST_F(RouteActionTest, CopiesEveryFieldOfTheEntry) {
     CfgRouteEntry entry = Ip6Entry(2);
     entry.reserved = 77;
     RouteAction action(entry, 9);
@@ -157,8 +147,7 @@ TEST_F(RouteActionTest, CopiesEveryFieldOfTheEntry)
     EXPECT_EQ(action.Entry().adminStatus, 2);
 }
 
-TEST_F(RouteActionTest, IsNamedAfterItsClass)
-{
+TEST_F(RouteActionTest, IsNamedAfterItsClass) {
     CfgRouteEntry entry = Ip4Entry();
     RouteAction action(entry, 5);
     EXPECT_STREQ(action.name, "RouteAction");
@@ -167,8 +156,7 @@ TEST_F(RouteActionTest, IsNamedAfterItsClass)
     EXPECT_EQ(empty.Vlan(), 0);
 }
 
-TEST_F(RouteActionTest, ReturnsTheStackResultUnexamined)
-{
+TEST_F(RouteActionTest, ReturnsTheStackResultUnexamined) {
     RecordingStack::Instance().SetResult("sms_update_route", 42);
     CfgRouteEntry entry = Ip4Entry();
     RouteAction action(entry, 5);

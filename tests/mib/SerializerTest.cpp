@@ -21,12 +21,9 @@ const char REMOVE_SIG[] = "void Zavrel::Serializer::Remove(const Zavrel::MibOid&
 class LoggingAction : public MibAction {
 public:
     LoggingAction(std::vector<std::string>& log, std::string id)
-        : MibAction("LoggingAction"), m_log(log), m_id(std::move(id))
-    {
-    }
+        : MibAction("LoggingAction"), m_log(log), m_id(std::move(id)) {}
     ~LoggingAction() override { m_log.push_back("destroy " + m_id); }
-    unsigned long IssueReq(bool shared_context) override
-    {
+    unsigned long IssueReq(bool shared_context) override {
         m_log.push_back("issue " + m_id + (shared_context ? " shared" : " app"));
         if (onIssue) {
             onIssue();
@@ -43,18 +40,15 @@ private:
 
 class SerializerTest : public test::TestEnv {
 protected:
-    static MibOid Oid(std::vector<unsigned long> components)
-    {
+    static MibOid Oid(std::vector<unsigned long> components) {
         return MibOid(components.data(), components.size());
     }
     LoggingAction* Action(const std::string& id) { return new LoggingAction(log, id); }
-    int Complete(const MibOid& oid)
-    {
+    int Complete(const MibOid& oid) {
         std::vector<unsigned long> components(oid.Components(), oid.Components() + oid.Length());
         return serializer.RunPendingAction(components.data(), components.size());
     }
-    std::vector<std::string> Issued() const
-    {
+    std::vector<std::string> Issued() const {
         std::vector<std::string> issued;
         for (const std::string& line : log) {
             if (line.rfind("issue ", 0) == 0) {
@@ -63,16 +57,14 @@ protected:
         }
         return issued;
     }
-    std::vector<std::string> QueueTexts() const
-    {
+    std::vector<std::string> QueueTexts() const {
         std::vector<std::string> texts;
         for (const MibOid& oid : serializer.ActionsQueue()) {
             texts.push_back(oid.ToString().str());
         }
         return texts;
     }
-    int RunConsole(std::vector<std::string> words)
-    {
+    int RunConsole(std::vector<std::string> words) {
         std::vector<char*> argv;
         for (std::string& word : words) {
             argv.push_back(&word[0]);
@@ -91,8 +83,7 @@ protected:
     Serializer serializer;
 };
 
-TEST_F(SerializerTest, ThreeActionsOnOneOidAreIssuedOneAfterEachCompletion)
-{
+TEST_F(SerializerTest, ThreeActionsOnOneOidAreIssuedOneAfterEachCompletion) {
     serializer.RunPendingActions();
     MibOid oid = Oid({1, 3, 6, 1});
     serializer.Insert(oid, Action("a"));
@@ -114,15 +105,13 @@ TEST_F(SerializerTest, ThreeActionsOnOneOidAreIssuedOneAfterEachCompletion)
     EXPECT_EQ(3u, Issued().size());
 }
 
-TEST_F(SerializerTest, IssuedActionIsDestroyedRightAfterItsRequest)
-{
+TEST_F(SerializerTest, IssuedActionIsDestroyedRightAfterItsRequest) {
     serializer.RunPendingActions();
     serializer.Insert(Oid({1}), Action("a"));
     EXPECT_EQ(std::vector<std::string>({"issue a app", "destroy a"}), log);
 }
 
-TEST_F(SerializerTest, ActionsInsertedBeforeReadyAreHeldThenIssuedOnePerOidInInsertionOrder)
-{
+TEST_F(SerializerTest, ActionsInsertedBeforeReadyAreHeldThenIssuedOnePerOidInInsertionOrder) {
     MibOid later = Oid({9, 9});
     MibOid earlier = Oid({1, 1});
     serializer.Insert(later, Action("later1"));
@@ -134,14 +123,12 @@ TEST_F(SerializerTest, ActionsInsertedBeforeReadyAreHeldThenIssuedOnePerOidInIns
 
     serializer.RunPendingActions();
     EXPECT_TRUE(serializer.IsReady());
-    EXPECT_EQ(std::vector<std::string>({"issue later1 shared", "issue earlier1 shared"}),
-              Issued());
+    EXPECT_EQ(std::vector<std::string>({"issue later1 shared", "issue earlier1 shared"}), Issued());
     EXPECT_EQ(2u, serializer.PendingActionCount(later));
     EXPECT_EQ(2u, serializer.PendingActionCount(earlier));
 }
 
-TEST_F(SerializerTest, SecondRunPendingActionsDoesNotReissueOutstandingHeads)
-{
+TEST_F(SerializerTest, SecondRunPendingActionsDoesNotReissueOutstandingHeads) {
     MibOid oid = Oid({5});
     serializer.Insert(oid, Action("a"));
     serializer.Insert(oid, Action("b"));
@@ -150,8 +137,7 @@ TEST_F(SerializerTest, SecondRunPendingActionsDoesNotReissueOutstandingHeads)
     EXPECT_EQ(std::vector<std::string>({"issue a shared"}), Issued());
 }
 
-TEST_F(SerializerTest, CompletionWhileNotReadyPopsTheHeadAndIssuesNothing)
-{
+TEST_F(SerializerTest, CompletionWhileNotReadyPopsTheHeadAndIssuesNothing) {
     MibOid oid = Oid({2, 2});
     serializer.Insert(oid, Action("a"));
     serializer.Insert(oid, Action("b"));
@@ -165,8 +151,7 @@ TEST_F(SerializerTest, CompletionWhileNotReadyPopsTheHeadAndIssuesNothing)
     EXPECT_EQ(std::vector<std::string>({"issue b shared"}), Issued());
 }
 
-TEST_F(SerializerTest, CompletionForUnknownOidIsIgnored)
-{
+TEST_F(SerializerTest, CompletionForUnknownOidIsIgnored) {
     serializer.RunPendingActions();
     serializer.Insert(Oid({1}), Action("a"));
     EXPECT_EQ(0, Complete(Oid({2})));
@@ -174,8 +159,7 @@ TEST_F(SerializerTest, CompletionForUnknownOidIsIgnored)
     EXPECT_EQ(0, serializer.Send(Oid({3})));
 }
 
-TEST_F(SerializerTest, NullActionOnlyCreatesTheEntry)
-{
+TEST_F(SerializerTest, NullActionOnlyCreatesTheEntry) {
     serializer.RunPendingActions();
     MibOid oid = Oid({4, 4});
     serializer.Insert(oid, nullptr);
@@ -188,8 +172,7 @@ TEST_F(SerializerTest, NullActionOnlyCreatesTheEntry)
     EXPECT_EQ(std::vector<std::string>({"issue a app"}), Issued());
 }
 
-TEST_F(SerializerTest, CompletionOfAnEmptyEntryForgetsTheOid)
-{
+TEST_F(SerializerTest, CompletionOfAnEmptyEntryForgetsTheOid) {
     MibOid oid = Oid({4, 4});
     serializer.Insert(oid, nullptr);
     serializer.Remove(oid);
@@ -197,8 +180,7 @@ TEST_F(SerializerTest, CompletionOfAnEmptyEntryForgetsTheOid)
     EXPECT_TRUE(serializer.ActionsQueue().empty());
 }
 
-TEST_F(SerializerTest, SendIssuesAWaitingHeadFromTheStackSide)
-{
+TEST_F(SerializerTest, SendIssuesAWaitingHeadFromTheStackSide) {
     MibOid oid = Oid({8});
     serializer.Insert(oid, Action("a"));
     EXPECT_EQ(0, serializer.Send(oid));  // not ready yet
@@ -207,8 +189,7 @@ TEST_F(SerializerTest, SendIssuesAWaitingHeadFromTheStackSide)
     EXPECT_EQ(std::vector<std::string>({"issue a shared"}), Issued());
 }
 
-TEST_F(SerializerTest, IssueMibRequestWithNullOrBeforeReadyDoesNothing)
-{
+TEST_F(SerializerTest, IssueMibRequestWithNullOrBeforeReadyDoesNothing) {
     EXPECT_EQ(0, serializer.IssueMibRequest(nullptr, true));
     LoggingAction* action = Action("a");
     EXPECT_EQ(0, serializer.IssueMibRequest(action, true));
@@ -219,8 +200,7 @@ TEST_F(SerializerTest, IssueMibRequestWithNullOrBeforeReadyDoesNothing)
     EXPECT_EQ(std::vector<std::string>({"issue a app", "destroy a"}), log);
 }
 
-TEST_F(SerializerTest, QueueKeepsOrderOfFirstInsertionAndForgottenOidsRejoinAtTheEnd)
-{
+TEST_F(SerializerTest, QueueKeepsOrderOfFirstInsertionAndForgottenOidsRejoinAtTheEnd) {
     serializer.RunPendingActions();
     serializer.Insert(Oid({3}), Action("a"));
     serializer.Insert(Oid({1}), Action("b"));
@@ -232,8 +212,7 @@ TEST_F(SerializerTest, QueueKeepsOrderOfFirstInsertionAndForgottenOidsRejoinAtTh
     EXPECT_EQ(std::vector<std::string>({"1", "2", "3"}), QueueTexts());
 }
 
-TEST_F(SerializerTest, CompletionClipsTheGivenOidTo130Components)
-{
+TEST_F(SerializerTest, CompletionClipsTheGivenOidTo130Components) {
     serializer.RunPendingActions();
     std::vector<unsigned long> components(200, 3);
     MibOid clipped(components.data(), components.size());
@@ -242,8 +221,7 @@ TEST_F(SerializerTest, CompletionClipsTheGivenOidTo130Components)
     EXPECT_EQ(0u, serializer.PendingOidCount());
 }
 
-TEST_F(SerializerTest, CompletionReportedFromInsideTheRequestIsHandledSafely)
-{
+TEST_F(SerializerTest, CompletionReportedFromInsideTheRequestIsHandledSafely) {
     serializer.RunPendingActions();
     MibOid oid = Oid({6, 6});
     LoggingAction* first = Action("a");
@@ -255,8 +233,7 @@ TEST_F(SerializerTest, CompletionReportedFromInsideTheRequestIsHandledSafely)
     EXPECT_EQ(1u, serializer.PendingActionCount(oid));
 }
 
-TEST_F(SerializerTest, ResetForgetsEverythingDestroysWaitingActionsAndKeepsReady)
-{
+TEST_F(SerializerTest, ResetForgetsEverythingDestroysWaitingActionsAndKeepsReady) {
     serializer.RunPendingActions();
     serializer.Insert(Oid({1}), Action("a"));
     serializer.Insert(Oid({1}), Action("b"));
@@ -269,8 +246,7 @@ TEST_F(SerializerTest, ResetForgetsEverythingDestroysWaitingActionsAndKeepsReady
     EXPECT_TRUE(serializer.IsReady());
 }
 
-TEST_F(SerializerTest, PendingListingCountsTheOutstandingHead)
-{
+TEST_F(SerializerTest, PendingListingCountsTheOutstandingHead) {
     serializer.RunPendingActions();
     serializer.Insert(Oid({1, 3, 6}), Action("a"));
     serializer.Insert(Oid({1, 3, 6}), Action("b"));
@@ -280,8 +256,7 @@ TEST_F(SerializerTest, PendingListingCountsTheOutstandingHead)
               serializer.GetPendingActionsAsString());
 }
 
-TEST_F(SerializerTest, PendingListingFollowsOidOrder)
-{
+TEST_F(SerializerTest, PendingListingFollowsOidOrder) {
     serializer.Insert(Oid({2}), Action("a"));
     serializer.Insert(Oid({1, 5}), Action("b"));
     serializer.Insert(Oid({1, 5}), Action("c"));
@@ -291,22 +266,19 @@ TEST_F(SerializerTest, PendingListingFollowsOidOrder)
               serializer.GetPendingActionsAsString());
 }
 
-TEST_F(SerializerTest, PendingListingWithNothingPendingIsOnlyTheLegend)
-{
+TEST_F(SerializerTest, PendingListingWithNothingPendingIsOnlyTheLegend) {
     EXPECT_EQ(string("\nPending Actions (Actions_Count=<No of actions>, MibOid=<oid>)"),
               serializer.GetPendingActionsAsString());
 }
 
-TEST_F(SerializerTest, NoTracesWhileNoTraceLevelIsSelected)
-{
+TEST_F(SerializerTest, NoTracesWhileNoTraceLevelIsSelected) {
     serializer.RunPendingActions();
     serializer.Insert(Oid({1}), Action("a"));
     Complete(Oid({1}));
     EXPECT_TRUE(trace.Lines().empty());
 }
 
-TEST_F(SerializerTest, InsertTracesQueueBookkeepingAtLevelThree)
-{
+TEST_F(SerializerTest, InsertTracesQueueBookkeepingAtLevelThree) {
     serializer.TraceSet().SelectAll();
     serializer.Insert(Oid({1, 3}), Action("a"));
     serializer.Insert(Oid({1, 3}), Action("b"));
@@ -322,8 +294,7 @@ TEST_F(SerializerTest, InsertTracesQueueBookkeepingAtLevelThree)
     EXPECT_EQ(expected, trace.Lines());
 }
 
-TEST_F(SerializerTest, RemoveTracesSizesAtLevelFiveAndForgettingAtLevelThree)
-{
+TEST_F(SerializerTest, RemoveTracesSizesAtLevelFiveAndForgettingAtLevelThree) {
     serializer.Insert(Oid({7}), Action("a"));
     serializer.Insert(Oid({7}), Action("b"));
     serializer.Insert(Oid({8}), Action("c"));
@@ -341,8 +312,7 @@ TEST_F(SerializerTest, RemoveTracesSizesAtLevelFiveAndForgettingAtLevelThree)
     EXPECT_EQ(expected, trace.Lines());
 }
 
-TEST_F(SerializerTest, OnlyTheSelectedTraceLevelsAreWritten)
-{
+TEST_F(SerializerTest, OnlyTheSelectedTraceLevelsAreWritten) {
     serializer.Insert(Oid({7}), Action("a"));
     serializer.TraceSet().Select(5);
     serializer.Remove(Oid({7}));
@@ -353,23 +323,20 @@ TEST_F(SerializerTest, OnlyTheSelectedTraceLevelsAreWritten)
     EXPECT_EQ(expected, trace.Lines());
 }
 
-TEST_F(SerializerTest, ConsoleCommandIsRegisteredForEveryoneWithItsHelp)
-{
+TEST_F(SerializerTest, ConsoleCommandIsRegisteredForEveryoneWithItsHelp) {
     const ConsoleCommand* command = ConsoleCommand::Find("serializer");
     ASSERT_NE(nullptr, command);
     EXPECT_EQ(string("Debug traces from serializer type in metaswitch"), command->Help());
     EXPECT_EQ(CONSOLE_ROLE_EVERYONE, command->Role());
 }
 
-TEST_F(SerializerTest, ConsolePendingActionsWritesTheListing)
-{
+TEST_F(SerializerTest, ConsolePendingActionsWritesTheListing) {
     serializer.Insert(Oid({1, 2}), Action("a"));
     RunConsole({"serializer", "pending_actions"});
     EXPECT_EQ(serializer.GetPendingActionsAsString().str(), console.Output());
 }
 
-TEST_F(SerializerTest, ConsoleKeywordInCapitalsWorksLikeLowerCase)
-{
+TEST_F(SerializerTest, ConsoleKeywordInCapitalsWorksLikeLowerCase) {
     serializer.Insert(Oid({1, 2}), Action("a"));
     RunConsole({"serializer", "PENDING_ACTIONS"});
     EXPECT_EQ(std::string("\nPending Actions (Actions_Count=<No of actions>, MibOid=<oid>)"
@@ -377,8 +344,7 @@ TEST_F(SerializerTest, ConsoleKeywordInCapitalsWorksLikeLowerCase)
               console.Output());
 }
 
-TEST_F(SerializerTest, ConsoleWithoutKeywordOrWithAnUnknownOnePrintsUsage)
-{
+TEST_F(SerializerTest, ConsoleWithoutKeywordOrWithAnUnknownOnePrintsUsage) {
     RunConsole({"serializer"});
     EXPECT_EQ("Usage: serializer  pending_actions|debug <level>\n", console.Output());
     console.Clear();
@@ -386,8 +352,7 @@ TEST_F(SerializerTest, ConsoleWithoutKeywordOrWithAnUnknownOnePrintsUsage)
     EXPECT_EQ("Usage: serializer  pending_actions|debug <level>\n", console.Output());
 }
 
-TEST_F(SerializerTest, ConsoleDebugSelectsTraceLevels)
-{
+TEST_F(SerializerTest, ConsoleDebugSelectsTraceLevels) {
     RunConsole({"serializer", "DEBUG", "3"});
     EXPECT_TRUE(serializer.TraceSet().IsSelected(3));
     EXPECT_FALSE(serializer.TraceSet().IsSelected(5));
@@ -396,8 +361,7 @@ TEST_F(SerializerTest, ConsoleDebugSelectsTraceLevels)
     EXPECT_FALSE(serializer.TraceSet().Any());
 }
 
-TEST(SerializerRegistrationTest, DestroyedSerializerGivesUpItsCommand)
-{
+TEST(SerializerRegistrationTest, DestroyedSerializerGivesUpItsCommand) {
     {
         Serializer first;
         EXPECT_NE(nullptr, ConsoleCommand::Find("serializer"));
@@ -407,8 +371,7 @@ TEST(SerializerRegistrationTest, DestroyedSerializerGivesUpItsCommand)
     EXPECT_NE(nullptr, ConsoleCommand::Find("serializer"));
 }
 
-TEST(SerializerRegistrationTest, OlderSerializerDoesNotRemoveTheNewerRegistration)
-{
+TEST(SerializerRegistrationTest, OlderSerializerDoesNotRemoveTheNewerRegistration) {
     auto first = std::make_unique<Serializer>();
     Serializer second;
     first.reset();

@@ -20,21 +20,18 @@ const char kLegend[] = "\nPending Actions (Actions_Count=<No of actions>, MibOid
 class InterfacePipelineTest : public test::PipelineFixture {
 protected:
     static DcInterfaceMgr& Intf() { return *DcInterfaceMgr::GetInstance(); }
-    static Ip6Addr V6(const char* text)
-    {
+    static Ip6Addr V6(const char* text) {
         Ip6Addr address;
         EXPECT_TRUE(address.FromString(string(text)));
         return address;
     }
-    static void EiDone(unsigned long instance, unsigned long ifIndex)
-    {
+    static void EiDone(unsigned long instance, unsigned long ifIndex) {
         std::vector<unsigned long> oid = RecordingStack::EiOid(instance, ifIndex);
         cRunPendingAction(oid.data(), oid.size());
     }
 };
 
-TEST_F(InterfacePipelineTest, InterfaceAndAddressesWaitForTheStackThenGoForBothInstancesInOrder)
-{
+TEST_F(InterfacePipelineTest, InterfaceAndAddressesWaitForTheStackThenGoForBothInstancesInOrder) {
     Intf().AddInterface(5, 100, "eth0", DcInterfaceMgr::INTF_TYPE_ETHERNET, 0x38, 0, 1);
     Intf().AddIpAddress(5, 100, Ip4Addr(10, 0, 0, 1), Ip4Addr(255, 255, 255, 0));
     Intf().AddIpAddress(5, 100, V6("2001:db8::1"), 64);
@@ -66,26 +63,25 @@ TEST_F(InterfacePipelineTest, InterfaceAndAddressesWaitForTheStackThenGoForBothI
                   "address = 10.0.0.1\n"}));
 }
 
-TEST_F(InterfacePipelineTest, EndOfARowRequestReleasesTheNextRequestOfThatRowOnly)
-{
+TEST_F(InterfacePipelineTest, EndOfARowRequestReleasesTheNextRequestOfThatRowOnly) {
     AsStack([] { cI3Ready(); });
     Tick();
     Intf().AddInterface(5, 100, "eth0", DcInterfaceMgr::INTF_TYPE_ETHERNET, 0x28, 0, 1);
     Intf().SetInterfaceDown(5, 100, "eth0");
     Intf().SetInterfaceUp(5, 100, "eth0");
-    EXPECT_EQ(Requests(), (std::vector<std::string>{
-                              "sms_act_interface(4, 1, 5, 100, \"eth0\", 0, 40, 0)",
-                              "sms_act_interface(4, 1, 32773, 100, \"eth0\", 0, 8, 0)"}));
-    EXPECT_EQ(PendingActions(),
-              std::string(kLegend) + "\n(Actions_Count=3, MibOid=1:3:6:1:4:1:4874:4:5:100)" +
-                  "\n(Actions_Count=3, MibOid=1:3:6:1:4:1:4874:4:32773:100)");
+    EXPECT_EQ(Requests(),
+              (std::vector<std::string>{"sms_act_interface(4, 1, 5, 100, \"eth0\", 0, 40, 0)",
+                                        "sms_act_interface(4, 1, 32773, 100, \"eth0\", 0, 8, 0)"}));
+    EXPECT_EQ(PendingActions(), std::string(kLegend) +
+                                    "\n(Actions_Count=3, MibOid=1:3:6:1:4:1:4874:4:5:100)" +
+                                    "\n(Actions_Count=3, MibOid=1:3:6:1:4:1:4874:4:32773:100)");
     Stack().ClearCalls();
 
     AsStack([] { EiDone(5, 100); });
     Tick();
     // Only the IPv4 row moves on, from inside the stack's run, flags 0.
-    EXPECT_EQ(Requests(), std::vector<std::string>{
-                              "sms_bld_amb_test_i3_ei(1, 2, 5, 100, \"eth0\", 0, 0, 0)"});
+    EXPECT_EQ(Requests(),
+              std::vector<std::string>{"sms_bld_amb_test_i3_ei(1, 2, 5, 100, \"eth0\", 0, 0, 0)"});
     AsStack([] {
         EiDone(32773, 100);
         EiDone(5, 100);
@@ -95,9 +91,9 @@ TEST_F(InterfacePipelineTest, EndOfARowRequestReleasesTheNextRequestOfThatRowOnl
                               "sms_bld_amb_test_i3_ei(1, 2, 5, 100, \"eth0\", 0, 0, 0)",
                               "sms_bld_amb_test_i3_ei(1, 2, 32773, 100, \"eth0\", 0, 0, 0)",
                               "sms_bld_amb_test_i3_ei(1, 1, 5, 100, \"eth0\", 0, 0, 0)"}));
-    EXPECT_EQ(PendingActions(),
-              std::string(kLegend) + "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:4:5:100)" +
-                  "\n(Actions_Count=2, MibOid=1:3:6:1:4:1:4874:4:32773:100)");
+    EXPECT_EQ(PendingActions(), std::string(kLegend) +
+                                    "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:4:5:100)" +
+                                    "\n(Actions_Count=2, MibOid=1:3:6:1:4:1:4874:4:32773:100)");
     AsStack([] {
         EiDone(5, 100);
         EiDone(32773, 100);
@@ -108,8 +104,7 @@ TEST_F(InterfacePipelineTest, EndOfARowRequestReleasesTheNextRequestOfThatRowOnl
     EXPECT_EQ(PendingActions(), kLegend);
 }
 
-TEST_F(InterfacePipelineTest, AddressDestroyFollowsTheCreateOfTheSameRow)
-{
+TEST_F(InterfacePipelineTest, AddressDestroyFollowsTheCreateOfTheSameRow) {
     AsStack([] { cI3Ready(); });
     Tick();
     Intf().AddIpAddress(5, 100, Ip4Addr(10, 0, 0, 1), Ip4Addr(255, 255, 255, 0));

@@ -19,8 +19,7 @@ namespace Zavrel::test {
 
 class PipelineFixture : public RecordingStackEnv {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         RecordingStackEnv::SetUp();
         Stack().OnScheduler([this] { RunStackWork(); });
         // The stack asks for its first run while it starts.
@@ -49,8 +48,7 @@ protected:
     DcRouterMgr* mgr = nullptr;
 
 private:
-    void RunStackWork()
-    {
+    void RunStackWork() {
         std::deque<std::function<void()>> work;
         work.swap(m_work);
         for (auto& step : work) {

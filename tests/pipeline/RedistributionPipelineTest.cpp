@@ -19,28 +19,24 @@ const char kLegend[] = "\nPending Actions (Actions_Count=<No of actions>, MibOid
 
 class RedistributionPipelineTest : public test::PipelineFixture {
 protected:
-    void ReloadVlan5(const char* ripv2Section)
-    {
+    void ReloadVlan5(const char* ripv2Section) {
         Options options;
         std::string text = std::string("{\"VLAN_CONFIGURATIONS\": [{\"vid\": 5, \"RIPV2\": ") +
                            ripv2Section + "}]}";
         ASSERT_TRUE(options.LoadFromText(string(text)));
         ASSERT_TRUE(mgr->Reload(options, "vlan.json", DclConfigObject::OPTION_TYPE_VLAN));
     }
-    static void Done(unsigned long source, unsigned long dest)
-    {
+    static void Done(unsigned long source, unsigned long dest) {
         std::vector<unsigned long> oid = RecordingStack::RedistOid(5, source, dest);
         cRunPendingAction(oid.data(), oid.size());
     }
-    std::string Items()
-    {
+    std::string Items() {
         CapturingConsole out;
         mgr->GetCfgSched().PrintSummary(&out);
         mgr->GetCfgSched().Print(&out);
         return out.Output();
     }
-    size_t Sends() const
-    {
+    size_t Sends() const {
         return Stack().Calls("sms_act_cipr_redist").size() +
                Stack().Calls("sms_bld_amb_test_cipr_redist").size();
     }
@@ -50,8 +46,8 @@ const char kStatic[] = "sms_act_cipr_redist(1, 1, 196608, 524288, 5, 0)";
 const char kConnected[] = "sms_act_cipr_redist(1, 1, 131072, 524288, 5, 0)";
 const char kOspf[] = "sms_act_cipr_redist(1, 1, 851968, 524288, 5, 0)";
 
-TEST_F(RedistributionPipelineTest, EnabledRouterQueuesOneEntryPerAllowedSourceThatWaitsForItsInstance)
-{
+TEST_F(RedistributionPipelineTest,
+       EnabledRouterQueuesOneEntryPerAllowedSourceThatWaitsForItsInstance) {
     ReloadVlan5("{\"enabled\": 1, \"REDISTRIBUTION\": {\"bgp\": 0}}");
     Tick();
     Tick();
@@ -86,14 +82,14 @@ TEST_F(RedistributionPipelineTest, EnabledRouterQueuesOneEntryPerAllowedSourceTh
                   "OnTIMEOUT Sending MIB ACTION\n",
                   "Redist context = 0 vlan = 5 dest = 80000 src = d0000 pri = 0 row_status = 1 "
                   "admin_status = 1\n"}));
-    EXPECT_EQ(PendingActions(), std::string(kLegend) +
-                                    "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:131072:524288)"
-                                    "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:196608:524288)"
-                                    "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:851968:524288)");
+    EXPECT_EQ(PendingActions(),
+              std::string(kLegend) +
+                  "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:131072:524288)"
+                  "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:196608:524288)"
+                  "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:851968:524288)");
 }
 
-TEST_F(RedistributionPipelineTest, AnswersRemoveRetryOrParkTheEntries)
-{
+TEST_F(RedistributionPipelineTest, AnswersRemoveRetryOrParkTheEntries) {
     AsStack([] {
         cSetRtmReady(5);
         cI3Ready();
@@ -114,34 +110,36 @@ TEST_F(RedistributionPipelineTest, AnswersRemoveRetryOrParkTheEntries)
         Done(0xd0000, 0x80000);
     });
     Tick();
-    EXPECT_EQ(trace.Texts(10),
-              (std::vector<std::string>{
-                  "Scheduling Timer Expired!!! Scheduling Metaswitch\n",
-                  "Redistribution Response from Metaswitch: vlan=5 src=196608 dst=524288 status=1\n",
-                  "Redistribution Request Success\n",
-                  "Redistribution Response from Metaswitch: vlan=5 src=131072 dst=524288 status=1\n",
-                  "Redistribution Request Not success!! Retrying...\n",
-                  "Redistribution Response from Metaswitch: vlan=5 src=851968 dst=524288 status=1\n",
-                  "Unable to set redistribution. No retry!!!\n",
-                  "Starting Scheduler Timer for 100 ms\n"}));
+    EXPECT_EQ(
+        trace.Texts(10),
+        (std::vector<std::string>{
+            "Scheduling Timer Expired!!! Scheduling Metaswitch\n",
+            "Redistribution Response from Metaswitch: vlan=5 src=196608 dst=524288 status=1\n",
+            "Redistribution Request Success\n",
+            "Redistribution Response from Metaswitch: vlan=5 src=131072 dst=524288 status=1\n",
+            "Redistribution Request Not success!! Retrying...\n",
+            "Redistribution Response from Metaswitch: vlan=5 src=851968 dst=524288 status=1\n",
+            "Unable to set redistribution. No retry!!!\n",
+            "Starting Scheduler Timer for 100 ms\n"}));
     // The retried entry goes again on the next tick, from the application side.
     EXPECT_EQ(Requests(), std::vector<std::string>{kConnected});
     Tick();
     Tick();
     EXPECT_EQ(Requests(), std::vector<std::string>{kConnected});
-    EXPECT_EQ(Items(), std::string("Pending Item Buckets: 1\n") +
-                           "==== Item 0 ====\n"
-                           "RedistItem: Instance(5) Dest(0x80000) Src(0x20000) Priority(0x0) "
-                           "RowStatus(Active) AdminStatus(1) ActionState(Issued) Reason(genErr)\n\n"
-                           "==== Item 1 ====\n"
-                           "RedistItem: Instance(5) Dest(0x80000) Src(0xd0000) Priority(0x0) "
-                           "RowStatus(Active) AdminStatus(1) ActionState(Issued) Reason(badValue)\n\n");
-    EXPECT_EQ(PendingActions(), std::string(kLegend) +
-                                    "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:131072:524288)");
+    EXPECT_EQ(Items(),
+              std::string("Pending Item Buckets: 1\n") +
+                  "==== Item 0 ====\n"
+                  "RedistItem: Instance(5) Dest(0x80000) Src(0x20000) Priority(0x0) "
+                  "RowStatus(Active) AdminStatus(1) ActionState(Issued) Reason(genErr)\n\n"
+                  "==== Item 1 ====\n"
+                  "RedistItem: Instance(5) Dest(0x80000) Src(0xd0000) Priority(0x0) "
+                  "RowStatus(Active) AdminStatus(1) ActionState(Issued) Reason(badValue)\n\n");
+    EXPECT_EQ(
+        PendingActions(),
+        std::string(kLegend) + "\n(Actions_Count=1, MibOid=1:3:6:1:4:1:4874:3:5:131072:524288)");
 }
 
-TEST_F(RedistributionPipelineTest, ProfileChangeDestroysTheEntryOfTheSourceNoLongerAllowed)
-{
+TEST_F(RedistributionPipelineTest, ProfileChangeDestroysTheEntryOfTheSourceNoLongerAllowed) {
     AsStack([] {
         cSetRtmReady(5);
         cI3Ready();
@@ -174,8 +172,7 @@ TEST_F(RedistributionPipelineTest, ProfileChangeDestroysTheEntryOfTheSourceNoLon
     EXPECT_EQ(PendingActions(), kLegend);
 }
 
-TEST_F(RedistributionPipelineTest, EntryForARouterThatIsNotReadyIsDroppedWhileItsInstanceIsKnown)
-{
+TEST_F(RedistributionPipelineTest, EntryForARouterThatIsNotReadyIsDroppedWhileItsInstanceIsKnown) {
     AsStack([] {
         cSetRtmReady(5);
         cI3Ready();
@@ -191,15 +188,15 @@ TEST_F(RedistributionPipelineTest, EntryForARouterThatIsNotReadyIsDroppedWhileIt
     EXPECT_EQ(Items(), "Pending Item Buckets: 0\n");
 }
 
-TEST_F(RedistributionPipelineTest, EndOfTheRequestReleasesTheNextRequestOfTheSameEntry)
-{
+TEST_F(RedistributionPipelineTest, EndOfTheRequestReleasesTheNextRequestOfTheSameEntry) {
     AsStack([] {
         cSetRtmReady(5);
         cI3Ready();
     });
     Tick();
-    ReloadVlan5("{\"enabled\": 1, \"REDISTRIBUTION\": {\"static\": 0, \"connected\": 0, "
-                "\"ospf\": 0, \"bgp\": 0}}");
+    ReloadVlan5(
+        "{\"enabled\": 1, \"REDISTRIBUTION\": {\"static\": 0, \"connected\": 0, "
+        "\"ospf\": 0, \"bgp\": 0}}");
     Tick();
     ASSERT_EQ(Sends(), 0u);
     // Instance 5 was reported ready with the default settings, so only the
@@ -214,14 +211,14 @@ TEST_F(RedistributionPipelineTest, EndOfTheRequestReleasesTheNextRequestOfTheSam
     Tick();
     EXPECT_EQ(Requests(),
               std::vector<std::string>{"sms_act_cipr_redist(1, 1, 917504, 524288, 5, 0)"});
-    EXPECT_EQ(PendingActions(), std::string(kLegend) +
-                                    "\n(Actions_Count=2, MibOid=1:3:6:1:4:1:4874:3:5:917504:524288)");
+    EXPECT_EQ(
+        PendingActions(),
+        std::string(kLegend) + "\n(Actions_Count=2, MibOid=1:3:6:1:4:1:4874:3:5:917504:524288)");
     AsStack([] { Done(0xe0000, 0x80000); });
     Tick();
-    EXPECT_EQ(Requests(),
-              (std::vector<std::string>{
-                  "sms_act_cipr_redist(1, 1, 917504, 524288, 5, 0)",
-                  "sms_bld_amb_test_cipr_redist(5, 6, 2, 524288, 917504, 0)"}));
+    EXPECT_EQ(Requests(), (std::vector<std::string>{
+                              "sms_act_cipr_redist(1, 1, 917504, 524288, 5, 0)",
+                              "sms_bld_amb_test_cipr_redist(5, 6, 2, 524288, 917504, 0)"}));
 }
 
 }  // namespace

@@ -18,7 +18,8 @@ using test::RecordingStack;
 const unsigned char kDest[4] = {10, 0, 0, 0};
 const unsigned char kHop[4] = {192, 168, 1, 1};
 
-const char kSendShared[] = "sms_update_route(0, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)";
+const char kSendShared[] =
+    "sms_update_route(0, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)";
 const char kSendApp[] = "sms_update_route(1, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 7, 5, 3)";
 const char kIssueTrace[] =
     "Vlan = 5 if_index = 7 ipaddr = 10.0.0.0/24 gw = 192.168.1.1 metric = 3 "
@@ -30,25 +31,21 @@ const char kOid[] = "1:3:6:1:4:1:4874:2:5:1:24:10:0:0:0:192:168:1:1:7";
 
 class StaticRoutePipelineTest : public test::PipelineFixture {
 protected:
-    static void AddTheRoute()
-    {
-        AddRoute(5, Ip4Addr(10, 0, 0, 0), Ip4Addr(255, 255, 255, 0), Ip4Addr(192, 168, 1, 1), 7,
-                 3, 0x30000, 1);
+    static void AddTheRoute() {
+        AddRoute(5, Ip4Addr(10, 0, 0, 0), Ip4Addr(255, 255, 255, 0), Ip4Addr(192, 168, 1, 1), 7, 3,
+                 0x30000, 1);
     }
     // The stack's report on the route row (as requested, admin status given).
-    static void Answer(unsigned int result, int adminStatus = 1)
-    {
+    static void Answer(unsigned int result, int adminStatus = 1) {
         cSetRouteState(5, 1, kDest, 24, kHop, 7, 3, 0x30000, 1, adminStatus, 0, result);
     }
     // The end of the request on the route row.
-    static void Done()
-    {
+    static void Done() {
         std::vector<unsigned long> oid = RecordingStack::RouteOid(5, 1, kDest, 24, kHop, 7);
         cRunPendingAction(oid.data(), oid.size());
     }
     // Instance and stack both ready, the route sent once.
-    void ReadyAndSent()
-    {
+    void ReadyAndSent() {
         AsStack([] {
             cSetRtmReady(5);
             cI3Ready();
@@ -61,8 +58,7 @@ protected:
         trace.Clear();
     }
     size_t Sends() const { return Stack().Calls("sms_update_route").size(); }
-    std::string Items()
-    {
+    std::string Items() {
         CapturingConsole out;
         mgr->GetCfgSched().PrintSummary(&out);
         mgr->GetCfgSched().Print(&out);
@@ -70,8 +66,8 @@ protected:
     }
 };
 
-TEST_F(StaticRoutePipelineTest, RouteWaitsForItsInstanceAndForTheStackThenIsIssuedFromTheStacksRun)
-{
+TEST_F(StaticRoutePipelineTest,
+       RouteWaitsForItsInstanceAndForTheStackThenIsIssuedFromTheStacksRun) {
     AddTheRoute();
     Tick();
     Tick();
@@ -93,8 +89,7 @@ TEST_F(StaticRoutePipelineTest, RouteWaitsForItsInstanceAndForTheStackThenIsIssu
     EXPECT_EQ(trace.Texts(5), std::vector<std::string>{kIssueTrace});
 }
 
-TEST_F(StaticRoutePipelineTest, RouteSentOnceTheStackIsReadyGoesOutFromTheApplicationSide)
-{
+TEST_F(StaticRoutePipelineTest, RouteSentOnceTheStackIsReadyGoesOutFromTheApplicationSide) {
     AsStack([] {
         cI3Ready();
         cSetRtmReady(5);
@@ -107,8 +102,7 @@ TEST_F(StaticRoutePipelineTest, RouteSentOnceTheStackIsReadyGoesOutFromTheApplic
               (std::vector<std::string>{"OnTIMEOUT Sending MIB ACTION\n", kIssueTrace}));
 }
 
-TEST_F(StaticRoutePipelineTest, SuccessRemovesTheItemAndTheEndOfTheRequestForgetsTheRow)
-{
+TEST_F(StaticRoutePipelineTest, SuccessRemovesTheItemAndTheEndOfTheRequestForgetsTheRow) {
     ReadyAndSent();
     AsStack([] {
         Answer(1);
@@ -128,8 +122,7 @@ TEST_F(StaticRoutePipelineTest, SuccessRemovesTheItemAndTheEndOfTheRequestForget
     EXPECT_EQ(Sends(), 0u);
 }
 
-TEST_F(StaticRoutePipelineTest, FailureWithResult5IsResentOnTheNextTickNineTimesThenParked)
-{
+TEST_F(StaticRoutePipelineTest, FailureWithResult5IsResentOnTheNextTickNineTimesThenParked) {
     ReadyAndSent();
     for (int failure = 1; failure <= 10; ++failure) {
         AsStack([] {
@@ -157,8 +150,7 @@ TEST_F(StaticRoutePipelineTest, FailureWithResult5IsResentOnTheNextTickNineTimes
               "\n");
 }
 
-TEST_F(StaticRoutePipelineTest, FailureWithResult3IsParkedAtOnce)
-{
+TEST_F(StaticRoutePipelineTest, FailureWithResult3IsParkedAtOnce) {
     ReadyAndSent();
     AsStack([] {
         Answer(3);
@@ -177,8 +169,7 @@ TEST_F(StaticRoutePipelineTest, FailureWithResult3IsParkedAtOnce)
               "\n");
 }
 
-TEST_F(StaticRoutePipelineTest, EndOfTheRequestReleasesTheNextRequestOfThatRowFromTheStacksRun)
-{
+TEST_F(StaticRoutePipelineTest, EndOfTheRequestReleasesTheNextRequestOfThatRowFromTheStacksRun) {
     ReadyAndSent();
     // Same row, admin down: a second item, its action waits behind the first.
     DisableRoute(5, Ip4Addr(10, 0, 0, 0), Ip4Addr(255, 255, 255, 0), Ip4Addr(192, 168, 1, 1), 7);

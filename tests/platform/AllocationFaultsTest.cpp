@@ -18,15 +18,13 @@ protected:
     void TearDown() override { AllocationFaults::Clear(); }
 };
 
-TEST_F(AllocationFaultsTest, NothingArmedAllocatesWithTheArguments)
-{
+TEST_F(AllocationFaultsTest, NothingArmedAllocatesWithTheArguments) {
     std::unique_ptr<Thing> thing(NewOrNull<Thing>("Thing", 7));
     ASSERT_NE(thing, nullptr);
     EXPECT_EQ(7, thing->value);
 }
 
-TEST_F(AllocationFaultsTest, TheNthAllocationOfTheKindFailsAndOnlyThatOne)
-{
+TEST_F(AllocationFaultsTest, TheNthAllocationOfTheKindFailsAndOnlyThatOne) {
     AllocationFaults::FailNth("Thing", 3);
     std::unique_ptr<Thing> first(NewOrNull<Thing>("Thing", 1));
     std::unique_ptr<Thing> other(NewOrNull<Thing>("Other", 1));
@@ -40,8 +38,7 @@ TEST_F(AllocationFaultsTest, TheNthAllocationOfTheKindFailsAndOnlyThatOne)
     EXPECT_NE(fourth, nullptr);
 }
 
-TEST_F(AllocationFaultsTest, ZeroAndClearDisarm)
-{
+TEST_F(AllocationFaultsTest, ZeroAndClearDisarm) {
     AllocationFaults::FailNth("Thing", 1);
     AllocationFaults::FailNth("Thing", 0);
     std::unique_ptr<Thing> a(NewOrNull<Thing>("Thing", 1));
@@ -52,8 +49,7 @@ TEST_F(AllocationFaultsTest, ZeroAndClearDisarm)
     EXPECT_NE(b, nullptr);
 }
 
-TEST_F(AllocationFaultsTest, KindsCountApart)
-{
+TEST_F(AllocationFaultsTest, KindsCountApart) {
     AllocationFaults::FailNth("A", 1);
     AllocationFaults::FailNth("B", 2);
     EXPECT_TRUE(AllocationFaults::ShouldFail("A"));

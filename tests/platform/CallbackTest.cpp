@@ -9,8 +9,7 @@ namespace {
 
 class Receiver {
 public:
-    void OnEvent(unsigned int interval, void* context)
-    {
+    void OnEvent(unsigned int interval, void* context) {
         lastInterval = interval;
         lastContext = context;
         ++calls;
@@ -20,8 +19,7 @@ public:
     int calls = 0;
 };
 
-TEST(CallbackTest, MemberCallbackCallsTheBoundMethodWithBothArguments)
-{
+TEST(CallbackTest, MemberCallbackCallsTheBoundMethodWithBothArguments) {
     Receiver r;
     int marker = 0;
     MemberCallback2<Receiver, unsigned int, void*> cb(&r, &Receiver::OnEvent);
@@ -31,8 +29,7 @@ TEST(CallbackTest, MemberCallbackCallsTheBoundMethodWithBothArguments)
     EXPECT_EQ(&marker, r.lastContext);
 }
 
-TEST(CallbackTest, MemberCallbackWorksThroughTheBaseAndIsDeletedThroughIt)
-{
+TEST(CallbackTest, MemberCallbackWorksThroughTheBaseAndIsDeletedThroughIt) {
     Receiver r;
     std::unique_ptr<CallbackBuffer2<unsigned int, void*>> cb(
         new MemberCallback2<Receiver, unsigned int, void*>(&r, &Receiver::OnEvent));

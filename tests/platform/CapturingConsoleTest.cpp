@@ -7,8 +7,7 @@
 namespace Zavrel {
 namespace {
 
-TEST(CapturingConsoleTest, KeepsOutputErrorsAndBothInOrder)
-{
+TEST(CapturingConsoleTest, KeepsOutputErrorsAndBothInOrder) {
     CapturingConsole console;
     console.Print("line %d\n", 1);
     console.ErrorPrint("Wrong Value\n");
@@ -18,16 +17,14 @@ TEST(CapturingConsoleTest, KeepsOutputErrorsAndBothInOrder)
     EXPECT_EQ("line 1\nWrong Value\nline 2\n", console.All());
 }
 
-TEST(CapturingConsoleTest, ErrorPrintShowsTheMessageAsItIs)
-{
+TEST(CapturingConsoleTest, ErrorPrintShowsTheMessageAsItIs) {
     CapturingConsole console;
     console.ErrorPrint("100% done");
     console.ErrorPrint(nullptr);
     EXPECT_EQ("100% done", console.Errors());
 }
 
-TEST(CapturingConsoleTest, CountsEndsOfCommand)
-{
+TEST(CapturingConsoleTest, CountsEndsOfCommand) {
     CapturingConsole console;
     EXPECT_EQ(0, console.EndCount());
     EXPECT_EQ(0, console.EndOfCommand());
@@ -35,8 +32,7 @@ TEST(CapturingConsoleTest, CountsEndsOfCommand)
     EXPECT_EQ(2, console.EndCount());
 }
 
-TEST(CapturingConsoleTest, VlanDefaultsToOneAndCanBeSet)
-{
+TEST(CapturingConsoleTest, VlanDefaultsToOneAndCanBeSet) {
     CapturingConsole console;
     EXPECT_EQ(1, console.CurrentVlan());
     CapturingConsole other(20);
@@ -45,8 +41,7 @@ TEST(CapturingConsoleTest, VlanDefaultsToOneAndCanBeSet)
     EXPECT_EQ(30, other.CurrentVlan());
 }
 
-TEST(CapturingConsoleTest, ClearForgetsEverything)
-{
+TEST(CapturingConsoleTest, ClearForgetsEverything) {
     CapturingConsole console;
     console.Print("x");
     console.ErrorPrint("y");
@@ -58,8 +53,7 @@ TEST(CapturingConsoleTest, ClearForgetsEverything)
     EXPECT_EQ(0, console.EndCount());
 }
 
-TEST(CapturingConsoleTest, LongOutputIsKeptWhole)
-{
+TEST(CapturingConsoleTest, LongOutputIsKeptWhole) {
     CapturingConsole console;
     const std::string big(10000, 'r');
     console.Print("%s|", big.c_str());

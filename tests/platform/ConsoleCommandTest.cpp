@@ -14,8 +14,7 @@ namespace {
 class ConsoleCommandTest : public test::TestEnv {
 protected:
     // The registry is process-wide: leave it empty for the next test.
-    void TearDown() override
-    {
+    void TearDown() override {
         for (const ConsoleCommand* command : ConsoleCommand::All()) {
             const std::string name = command->Name().str();
             ConsoleCommand::Unregister(name.c_str(), command->Owner());
@@ -25,13 +24,13 @@ protected:
 
     // Runs a command line (words separated by blanks) the way the
     // application does: looks the first word up and hands all words over.
-    int RunLine(const std::string& line)
-    {
+    int RunLine(const std::string& line) {
         std::vector<std::string> words;
         size_t pos = 0;
         while (pos < line.size()) {
             const size_t end = line.find(' ', pos);
-            words.push_back(line.substr(pos, end == std::string::npos ? std::string::npos : end - pos));
+            words.push_back(
+                line.substr(pos, end == std::string::npos ? std::string::npos : end - pos));
             pos = end == std::string::npos ? line.size() : end + 1;
         }
         std::vector<char*> argv;
@@ -53,8 +52,7 @@ struct Counter {
     int calls = 0;
 };
 
-int CountingHandler(Counter* counter, ConsoleSession* session, int argc, char** argv)
-{
+int CountingHandler(Counter* counter, ConsoleSession* session, int argc, char** argv) {
     ++counter->calls;
     counter->seen.clear();
     for (int i = 0; i < argc; ++i) {
@@ -64,15 +62,13 @@ int CountingHandler(Counter* counter, ConsoleSession* session, int argc, char** 
     return argc;
 }
 
-int OtherHandler(Counter* counter, ConsoleSession* session, int, char**)
-{
+int OtherHandler(Counter* counter, ConsoleSession* session, int, char**) {
     ++counter->calls;
     session->Write("other\n");
     return 99;
 }
 
-TEST_F(ConsoleCommandTest, RegisteredHandlerReceivesContextSessionAndAllWords)
-{
+TEST_F(ConsoleCommandTest, RegisteredHandlerReceivesContextSessionAndAllWords) {
     Counter counter;
     ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter,
                                          "serializer", "Debug traces"));
@@ -82,8 +78,7 @@ TEST_F(ConsoleCommandTest, RegisteredHandlerReceivesContextSessionAndAllWords)
     EXPECT_EQ("3 words\n", console.Output());
 }
 
-TEST_F(ConsoleCommandTest, LookupIgnoresLetterCase)
-{
+TEST_F(ConsoleCommandTest, LookupIgnoresLetterCase) {
     Counter counter;
     ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter,
                                          "Serializer", "help"));
@@ -95,8 +90,7 @@ TEST_F(ConsoleCommandTest, LookupIgnoresLetterCase)
     EXPECT_EQ(string("Serializer"), ConsoleCommand::Find("serializer")->Name());
 }
 
-TEST_F(ConsoleCommandTest, KeepsNameHelpAndRole)
-{
+TEST_F(ConsoleCommandTest, KeepsNameHelpAndRole) {
     Counter counter;
     ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_ADMIN, &CountingHandler, &counter, "rtm",
                                          "Routing table"));
@@ -108,14 +102,13 @@ TEST_F(ConsoleCommandTest, KeepsNameHelpAndRole)
     EXPECT_EQ(&counter, command->Owner());
 }
 
-TEST_F(ConsoleCommandTest, RegisteringANameAgainReplacesIt)
-{
+TEST_F(ConsoleCommandTest, RegisteringANameAgainReplacesIt) {
     Counter first;
     Counter second;
-    ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &first, "cmd",
-                                         "one"));
-    ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &OtherHandler, &second, "CMD",
-                                         "two"));
+    ASSERT_TRUE(
+        ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &first, "cmd", "one"));
+    ASSERT_TRUE(
+        ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &OtherHandler, &second, "CMD", "two"));
     EXPECT_EQ(99, RunLine("cmd x"));
     EXPECT_EQ(0, first.calls);
     EXPECT_EQ(1, second.calls);
@@ -124,11 +117,10 @@ TEST_F(ConsoleCommandTest, RegisteringANameAgainReplacesIt)
     EXPECT_EQ(1u, ConsoleCommand::All().size());
 }
 
-TEST_F(ConsoleCommandTest, RejectsNullOrEmptyNameAndNullHandler)
-{
+TEST_F(ConsoleCommandTest, RejectsNullOrEmptyNameAndNullHandler) {
     Counter counter;
-    EXPECT_FALSE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter,
-                                          nullptr, "h"));
+    EXPECT_FALSE(
+        ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter, nullptr, "h"));
     EXPECT_FALSE(
         ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter, "", "h"));
     int (*none)(Counter*, ConsoleSession*, int, char**) = nullptr;
@@ -138,20 +130,18 @@ TEST_F(ConsoleCommandTest, RejectsNullOrEmptyNameAndNullHandler)
     EXPECT_TRUE(ConsoleCommand::All().empty());
 }
 
-TEST_F(ConsoleCommandTest, NullHelpBecomesEmpty)
-{
+TEST_F(ConsoleCommandTest, NullHelpBecomesEmpty) {
     Counter counter;
     ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter,
                                          "nohelp", nullptr));
     EXPECT_EQ(string(""), ConsoleCommand::Find("nohelp")->Help());
 }
 
-TEST_F(ConsoleCommandTest, AllIsOrderedByName)
-{
+TEST_F(ConsoleCommandTest, AllIsOrderedByName) {
     Counter counter;
     for (const char* name : {"serializer", "Protocol", "rtm", "ip6"}) {
-        ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter,
-                                             name, "h"));
+        ASSERT_TRUE(
+            ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &counter, name, "h"));
     }
     std::vector<std::string> names;
     for (const ConsoleCommand* c : ConsoleCommand::All()) {
@@ -160,12 +150,11 @@ TEST_F(ConsoleCommandTest, AllIsOrderedByName)
     EXPECT_EQ((std::vector<std::string>{"ip6", "Protocol", "rtm", "serializer"}), names);
 }
 
-TEST_F(ConsoleCommandTest, UnregisterNeedsTheSameOwner)
-{
+TEST_F(ConsoleCommandTest, UnregisterNeedsTheSameOwner) {
     Counter owner;
     Counter stranger;
-    ASSERT_TRUE(ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &owner, "cmd",
-                                         "h"));
+    ASSERT_TRUE(
+        ConsoleCommand::Register(CONSOLE_ROLE_EVERYONE, &CountingHandler, &owner, "cmd", "h"));
     ConsoleCommand::Unregister("cmd", &stranger);
     EXPECT_NE(nullptr, ConsoleCommand::Find("cmd"));
     ConsoleCommand::Unregister("CMD", &owner);
@@ -174,8 +163,7 @@ TEST_F(ConsoleCommandTest, UnregisterNeedsTheSameOwner)
     ConsoleCommand::Unregister("never", &owner);
 }
 
-TEST_F(ConsoleCommandTest, LambdaHandlersCanBeRegisteredDirectly)
-{
+TEST_F(ConsoleCommandTest, LambdaHandlersCanBeRegisteredDirectly) {
     int seenArgc = -1;
     ASSERT_TRUE(ConsoleCommand::RegisterHandler(
         CONSOLE_ROLE_EVERYONE,
@@ -190,8 +178,7 @@ TEST_F(ConsoleCommandTest, LambdaHandlersCanBeRegisteredDirectly)
     EXPECT_EQ("lambda\n", console.Output());
 }
 
-TEST_F(ConsoleCommandTest, HandlerMayReplaceItsOwnRegistrationWhileRunning)
-{
+TEST_F(ConsoleCommandTest, HandlerMayReplaceItsOwnRegistrationWhileRunning) {
     Counter counter;
     ASSERT_TRUE(ConsoleCommand::RegisterHandler(
         CONSOLE_ROLE_EVERYONE,

@@ -7,16 +7,14 @@
 namespace Zavrel {
 namespace {
 
-TEST(ConsoleSessionTest, WriteDoesNotInterpretPercentSigns)
-{
+TEST(ConsoleSessionTest, WriteDoesNotInterpretPercentSigns) {
     CapturingConsole console;
     ConsoleSession session(console);
     session.Write("50% %s %d\n");
     EXPECT_EQ("50% %s %d\n", console.Output());
 }
 
-TEST(ConsoleSessionTest, WriteOfStringAndNull)
-{
+TEST(ConsoleSessionTest, WriteOfStringAndNull) {
     CapturingConsole console;
     ConsoleSession session(console);
     session.Write(string("abc"));
@@ -24,8 +22,7 @@ TEST(ConsoleSessionTest, WriteOfStringAndNull)
     EXPECT_EQ("abc", console.Output());
 }
 
-TEST(ConsoleSessionTest, PrintfFormats)
-{
+TEST(ConsoleSessionTest, PrintfFormats) {
     CapturingConsole console;
     ConsoleSession session(console);
     session.Printf("%s=%u\n", "count", 3u);

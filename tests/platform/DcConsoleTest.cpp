@@ -12,8 +12,7 @@ namespace {
 // A console that records what reaches its pure operations.
 class RecordingConsole : public DcConsole {
 public:
-    void VPrint(const char* format, va_list args) override
-    {
+    void VPrint(const char* format, va_list args) override {
         string text;
         text.VFormat(format, args);
         printed += text.str();
@@ -29,8 +28,7 @@ public:
     int ends = 0;
 };
 
-TEST(DcConsoleTest, PrintForwardsFormatAndArgumentsToVPrint)
-{
+TEST(DcConsoleTest, PrintForwardsFormatAndArgumentsToVPrint) {
     RecordingConsole console;
     DcConsole& base = console;
     base.Print("%s %u %d\n", "vlan", 12u, -3);
@@ -38,8 +36,7 @@ TEST(DcConsoleTest, PrintForwardsFormatAndArgumentsToVPrint)
     EXPECT_EQ("vlan 12 -3\n", console.printed);
 }
 
-TEST(DcConsoleTest, TheOtherOperationsAreVirtual)
-{
+TEST(DcConsoleTest, TheOtherOperationsAreVirtual) {
     RecordingConsole console;
     DcConsole& base = console;
     base.ErrorPrint("Gen Error\n");

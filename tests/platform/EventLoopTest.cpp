@@ -8,15 +8,13 @@
 namespace Zavrel {
 namespace {
 
-TEST(EventLoopTest, DefaultLoopIsAProcessWideVirtualLoop)
-{
+TEST(EventLoopTest, DefaultLoopIsAProcessWideVirtualLoop) {
     EventLoop& current = EventLoop::Current();
     EXPECT_NE(nullptr, dynamic_cast<VirtualEventLoop*>(&current));
     EXPECT_EQ(&current, &EventLoop::Current());
 }
 
-TEST(EventLoopTest, SetCurrentInstallsALoopAndReturnsThePreviousOne)
-{
+TEST(EventLoopTest, SetCurrentInstallsALoopAndReturnsThePreviousOne) {
     EventLoop& def = EventLoop::Current();
     VirtualEventLoop a;
     VirtualEventLoop b;
@@ -27,8 +25,7 @@ TEST(EventLoopTest, SetCurrentInstallsALoopAndReturnsThePreviousOne)
     EXPECT_EQ(&def, &EventLoop::Current());
 }
 
-TEST(EventLoopTest, DestroyingTheCurrentLoopRestoresTheDefault)
-{
+TEST(EventLoopTest, DestroyingTheCurrentLoopRestoresTheDefault) {
     EventLoop& def = EventLoop::Current();
     {
         VirtualEventLoop temporary;
@@ -38,8 +35,7 @@ TEST(EventLoopTest, DestroyingTheCurrentLoopRestoresTheDefault)
     EXPECT_EQ(nullptr, EventLoop::SetCurrent(nullptr));
 }
 
-TEST(EventLoopTest, TimersStartOnTheDefaultLoopWhenNoneIsInstalled)
-{
+TEST(EventLoopTest, TimersStartOnTheDefaultLoopWhenNoneIsInstalled) {
     auto& def = static_cast<VirtualEventLoop&>(EventLoop::Current());
     OneShotTimer timer("t", nullptr);
     timer.Start(10);

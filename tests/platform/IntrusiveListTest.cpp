@@ -20,8 +20,7 @@ using AgeList = IntrusiveList<Row, &Row::byAge>;
 using KindList = IntrusiveList<Row, &Row::byKind>;
 
 template <typename List>
-std::vector<std::string> Names(const List& list)
-{
+std::vector<std::string> Names(const List& list) {
     std::vector<std::string> names;
     for (Row* row : list) {
         names.push_back(row->name);
@@ -31,8 +30,7 @@ std::vector<std::string> Names(const List& list)
 
 // The same names walked from the back, through Prev.
 template <typename List>
-std::vector<std::string> NamesBackwards(const List& list)
-{
+std::vector<std::string> NamesBackwards(const List& list) {
     std::vector<std::string> names;
     for (Row* row = list.Back(); row != nullptr; row = List::Prev(*row)) {
         names.insert(names.begin(), row->name);
@@ -42,8 +40,7 @@ std::vector<std::string> NamesBackwards(const List& list)
 
 using Names_t = std::vector<std::string>;
 
-TEST(IntrusiveListTest, StartsEmpty)
-{
+TEST(IntrusiveListTest, StartsEmpty) {
     AgeList list;
     EXPECT_TRUE(list.Empty());
     EXPECT_EQ(list.Size(), 0u);
@@ -52,8 +49,7 @@ TEST(IntrusiveListTest, StartsEmpty)
     EXPECT_TRUE(list.begin() == list.end());
 }
 
-TEST(IntrusiveListTest, PushBackKeepsInsertionOrderBothWays)
-{
+TEST(IntrusiveListTest, PushBackKeepsInsertionOrderBothWays) {
     Row a("a"), b("b"), c("c");
     AgeList list;
     list.PushBack(a);
@@ -70,8 +66,7 @@ TEST(IntrusiveListTest, PushBackKeepsInsertionOrderBothWays)
     list.Clear();
 }
 
-TEST(IntrusiveListTest, InsertBeforeTheFrontAMiddleObjectAndNothing)
-{
+TEST(IntrusiveListTest, InsertBeforeTheFrontAMiddleObjectAndNothing) {
     Row a("a"), b("b"), c("c"), d("d");
     AgeList list;
     list.InsertBefore(nullptr, b);  // the back of an empty list
@@ -83,8 +78,7 @@ TEST(IntrusiveListTest, InsertBeforeTheFrontAMiddleObjectAndNothing)
     list.Clear();
 }
 
-TEST(IntrusiveListTest, EraseTheFrontTheBackAMiddleObjectAndTheLast)
-{
+TEST(IntrusiveListTest, EraseTheFrontTheBackAMiddleObjectAndTheLast) {
     Row a("a"), b("b"), c("c"), d("d");
     AgeList list;
     for (Row* row : {&a, &b, &c, &d}) {
@@ -106,8 +100,7 @@ TEST(IntrusiveListTest, EraseTheFrontTheBackAMiddleObjectAndTheLast)
     EXPECT_EQ(list.Back(), nullptr);
 }
 
-TEST(IntrusiveListTest, AnErasedObjectHasNoNeighboursAndCanBeLinkedAgain)
-{
+TEST(IntrusiveListTest, AnErasedObjectHasNoNeighboursAndCanBeLinkedAgain) {
     Row a("a"), b("b"), c("c");
     AgeList list;
     for (Row* row : {&a, &b, &c}) {
@@ -121,8 +114,7 @@ TEST(IntrusiveListTest, AnErasedObjectHasNoNeighboursAndCanBeLinkedAgain)
     list.Clear();
 }
 
-TEST(IntrusiveListTest, AnObjectIsOnOneListPerHookIndependently)
-{
+TEST(IntrusiveListTest, AnObjectIsOnOneListPerHookIndependently) {
     Row a("a"), b("b"), c("c");
     AgeList byAge;
     KindList byKind;
@@ -138,8 +130,7 @@ TEST(IntrusiveListTest, AnObjectIsOnOneListPerHookIndependently)
     byKind.Clear();
 }
 
-TEST(IntrusiveListTest, ClearAndDestructionUnlinkWithoutDestroying)
-{
+TEST(IntrusiveListTest, ClearAndDestructionUnlinkWithoutDestroying) {
     Row a("a"), b("b");
     {
         AgeList list;

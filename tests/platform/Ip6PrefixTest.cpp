@@ -5,8 +5,7 @@
 namespace Zavrel {
 namespace {
 
-TEST(Ip6PrefixTest, MaskTableHasTheTopBitsSet)
-{
+TEST(Ip6PrefixTest, MaskTableHasTheTopBitsSet) {
     EXPECT_EQ(0x00000000u, Ip6Prefix::MASK32[0]);
     EXPECT_EQ(0x80000000u, Ip6Prefix::MASK32[1]);
     EXPECT_EQ(0xffff0000u, Ip6Prefix::MASK32[16]);
@@ -16,15 +15,13 @@ TEST(Ip6PrefixTest, MaskTableHasTheTopBitsSet)
     }
 }
 
-TEST(Ip6PrefixTest, DefaultIsAllAddressesWithLengthZero)
-{
+TEST(Ip6PrefixTest, DefaultIsAllAddressesWithLengthZero) {
     Ip6Prefix p;
     EXPECT_EQ(0u, p.Length());
     EXPECT_EQ(string("::/0"), p.ToString());
 }
 
-TEST(Ip6PrefixTest, FromStringParsesAddressAndLength)
-{
+TEST(Ip6PrefixTest, FromStringParsesAddressAndLength) {
     Ip6Prefix p;
     ASSERT_TRUE(p.FromString("2001:db8::/32"));
     EXPECT_EQ(32u, p.Length());
@@ -32,15 +29,13 @@ TEST(Ip6PrefixTest, FromStringParsesAddressAndLength)
     EXPECT_EQ(string("2001:db8::/32"), p.ToString());
 }
 
-TEST(Ip6PrefixTest, AddressIsKeptAsWrittenNotMasked)
-{
+TEST(Ip6PrefixTest, AddressIsKeptAsWrittenNotMasked) {
     Ip6Prefix p;
     ASSERT_TRUE(p.FromString("2001:db8::1/64"));
     EXPECT_EQ(string("2001:db8::1/64"), p.ToString());
 }
 
-TEST(Ip6PrefixTest, LengthBoundaries)
-{
+TEST(Ip6PrefixTest, LengthBoundaries) {
     Ip6Prefix p;
     EXPECT_TRUE(p.FromString("::/0"));
     EXPECT_EQ(0u, p.Length());
@@ -48,8 +43,7 @@ TEST(Ip6PrefixTest, LengthBoundaries)
     EXPECT_EQ(128u, p.Length());
 }
 
-TEST(Ip6PrefixTest, LengthAbove128IsRejectedAndThePrefixUnchanged)
-{
+TEST(Ip6PrefixTest, LengthAbove128IsRejectedAndThePrefixUnchanged) {
     Ip6Prefix p;
     ASSERT_TRUE(p.FromString("fe80::/10"));
     for (const char* bad : {"::1/129", "::1/200", "::1/999", "::1/1000", "::1/4294967296"}) {
@@ -58,14 +52,13 @@ TEST(Ip6PrefixTest, LengthAbove128IsRejectedAndThePrefixUnchanged)
     }
 }
 
-TEST(Ip6PrefixTest, MalformedTextIsRejectedAndThePrefixUnchanged)
-{
+TEST(Ip6PrefixTest, MalformedTextIsRejectedAndThePrefixUnchanged) {
     Ip6Prefix p;
     ASSERT_TRUE(p.FromString("fe80::/10"));
-    for (const char* bad : {"", "/64", "2001:db8::", "2001:db8::/", "2001:db8::/-1",
-                            "2001:db8::/+64", "2001:db8::/ 64", "2001:db8::/64 ", "2001:db8::/6x",
-                            "2001:db8::/0x40", "2001:db8::/064", "2001:db8::/00", "2001:db8::/64/1",
-                            "2001:db8:::/64", "10.0.0.0/8", " 2001:db8::/64"}) {
+    for (const char* bad :
+         {"", "/64", "2001:db8::", "2001:db8::/", "2001:db8::/-1", "2001:db8::/+64",
+          "2001:db8::/ 64", "2001:db8::/64 ", "2001:db8::/6x", "2001:db8::/0x40", "2001:db8::/064",
+          "2001:db8::/00", "2001:db8::/64/1", "2001:db8:::/64", "10.0.0.0/8", " 2001:db8::/64"}) {
         EXPECT_FALSE(p.FromString(bad)) << bad;
         EXPECT_EQ(string("fe80::/10"), p.ToString()) << bad;
     }
@@ -73,8 +66,7 @@ TEST(Ip6PrefixTest, MalformedTextIsRejectedAndThePrefixUnchanged)
     EXPECT_EQ(string("fe80::/10"), p.ToString());
 }
 
-TEST(Ip6PrefixTest, EqualWhenWordsAndLengthAreEqual)
-{
+TEST(Ip6PrefixTest, EqualWhenWordsAndLengthAreEqual) {
     Ip6Prefix a;
     Ip6Prefix b;
     ASSERT_TRUE(a.FromString("2001:db8::/64"));
@@ -87,8 +79,7 @@ TEST(Ip6PrefixTest, EqualWhenWordsAndLengthAreEqual)
     EXPECT_NE(a, b);
 }
 
-TEST(Ip6PrefixTest, ConstructorAndSettersKeepTheirValues)
-{
+TEST(Ip6PrefixTest, ConstructorAndSettersKeepTheirValues) {
     Ip6Addr addr;
     addr.SetWord(0, 0xfe800000u);
     Ip6Prefix p(addr, 10);

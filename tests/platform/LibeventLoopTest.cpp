@@ -29,15 +29,13 @@ private:
 
 class LibeventLoopTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         ASSERT_TRUE(loop.IsValid());
         ASSERT_NE(nullptr, loop.Base());
         m_previous = EventLoop::SetCurrent(&loop);
         ASSERT_EQ(0, pipe(m_pipe));
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         EventLoop::SetCurrent(m_previous);
         close(m_pipe[0]);
         close(m_pipe[1]);
@@ -50,21 +48,18 @@ private:
     EventLoop* m_previous = nullptr;
 };
 
-TEST_F(LibeventLoopTest, ClockIsMonotonic)
-{
+TEST_F(LibeventLoopTest, ClockIsMonotonic) {
     const uint64_t a = loop.NowMs();
     const uint64_t b = loop.NowMs();
     EXPECT_LE(a, b);
 }
 
-TEST_F(LibeventLoopTest, NothingToWaitForEndsTheRunAtOnce)
-{
+TEST_F(LibeventLoopTest, NothingToWaitForEndsTheRunAtOnce) {
     EXPECT_EQ(1, loop.Run());
     EXPECT_EQ(1, loop.RunFor(BOUND_MS));
 }
 
-TEST_F(LibeventLoopTest, ShortRealTimerFires)
-{
+TEST_F(LibeventLoopTest, ShortRealTimerFires) {
     int fired = 0;
     OneShotTimer timer("t", new Action([&] { ++fired; }));
     const uint64_t start = loop.NowMs();
@@ -76,8 +71,7 @@ TEST_F(LibeventLoopTest, ShortRealTimerFires)
     EXPECT_GE(loop.NowMs() - start, 3u);
 }
 
-TEST_F(LibeventLoopTest, TimersFireInOrderOfDueTime)
-{
+TEST_F(LibeventLoopTest, TimersFireInOrderOfDueTime) {
     std::vector<std::string> order;
     OneShotTimer late("late", new Action([&] { order.push_back("late"); }));
     OneShotTimer early("early", new Action([&] { order.push_back("early"); }));
@@ -87,23 +81,21 @@ TEST_F(LibeventLoopTest, TimersFireInOrderOfDueTime)
     EXPECT_EQ((std::vector<std::string>{"early", "late"}), order);
 }
 
-TEST_F(LibeventLoopTest, OneShotRestartedFromItsCallbackFiresAgain)
-{
+TEST_F(LibeventLoopTest, OneShotRestartedFromItsCallbackFiresAgain) {
     std::unique_ptr<OneShotTimer> timer;
     int fired = 0;
     timer = std::make_unique<OneShotTimer>("t", new Action([&] {
-        EXPECT_FALSE(timer->IsRunning());
-        if (++fired < 3) {
-            timer->Start(1);
-        }
-    }));
+                                               EXPECT_FALSE(timer->IsRunning());
+                                               if (++fired < 3) {
+                                                   timer->Start(1);
+                                               }
+                                           }));
     timer->Start(1);
     EXPECT_EQ(1, loop.RunFor(BOUND_MS));
     EXPECT_EQ(3, fired);
 }
 
-TEST_F(LibeventLoopTest, RestartingAnArmedTimerReplacesItsDueTime)
-{
+TEST_F(LibeventLoopTest, RestartingAnArmedTimerReplacesItsDueTime) {
     std::vector<std::string> order;
     OneShotTimer a("a", new Action([&] { order.push_back("a"); }));
     OneShotTimer b("b", new Action([&] { order.push_back("b"); }));
@@ -114,24 +106,22 @@ TEST_F(LibeventLoopTest, RestartingAnArmedTimerReplacesItsDueTime)
     EXPECT_EQ((std::vector<std::string>{"b", "a"}), order);
 }
 
-TEST_F(LibeventLoopTest, PeriodicTimerRepeatsUntilStoppedFromItsCallback)
-{
+TEST_F(LibeventLoopTest, PeriodicTimerRepeatsUntilStoppedFromItsCallback) {
     std::unique_ptr<PeriodicTimer> timer;
     int fired = 0;
     timer = std::make_unique<PeriodicTimer>("p", new Action([&] {
-        EXPECT_TRUE(timer->IsRunning());
-        if (++fired == 3) {
-            timer->Stop();
-        }
-    }));
+                                                EXPECT_TRUE(timer->IsRunning());
+                                                if (++fired == 3) {
+                                                    timer->Stop();
+                                                }
+                                            }));
     timer->Start(1);
     EXPECT_EQ(1, loop.RunFor(BOUND_MS));
     EXPECT_EQ(3, fired);
     EXPECT_FALSE(timer->IsRunning());
 }
 
-TEST_F(LibeventLoopTest, StoppedTimerDoesNotFire)
-{
+TEST_F(LibeventLoopTest, StoppedTimerDoesNotFire) {
     int fired = 0;
     OneShotTimer timer("t", new Action([&] { ++fired; }));
     timer.Start(1);
@@ -140,8 +130,7 @@ TEST_F(LibeventLoopTest, StoppedTimerDoesNotFire)
     EXPECT_EQ(0, fired);
 }
 
-TEST_F(LibeventLoopTest, CallbackMayDestroyItsOwnTimer)
-{
+TEST_F(LibeventLoopTest, CallbackMayDestroyItsOwnTimer) {
     std::unique_ptr<PeriodicTimer> timer;
     timer = std::make_unique<PeriodicTimer>("p", new Action([&] { timer.reset(); }));
     timer->Start(1);
@@ -149,8 +138,7 @@ TEST_F(LibeventLoopTest, CallbackMayDestroyItsOwnTimer)
     EXPECT_EQ(nullptr, timer);
 }
 
-TEST_F(LibeventLoopTest, RunForEndsAtItsLimit)
-{
+TEST_F(LibeventLoopTest, RunForEndsAtItsLimit) {
     int fired = 0;
     OneShotTimer timer("t", new Action([&] { ++fired; }));
     timer.Start(BOUND_MS * 10);
@@ -159,21 +147,19 @@ TEST_F(LibeventLoopTest, RunForEndsAtItsLimit)
     EXPECT_TRUE(timer.IsRunning());
 }
 
-TEST_F(LibeventLoopTest, BreakFromACallbackEndsTheRun)
-{
+TEST_F(LibeventLoopTest, BreakFromACallbackEndsTheRun) {
     int fired = 0;
     PeriodicTimer timer("p", new Action([&] {
-        ++fired;
-        loop.Break();
-    }));
+                            ++fired;
+                            loop.Break();
+                        }));
     timer.Start(1);
     EXPECT_EQ(0, loop.Run());
     EXPECT_EQ(1, fired);
     EXPECT_TRUE(timer.IsRunning());
 }
 
-TEST_F(LibeventLoopTest, WatchedPipeIsReportedReadable)
-{
+TEST_F(LibeventLoopTest, WatchedPipeIsReportedReadable) {
     std::string got;
     int events = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[0], EventLoop::READABLE, [&](int fd, int e) {
@@ -190,8 +176,7 @@ TEST_F(LibeventLoopTest, WatchedPipeIsReportedReadable)
     EXPECT_EQ(EventLoop::READABLE, events);
 }
 
-TEST_F(LibeventLoopTest, WatchIsPersistentUntilUnwatched)
-{
+TEST_F(LibeventLoopTest, WatchIsPersistentUntilUnwatched) {
     int calls = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[0], EventLoop::READABLE, [&](int fd, int) {
         char c;
@@ -207,8 +192,7 @@ TEST_F(LibeventLoopTest, WatchIsPersistentUntilUnwatched)
     EXPECT_EQ(3, calls);
 }
 
-TEST_F(LibeventLoopTest, ChangeFdSwitchesToWritable)
-{
+TEST_F(LibeventLoopTest, ChangeFdSwitchesToWritable) {
     int events = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], EventLoop::READABLE, [&](int fd, int e) {
         events = e;
@@ -220,29 +204,26 @@ TEST_F(LibeventLoopTest, ChangeFdSwitchesToWritable)
     EXPECT_FALSE(loop.ChangeFd(m_pipe[1], EventLoop::READABLE));
 }
 
-TEST_F(LibeventLoopTest, WatchWithoutEventsLeavesNothingToWaitFor)
-{
+TEST_F(LibeventLoopTest, WatchWithoutEventsLeavesNothingToWaitFor) {
     int calls = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], 0, [&](int, int) { ++calls; }));
     EXPECT_EQ(1, loop.RunFor(BOUND_MS));
     EXPECT_EQ(0, calls);
 }
 
-TEST_F(LibeventLoopTest, InvalidWatchesAreRefused)
-{
+TEST_F(LibeventLoopTest, InvalidWatchesAreRefused) {
     EXPECT_FALSE(loop.WatchFd(-1, EventLoop::READABLE, [](int, int) {}));
     EXPECT_FALSE(loop.WatchFd(m_pipe[0], EventLoop::READABLE, nullptr));
     EXPECT_FALSE(loop.WatchFd(m_pipe[0], 4, [](int, int) {}));
     loop.UnwatchFd(m_pipe[0]);
 }
 
-TEST_F(LibeventLoopTest, TimerAndDescriptorTogether)
-{
+TEST_F(LibeventLoopTest, TimerAndDescriptorTogether) {
     std::vector<std::string> order;
     OneShotTimer timer("t", new Action([&] {
-        order.push_back("timer");
-        EXPECT_EQ(1, write(m_pipe[1], "x", 1));
-    }));
+                           order.push_back("timer");
+                           EXPECT_EQ(1, write(m_pipe[1], "x", 1));
+                       }));
     ASSERT_TRUE(loop.WatchFd(m_pipe[0], EventLoop::READABLE, [&](int fd, int) {
         char c;
         ASSERT_EQ(1, read(fd, &c, 1));
@@ -254,8 +235,7 @@ TEST_F(LibeventLoopTest, TimerAndDescriptorTogether)
     EXPECT_EQ((std::vector<std::string>{"timer", "fd"}), order);
 }
 
-TEST_F(LibeventLoopTest, RunOnceWithoutBlockingHandlesWhatIsReady)
-{
+TEST_F(LibeventLoopTest, RunOnceWithoutBlockingHandlesWhatIsReady) {
     int calls = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], EventLoop::WRITABLE, [&](int, int) { ++calls; }));
     EXPECT_EQ(0, loop.RunOnce(true));
@@ -263,8 +243,7 @@ TEST_F(LibeventLoopTest, RunOnceWithoutBlockingHandlesWhatIsReady)
     loop.UnwatchFd(m_pipe[1]);
 }
 
-TEST_F(LibeventLoopTest, DestroyingTheLoopLeavesArmedTimersIdle)
-{
+TEST_F(LibeventLoopTest, DestroyingTheLoopLeavesArmedTimersIdle) {
     OneShotTimer timer("t", nullptr);
     PeriodicTimer periodic("p", nullptr);
     {

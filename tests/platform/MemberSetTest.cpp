@@ -12,8 +12,7 @@ namespace {
 
 class MemberSetTest : public test::TestEnv {
 protected:
-    int Debug(std::vector<const char*> words)
-    {
+    int Debug(std::vector<const char*> words) {
         std::vector<char*> argv;
         for (const char* w : words) {
             argv.push_back(const_cast<char*>(w));
@@ -26,15 +25,13 @@ protected:
     MemberSet set;
 };
 
-TEST_F(MemberSetTest, StartsWithNothingSelected)
-{
+TEST_F(MemberSetTest, StartsWithNothingSelected) {
     EXPECT_FALSE(set.Any());
     EXPECT_EQ(0u, set.Bits());
     EXPECT_FALSE(set.IsSelected(0));
 }
 
-TEST_F(MemberSetTest, SelectAndDeselectLevels)
-{
+TEST_F(MemberSetTest, SelectAndDeselectLevels) {
     set.Select(3);
     set.Select(31);
     EXPECT_TRUE(set.IsSelected(3));
@@ -49,8 +46,7 @@ TEST_F(MemberSetTest, SelectAndDeselectLevels)
     EXPECT_FALSE(set.Any());
 }
 
-TEST_F(MemberSetTest, LevelsOutsideTheSetAreIgnored)
-{
+TEST_F(MemberSetTest, LevelsOutsideTheSetAreIgnored) {
     set.Select(32);
     set.Select(-1);
     EXPECT_FALSE(set.Any());
@@ -61,8 +57,7 @@ TEST_F(MemberSetTest, LevelsOutsideTheSetAreIgnored)
     EXPECT_EQ(0xffffffffu, set.Bits());
 }
 
-TEST_F(MemberSetTest, MemberTraceWritesOnlySelectedLevels)
-{
+TEST_F(MemberSetTest, MemberTraceWritesOnlySelectedLevels) {
     set.Select(3);
     member_TRACE(set, 3, "%s, size=%zu\n", "queue", static_cast<size_t>(2));
     member_TRACE(set, 5, "not selected\n");
@@ -71,8 +66,7 @@ TEST_F(MemberSetTest, MemberTraceWritesOnlySelectedLevels)
     EXPECT_EQ("queue, size=2\n", trace.Lines()[0].text);
 }
 
-TEST_F(MemberSetTest, MemberTraceIsOneStatement)
-{
+TEST_F(MemberSetTest, MemberTraceIsOneStatement) {
     set.Select(1);
     if (set.Any())
         member_TRACE(set, 1, "in if\n");
@@ -81,30 +75,26 @@ TEST_F(MemberSetTest, MemberTraceIsOneStatement)
     EXPECT_EQ((std::vector<std::string>{"in if\n"}), trace.Texts());
 }
 
-TEST_F(MemberSetTest, DebugWithNoWordsShowsTheSet)
-{
+TEST_F(MemberSetTest, DebugWithNoWordsShowsTheSet) {
     EXPECT_EQ(0, Debug({}));
     EXPECT_EQ("trace_set: off\n", console.Output());
 }
 
-TEST_F(MemberSetTest, DebugSelectsLevelsAndShowsThemAscending)
-{
+TEST_F(MemberSetTest, DebugSelectsLevelsAndShowsThemAscending) {
     EXPECT_EQ(0, Debug({"5", "3"}));
     EXPECT_EQ("trace_set: 3 5\n", console.Output());
     EXPECT_TRUE(set.IsSelected(3));
     EXPECT_TRUE(set.IsSelected(5));
 }
 
-TEST_F(MemberSetTest, DebugMinusLevelDeselects)
-{
+TEST_F(MemberSetTest, DebugMinusLevelDeselects) {
     set.Select(3);
     set.Select(5);
     EXPECT_EQ(0, Debug({"-3"}));
     EXPECT_EQ("trace_set: 5\n", console.Output());
 }
 
-TEST_F(MemberSetTest, DebugAllSelectsEveryLevel)
-{
+TEST_F(MemberSetTest, DebugAllSelectsEveryLevel) {
     EXPECT_EQ(0, Debug({"ALL"}));
     EXPECT_EQ(0xffffffffu, set.Bits());
     EXPECT_EQ(
@@ -113,8 +103,7 @@ TEST_F(MemberSetTest, DebugAllSelectsEveryLevel)
         console.Output());
 }
 
-TEST_F(MemberSetTest, DebugOffAndNoneClear)
-{
+TEST_F(MemberSetTest, DebugOffAndNoneClear) {
     set.SelectAll();
     EXPECT_EQ(0, Debug({"off"}));
     EXPECT_FALSE(set.Any());
@@ -124,14 +113,12 @@ TEST_F(MemberSetTest, DebugOffAndNoneClear)
     EXPECT_EQ("trace_set: off\ntrace_set: 7\n", console.Output());
 }
 
-TEST_F(MemberSetTest, DebugWordsApplyInOrder)
-{
+TEST_F(MemberSetTest, DebugWordsApplyInOrder) {
     EXPECT_EQ(0, Debug({"all", "-0", "-31", "off", "10"}));
     EXPECT_EQ("trace_set: 10\n", console.Output());
 }
 
-TEST_F(MemberSetTest, DebugBadWordPrintsUsageAndChangesNothing)
-{
+TEST_F(MemberSetTest, DebugBadWordPrintsUsageAndChangesNothing) {
     set.Select(4);
     for (const char* bad : {"32", "-32", "x", "", "-", "3x", "+3", "100", "-all"}) {
         console.Clear();
@@ -141,8 +128,7 @@ TEST_F(MemberSetTest, DebugBadWordPrintsUsageAndChangesNothing)
     }
 }
 
-TEST_F(MemberSetTest, DebugWithoutSessionStillChangesTheSet)
-{
+TEST_F(MemberSetTest, DebugWithoutSessionStillChangesTheSet) {
     char word[] = "2";
     char* argv[] = {word};
     EXPECT_EQ(0, HandleDebugCommand(nullptr, 1, argv, set, "trace_set"));

@@ -14,8 +14,7 @@ namespace {
 // A document with every kind of value, objects small and large, names that
 // are prefixes of each other, an empty name, a name with a NUL byte, and
 // values at the edges of every conversion.
-std::string VariedDocument()
-{
+std::string VariedDocument() {
     std::string text = R"({
         "int": -12, "uint": 4294967295, "huge": 4294967296, "int64min": -9223372036854775808,
         "uint64max": 18446744073709551615, "zero": 0, "one": 1, "two": 2, "minusone": -1,
@@ -39,10 +38,10 @@ std::string VariedDocument()
 }
 
 // Names to look up in an object: its own members and some it lacks.
-std::vector<std::string> NamesToTry(const OptionsNode& object)
-{
-    std::vector<std::string> names = {"", "a", "ab", "abc", "abcd", "k", "k1", "k39", "k40",
-                                      "k1x", "zz", "enabled", "REDISTRIBUTION", "static"};
+std::vector<std::string> NamesToTry(const OptionsNode& object) {
+    std::vector<std::string> names = {
+        "",    "a",   "ab", "abc",     "abcd",           "k",     "k1", "k39",
+        "k40", "k1x", "zz", "enabled", "REDISTRIBUTION", "static"};
     for (OptionsNodeIterator it = object.begin(); it != object.end(); ++it) {
         names.push_back(it.Name().str());
     }
@@ -52,8 +51,7 @@ std::vector<std::string> NamesToTry(const OptionsNode& object)
 // Every answer of the document's node (through Options) equals the answer of
 // a node made on the jsoncpp value directly, FindMembers included; then the
 // same for every child, met in the same order.
-void ExpectSameAnswers(const OptionsNode& read, const OptionsNode& plain, const std::string& at)
-{
+void ExpectSameAnswers(const OptionsNode& read, const OptionsNode& plain, const std::string& at) {
     SCOPED_TRACE(at);
     EXPECT_EQ(plain.Value(), read.Value());
     EXPECT_EQ(plain.HasValue(), read.HasValue());
@@ -96,8 +94,8 @@ void ExpectSameAnswers(const OptionsNode& read, const OptionsNode& plain, const 
         for (const std::string& name : names) {
             bool seen = false;
             for (const OptionsNode::Key& key : keys) {
-                seen = seen || (key.length == name.size() && name.compare(0, name.size(), key.name,
-                                                                          key.length) == 0);
+                seen = seen || (key.length == name.size() &&
+                                name.compare(0, name.size(), key.name, key.length) == 0);
             }
             if (!seen) {
                 keys.emplace_back(name.data(), name.size());
@@ -122,22 +120,20 @@ void ExpectSameAnswers(const OptionsNode& read, const OptionsNode& plain, const 
     size_t position = 0;
     for (; p != plain.end() && x != read.end(); ++p, ++x, ++position) {
         EXPECT_EQ(p.Name(), x.Name());
-        ExpectSameAnswers(*x, *p, at + "/" + std::string(p.Name().str()) + "#" +
-                                      std::to_string(position));
+        ExpectSameAnswers(*x, *p,
+                          at + "/" + std::string(p.Name().str()) + "#" + std::to_string(position));
     }
     EXPECT_TRUE(p == plain.end());
     EXPECT_TRUE(x == read.end());
 }
 
-TEST(OptionsDocumentTest, ReadsOfTheDocumentAnswerExactlyAsItsValues)
-{
+TEST(OptionsDocumentTest, ReadsOfTheDocumentAnswerExactlyAsItsValues) {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(VariedDocument()))) << options.Error().str();
     ExpectSameAnswers(options.Root(), OptionsNode(&options.Json()), "root");
 }
 
-TEST(OptionsDocumentTest, MembersOfLargeAndSmallObjectsAreFoundByName)
-{
+TEST(OptionsDocumentTest, MembersOfLargeAndSmallObjectsAreFoundByName) {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(VariedDocument())));
     const OptionsNode large = options["large"];
@@ -154,8 +150,7 @@ TEST(OptionsDocumentTest, MembersOfLargeAndSmallObjectsAreFoundByName)
     EXPECT_EQ(string("empty name"), options.Root().GetAsString(""));
 }
 
-TEST(OptionsDocumentTest, ANameWithANulByteIsFoundByItsWholeLength)
-{
+TEST(OptionsDocumentTest, ANameWithANulByteIsFoundByItsWholeLength) {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(VariedDocument())));
     const OptionsNode::Key keys[] = {OptionsNode::Key("a\0b", 3), OptionsNode::Key("a")};
@@ -168,8 +163,7 @@ TEST(OptionsDocumentTest, ANameWithANulByteIsFoundByItsWholeLength)
     EXPECT_EQ(1u, value);
 }
 
-TEST(OptionsDocumentTest, CopiesAndMovesReadTheirOwnDocument)
-{
+TEST(OptionsDocumentTest, CopiesAndMovesReadTheirOwnDocument) {
     Options original;
     ASSERT_TRUE(original.LoadFromText(string(R"({"vid": 7, "BGP": {"enabled": true}})")));
     Options copy(original);
@@ -200,8 +194,7 @@ TEST(OptionsDocumentTest, CopiesAndMovesReadTheirOwnDocument)
     EXPECT_EQ(&target.Json(), target.Root().Value());
 }
 
-TEST(OptionsDocumentTest, AFailedLoadKeepsTheDocument)
-{
+TEST(OptionsDocumentTest, AFailedLoadKeepsTheDocument) {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(R"({"vid": 7})")));
     EXPECT_FALSE(options.LoadFromText(string(R"({"vid": )")));
@@ -210,8 +203,7 @@ TEST(OptionsDocumentTest, AFailedLoadKeepsTheDocument)
     EXPECT_EQ(7u, vid);
 }
 
-TEST(OptionsDocumentTest, DocumentsMadeFromAValueAndEmptyDocumentsAreRead)
-{
+TEST(OptionsDocumentTest, DocumentsMadeFromAValueAndEmptyDocumentsAreRead) {
     Json::Value root(Json::objectValue);
     root["x"] = 3;
     const Options made(root);
@@ -224,8 +216,7 @@ TEST(OptionsDocumentTest, DocumentsMadeFromAValueAndEmptyDocumentsAreRead)
     EXPECT_TRUE(empty.Root().begin() == empty.Root().end());
 }
 
-TEST(OptionsDocumentTest, ReadingTheSameDocumentAgainGivesTheSameNodes)
-{
+TEST(OptionsDocumentTest, ReadingTheSameDocumentAgainGivesTheSameNodes) {
     Options options;
     ASSERT_TRUE(options.LoadFromText(string(R"({"a": {"b": [1, 2]}, "c": true})")));
     const OptionsNode first = options["a"]["b"];

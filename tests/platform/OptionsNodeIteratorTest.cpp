@@ -12,8 +12,7 @@ namespace {
 
 class OptionsNodeIteratorTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         ASSERT_TRUE(options.LoadFromText(string(
             R"({"list": [{"vid": 10}, {"name": "x"}, {"vid": 30}], "obj": {"b": 2, "a": 1},
                 "empty": [], "text": "t"})")));
@@ -21,8 +20,7 @@ protected:
     Options options;
 };
 
-TEST_F(OptionsNodeIteratorTest, WalksArrayElementsInDocumentOrder)
-{
+TEST_F(OptionsNodeIteratorTest, WalksArrayElementsInDocumentOrder) {
     std::vector<int> vids;
     for (const OptionsNode& element : options["list"]) {
         int vid = -1;
@@ -32,15 +30,13 @@ TEST_F(OptionsNodeIteratorTest, WalksArrayElementsInDocumentOrder)
     EXPECT_EQ((std::vector<int>{10, 0, 30}), vids);
 }
 
-TEST_F(OptionsNodeIteratorTest, ArrayElementsHaveNoName)
-{
+TEST_F(OptionsNodeIteratorTest, ArrayElementsHaveNoName) {
     OptionsNode list = options["list"];
     OptionsNodeIterator it = list.begin();
     EXPECT_EQ(string(""), it.Name());
 }
 
-TEST_F(OptionsNodeIteratorTest, WalksObjectMembersWithTheirNames)
-{
+TEST_F(OptionsNodeIteratorTest, WalksObjectMembersWithTheirNames) {
     OptionsNode obj = options["obj"];
     std::vector<std::string> names;
     std::vector<std::string> values;
@@ -53,8 +49,7 @@ TEST_F(OptionsNodeIteratorTest, WalksObjectMembersWithTheirNames)
     EXPECT_EQ((std::vector<std::string>{"1", "2"}), values);
 }
 
-TEST_F(OptionsNodeIteratorTest, ElementNodeStartsWithAnEmptyError)
-{
+TEST_F(OptionsNodeIteratorTest, ElementNodeStartsWithAnEmptyError) {
     OptionsNode list = options["list"];
     OptionsNodeIterator it = list.begin();
     ++it;
@@ -69,8 +64,7 @@ TEST_F(OptionsNodeIteratorTest, ElementNodeStartsWithAnEmptyError)
     EXPECT_TRUE((*it).Error().empty());
 }
 
-TEST_F(OptionsNodeIteratorTest, EmptyArrayAndScalarsAndMissingNodesHaveNoElements)
-{
+TEST_F(OptionsNodeIteratorTest, EmptyArrayAndScalarsAndMissingNodesHaveNoElements) {
     int count = 0;
     for (const OptionsNode& n : options["empty"]) {
         (void)n;
@@ -88,8 +82,7 @@ TEST_F(OptionsNodeIteratorTest, EmptyArrayAndScalarsAndMissingNodesHaveNoElement
     EXPECT_TRUE(options["text"].begin() == options["text"].end());
 }
 
-TEST_F(OptionsNodeIteratorTest, InvalidIteratorIsInertAndDiffersFromAValidOne)
-{
+TEST_F(OptionsNodeIteratorTest, InvalidIteratorIsInertAndDiffersFromAValidOne) {
     OptionsNodeIterator none;
     ++none;
     EXPECT_EQ(string(""), none.Name());
@@ -100,8 +93,7 @@ TEST_F(OptionsNodeIteratorTest, InvalidIteratorIsInertAndDiffersFromAValidOne)
     EXPECT_TRUE(list.begin() != none);
 }
 
-TEST_F(OptionsNodeIteratorTest, IteratorsOfTheSameArrayCompareByPosition)
-{
+TEST_F(OptionsNodeIteratorTest, IteratorsOfTheSameArrayCompareByPosition) {
     OptionsNode list = options["list"];
     OptionsNodeIterator a = list.begin();
     OptionsNodeIterator b = list.begin();

@@ -11,8 +11,7 @@ namespace {
 
 class OptionsNodeTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         ASSERT_TRUE(options.LoadFromText(string(R"({
             "int": -12,
             "big": 4294967295,
@@ -53,7 +52,8 @@ protected:
             "emptyarray": [],
             "object": {"a": 1},
             "emptyobject": {}
-        })"))) << options.Error().str();
+        })")))
+            << options.Error().str();
     }
 
     OptionsNode Node(const char* key) const { return options[key]; }
@@ -61,8 +61,7 @@ protected:
     Options options;
 };
 
-TEST_F(OptionsNodeTest, DefaultNodeHasNoValue)
-{
+TEST_F(OptionsNodeTest, DefaultNodeHasNoValue) {
     OptionsNode node;
     EXPECT_FALSE(node.HasValue());
     EXPECT_EQ(nullptr, node.Value());
@@ -75,8 +74,7 @@ TEST_F(OptionsNodeTest, DefaultNodeHasNoValue)
     EXPECT_FALSE(node["x"].HasValue());
 }
 
-TEST_F(OptionsNodeTest, MemberLookup)
-{
+TEST_F(OptionsNodeTest, MemberLookup) {
     EXPECT_TRUE(Node("int").HasValue());
     EXPECT_FALSE(Node("absent").HasValue());
     EXPECT_FALSE(Node("array")["a"].HasValue());
@@ -85,8 +83,7 @@ TEST_F(OptionsNodeTest, MemberLookup)
     EXPECT_EQ(&options.Json()["int"], Node("int").Value());
 }
 
-TEST_F(OptionsNodeTest, NullAndEmpty)
-{
+TEST_F(OptionsNodeTest, NullAndEmpty) {
     EXPECT_TRUE(Node("null").HasValue());
     EXPECT_TRUE(Node("null").IsNull());
     EXPECT_TRUE(Node("null").IsEmpty());
@@ -101,8 +98,7 @@ TEST_F(OptionsNodeTest, NullAndEmpty)
     EXPECT_FALSE(Node("object").IsEmpty());
 }
 
-TEST_F(OptionsNodeTest, KindsAndSizes)
-{
+TEST_F(OptionsNodeTest, KindsAndSizes) {
     EXPECT_TRUE(Node("array").IsArray());
     EXPECT_FALSE(Node("array").IsObject());
     EXPECT_TRUE(Node("object").IsObject());
@@ -112,8 +108,7 @@ TEST_F(OptionsNodeTest, KindsAndSizes)
     EXPECT_EQ(39u, options.Root().Size());
 }
 
-TEST_F(OptionsNodeTest, GetAsStringOfEveryKind)
-{
+TEST_F(OptionsNodeTest, GetAsStringOfEveryKind) {
     EXPECT_EQ(string("vlan"), Node("text").GetAsString());
     EXPECT_EQ(string("-12"), Node("int").GetAsString());
     EXPECT_EQ(string("4294967296"), Node("huge").GetAsString());
@@ -129,8 +124,7 @@ TEST_F(OptionsNodeTest, GetAsStringOfEveryKind)
 
 // --- AsVal(int)
 
-TEST_F(OptionsNodeTest, IntFromIntegers)
-{
+TEST_F(OptionsNodeTest, IntFromIntegers) {
     int v = 7;
     EXPECT_TRUE(Node("int").AsVal(v));
     EXPECT_EQ(-12, v);
@@ -140,8 +134,7 @@ TEST_F(OptionsNodeTest, IntFromIntegers)
     EXPECT_EQ(2147483647, v);
 }
 
-TEST_F(OptionsNodeTest, IntFromDecimalText)
-{
+TEST_F(OptionsNodeTest, IntFromDecimalText) {
     int v = 7;
     EXPECT_TRUE(Node("digits").AsVal(v));
     EXPECT_EQ(42, v);
@@ -151,8 +144,7 @@ TEST_F(OptionsNodeTest, IntFromDecimalText)
     EXPECT_EQ(-2147483647 - 1, v);
 }
 
-TEST_F(OptionsNodeTest, IntFailuresKeepTheValueAndExplain)
-{
+TEST_F(OptionsNodeTest, IntFailuresKeepTheValueAndExplain) {
     const struct {
         const char* key;
         const char* error;
@@ -187,8 +179,7 @@ TEST_F(OptionsNodeTest, IntFailuresKeepTheValueAndExplain)
 
 // --- AsVal(unsigned int)
 
-TEST_F(OptionsNodeTest, UnsignedFromIntegersAndText)
-{
+TEST_F(OptionsNodeTest, UnsignedFromIntegersAndText) {
     unsigned int v = 7;
     EXPECT_TRUE(Node("big").AsVal(v));
     EXPECT_EQ(4294967295u, v);
@@ -200,8 +191,7 @@ TEST_F(OptionsNodeTest, UnsignedFromIntegersAndText)
     EXPECT_EQ(42u, v);
 }
 
-TEST_F(OptionsNodeTest, UnsignedFailuresKeepTheValueAndExplain)
-{
+TEST_F(OptionsNodeTest, UnsignedFailuresKeepTheValueAndExplain) {
     const struct {
         const char* key;
         const char* error;
@@ -232,14 +222,13 @@ TEST_F(OptionsNodeTest, UnsignedFailuresKeepTheValueAndExplain)
 
 // --- AsVal(bool)
 
-TEST_F(OptionsNodeTest, BoolFromBooleansNumbersAndTexts)
-{
+TEST_F(OptionsNodeTest, BoolFromBooleansNumbersAndTexts) {
     const struct {
         const char* key;
         bool value;
     } cases[] = {
-        {"t", true},     {"f", false},      {"one", true},   {"zero", false},
-        {"ttrue", true}, {"tfalse", false}, {"tone", true},  {"tzero", false},
+        {"t", true},     {"f", false},      {"one", true},  {"zero", false},
+        {"ttrue", true}, {"tfalse", false}, {"tone", true}, {"tzero", false},
     };
     for (const auto& c : cases) {
         bool v = !c.value;
@@ -248,8 +237,7 @@ TEST_F(OptionsNodeTest, BoolFromBooleansNumbersAndTexts)
     }
 }
 
-TEST_F(OptionsNodeTest, BoolFailuresKeepTheValueAndExplain)
-{
+TEST_F(OptionsNodeTest, BoolFailuresKeepTheValueAndExplain) {
     const struct {
         const char* key;
         const char* error;
@@ -276,8 +264,7 @@ TEST_F(OptionsNodeTest, BoolFailuresKeepTheValueAndExplain)
     }
 }
 
-TEST_F(OptionsNodeTest, AsValOfANodeWithoutValue)
-{
+TEST_F(OptionsNodeTest, AsValOfANodeWithoutValue) {
     int i = 3;
     unsigned int u = 3;
     bool b = true;
@@ -293,8 +280,7 @@ TEST_F(OptionsNodeTest, AsValOfANodeWithoutValue)
 
 // --- GetLeafValue
 
-TEST_F(OptionsNodeTest, GetLeafValueReadsAMember)
-{
+TEST_F(OptionsNodeTest, GetLeafValueReadsAMember) {
     OptionsNode root = options.Root();
     int i = 0;
     unsigned int u = 0;
@@ -308,8 +294,7 @@ TEST_F(OptionsNodeTest, GetLeafValueReadsAMember)
     EXPECT_TRUE(root.Error().empty());
 }
 
-TEST_F(OptionsNodeTest, GetLeafValueOnAnArrayNodeFailsWithWrongTypeAndGivesTheFallback)
-{
+TEST_F(OptionsNodeTest, GetLeafValueOnAnArrayNodeFailsWithWrongTypeAndGivesTheFallback) {
     OptionsNode array = Node("array");
     int v = 1;
     EXPECT_FALSE(array.GetLeafValue(v, "a", 99));
@@ -317,8 +302,7 @@ TEST_F(OptionsNodeTest, GetLeafValueOnAnArrayNodeFailsWithWrongTypeAndGivesTheFa
     EXPECT_EQ(string("Incorrect Node type for Object or Array operations"), array.Error());
 }
 
-TEST_F(OptionsNodeTest, GetLeafValueOnANodeWithoutValueFailsWithWrongType)
-{
+TEST_F(OptionsNodeTest, GetLeafValueOnANodeWithoutValueFailsWithWrongType) {
     OptionsNode none;
     unsigned int v = 1;
     EXPECT_FALSE(none.GetLeafValue(v, "a", 5u));
@@ -331,8 +315,7 @@ TEST_F(OptionsNodeTest, GetLeafValueOnANodeWithoutValueFailsWithWrongType)
     EXPECT_EQ(string("Incorrect Node type for Object or Array operations"), text.Error());
 }
 
-TEST_F(OptionsNodeTest, GetLeafValueOfANullMemberFailsWithNotFoundAndGivesTheFallback)
-{
+TEST_F(OptionsNodeTest, GetLeafValueOfANullMemberFailsWithNotFoundAndGivesTheFallback) {
     OptionsNode root = options.Root();
     int v = 1;
     EXPECT_FALSE(root.GetLeafValue(v, "null", 42));
@@ -340,8 +323,7 @@ TEST_F(OptionsNodeTest, GetLeafValueOfANullMemberFailsWithNotFoundAndGivesTheFal
     EXPECT_EQ(string("cannot find the node element"), root.Error());
 }
 
-TEST_F(OptionsNodeTest, GetLeafValueOfAMissingMemberFailsWithNotFound)
-{
+TEST_F(OptionsNodeTest, GetLeafValueOfAMissingMemberFailsWithNotFound) {
     OptionsNode root = options.Root();
     bool v = true;
     EXPECT_FALSE(root.GetLeafValue(v, "absent", false));
@@ -352,8 +334,7 @@ TEST_F(OptionsNodeTest, GetLeafValueOfAMissingMemberFailsWithNotFound)
     EXPECT_EQ(0, i);
 }
 
-TEST_F(OptionsNodeTest, GetLeafValueOfAnUnconvertibleMemberGivesTheFallbackAndTheReason)
-{
+TEST_F(OptionsNodeTest, GetLeafValueOfAnUnconvertibleMemberGivesTheFallbackAndTheReason) {
     OptionsNode root = options.Root();
     int v = 1;
     EXPECT_FALSE(root.GetLeafValue(v, "text", 3));
@@ -365,8 +346,7 @@ TEST_F(OptionsNodeTest, GetLeafValueOfAnUnconvertibleMemberGivesTheFallbackAndTh
     EXPECT_EQ(string("number 4294967296 is out of range for unsigned int"), root.Error());
 }
 
-TEST_F(OptionsNodeTest, TheLatestFailedReadGivesTheErrorWhetherItsTextIsFixedOrFormatted)
-{
+TEST_F(OptionsNodeTest, TheLatestFailedReadGivesTheErrorWhetherItsTextIsFixedOrFormatted) {
     OptionsNode root = options.Root();
     int v = 0;
     EXPECT_FALSE(root.GetLeafValue(v, "absent", 0));
@@ -385,8 +365,7 @@ TEST_F(OptionsNodeTest, TheLatestFailedReadGivesTheErrorWhetherItsTextIsFixedOrF
 
 // --- FindMembers
 
-TEST_F(OptionsNodeTest, FindMembersFindsWhatTheLookupOfEachKeyFinds)
-{
+TEST_F(OptionsNodeTest, FindMembersFindsWhatTheLookupOfEachKeyFinds) {
     static constexpr OptionsNode::Key KEYS[] = {"text", "absent", "null", "object", "int", "t"};
     OptionsNode found[6];
     const OptionsNode root = options.Root();
@@ -403,8 +382,7 @@ TEST_F(OptionsNodeTest, FindMembersFindsWhatTheLookupOfEachKeyFinds)
     EXPECT_EQ(-12, i);
 }
 
-TEST_F(OptionsNodeTest, FindMembersMatchesWholeNamesOnly)
-{
+TEST_F(OptionsNodeTest, FindMembersMatchesWholeNamesOnly) {
     static constexpr OptionsNode::Key KEYS[] = {"tex", "texts", "TEXT", "in"};
     OptionsNode found[4];
     options.Root().FindMembers(KEYS, found);
@@ -413,8 +391,7 @@ TEST_F(OptionsNodeTest, FindMembersMatchesWholeNamesOnly)
     }
 }
 
-TEST_F(OptionsNodeTest, FindMembersOfANodeThatIsNoObjectFindsNothing)
-{
+TEST_F(OptionsNodeTest, FindMembersOfANodeThatIsNoObjectFindsNothing) {
     static constexpr OptionsNode::Key KEYS[] = {"a"};
     OptionsNode found[1] = {options.Root()};
     Node("array").FindMembers(KEYS, found);
@@ -430,8 +407,7 @@ TEST_F(OptionsNodeTest, FindMembersOfANodeThatIsNoObjectFindsNothing)
     EXPECT_TRUE(found[0].HasValue());
 }
 
-TEST_F(OptionsNodeTest, FindMembersTakesKeysOfAnyLengthAndAnEmptyName)
-{
+TEST_F(OptionsNodeTest, FindMembersTakesKeysOfAnyLengthAndAnEmptyName) {
     Options doc;
     ASSERT_TRUE(doc.LoadFromText(string(R"({"": 1, "a": 2, "a_rather_long_member_name": 3})")));
     const OptionsNode::Key keys[] = {OptionsNode::Key("a_rather_long_member_name"),
@@ -448,8 +424,7 @@ TEST_F(OptionsNodeTest, FindMembersTakesKeysOfAnyLengthAndAnEmptyName)
     EXPECT_EQ(doc.Root()[""].Value(), found[1].Value());
 }
 
-TEST_F(OptionsNodeTest, FindMembersLeavesTheFoundNodesErrorsAlone)
-{
+TEST_F(OptionsNodeTest, FindMembersLeavesTheFoundNodesErrorsAlone) {
     static constexpr OptionsNode::Key KEYS[] = {"int"};
     OptionsNode found[1];
     found[0].SetError("kept");
@@ -458,15 +433,13 @@ TEST_F(OptionsNodeTest, FindMembersLeavesTheFoundNodesErrorsAlone)
     EXPECT_EQ(string("kept"), found[0].Error());
 }
 
-TEST_F(OptionsNodeTest, ErrorCanBeSetOnAConstNode)
-{
+TEST_F(OptionsNodeTest, ErrorCanBeSetOnAConstNode) {
     const OptionsNode node = Node("int");
     node.SetError("custom");
     EXPECT_EQ(string("custom"), node.Error());
 }
 
-TEST_F(OptionsNodeTest, CopiedNodeViewsTheSameValue)
-{
+TEST_F(OptionsNodeTest, CopiedNodeViewsTheSameValue) {
     OptionsNode a = Node("object");
     OptionsNode b = a;
     EXPECT_EQ(a.Value(), b.Value());

@@ -12,39 +12,34 @@ struct Result {
     Ip4Addr address;
 };
 
-Result Parse(const char* text)
-{
+Result Parse(const char* text) {
     Ip4Addr address(9, 9, 9, 9);
     const char* cursor = text;
     const bool ok = Parse_IpAddr()(address, cursor);
     return Result{ok, cursor - text, address};
 }
 
-TEST(ParseIpAddrTest, ParsesDottedQuadAndMovesCursorToTheEnd)
-{
+TEST(ParseIpAddrTest, ParsesDottedQuadAndMovesCursorToTheEnd) {
     const Result r = Parse("10.0.0.1");
     EXPECT_TRUE(r.ok);
     EXPECT_EQ(8, r.offset);
     EXPECT_EQ(Ip4Addr(10, 0, 0, 1), r.address);
 }
 
-TEST(ParseIpAddrTest, AcceptsBoundaryValues)
-{
+TEST(ParseIpAddrTest, AcceptsBoundaryValues) {
     EXPECT_EQ(Ip4Addr(0, 0, 0, 0), Parse("0.0.0.0").address);
     EXPECT_EQ(Ip4Addr(255, 255, 255, 255), Parse("255.255.255.255").address);
     EXPECT_TRUE(Parse("255.255.255.255").ok);
 }
 
-TEST(ParseIpAddrTest, RejectsPartAbove255AndLeavesCursorOnThatPart)
-{
+TEST(ParseIpAddrTest, RejectsPartAbove255AndLeavesCursorOnThatPart) {
     const Result r = Parse("1.2.256.4");
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(4, r.offset);
     EXPECT_EQ(Ip4Addr(9, 9, 9, 9), r.address);
 }
 
-TEST(ParseIpAddrTest, RejectsLeadingZero)
-{
+TEST(ParseIpAddrTest, RejectsLeadingZero) {
     const Result r = Parse("01.2.3.4");
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(1, r.offset);
@@ -52,35 +47,30 @@ TEST(ParseIpAddrTest, RejectsLeadingZero)
     EXPECT_FALSE(Parse("1.2.3.010").ok);
 }
 
-TEST(ParseIpAddrTest, RejectsMoreThanThreeDigits)
-{
+TEST(ParseIpAddrTest, RejectsMoreThanThreeDigits) {
     const Result r = Parse("1.0001.2.3");
     EXPECT_FALSE(r.ok);
     EXPECT_FALSE(Parse("1.2.3.1000").ok);
 }
 
-TEST(ParseIpAddrTest, RejectsMissingPart)
-{
+TEST(ParseIpAddrTest, RejectsMissingPart) {
     const Result r = Parse("1.2.3");
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(5, r.offset);
     EXPECT_FALSE(Parse("1..2.3").ok);
 }
 
-TEST(ParseIpAddrTest, RejectsTrailingDot)
-{
+TEST(ParseIpAddrTest, RejectsTrailingDot) {
     const Result r = Parse("1.2.3.4.");
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(7, r.offset);
 }
 
-TEST(ParseIpAddrTest, RejectsFifthPart)
-{
+TEST(ParseIpAddrTest, RejectsFifthPart) {
     EXPECT_FALSE(Parse("1.2.3.4.5").ok);
 }
 
-TEST(ParseIpAddrTest, RejectsSpaces)
-{
+TEST(ParseIpAddrTest, RejectsSpaces) {
     const Result leading = Parse(" 1.2.3.4");
     EXPECT_FALSE(leading.ok);
     EXPECT_EQ(0, leading.offset);
@@ -90,22 +80,19 @@ TEST(ParseIpAddrTest, RejectsSpaces)
     EXPECT_FALSE(Parse("1. 2.3.4").ok);
 }
 
-TEST(ParseIpAddrTest, RejectsSigns)
-{
+TEST(ParseIpAddrTest, RejectsSigns) {
     EXPECT_FALSE(Parse("+1.2.3.4").ok);
     EXPECT_FALSE(Parse("1.-2.3.4").ok);
 }
 
-TEST(ParseIpAddrTest, RejectsEmptyTextAndLetters)
-{
+TEST(ParseIpAddrTest, RejectsEmptyTextAndLetters) {
     EXPECT_FALSE(Parse("").ok);
     EXPECT_FALSE(Parse("a.b.c.d").ok);
     EXPECT_FALSE(Parse("0x1.2.3.4").ok);
     EXPECT_FALSE(Parse("1.2.3.4/24").ok);
 }
 
-TEST(ParseIpAddrTest, NullCursorTextFails)
-{
+TEST(ParseIpAddrTest, NullCursorTextFails) {
     Ip4Addr address(1, 2, 3, 4);
     const char* cursor = nullptr;
     EXPECT_FALSE(Parse_IpAddr()(address, cursor));

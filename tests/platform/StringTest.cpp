@@ -7,8 +7,7 @@
 namespace Zavrel {
 namespace {
 
-TEST(StringTest, NullTextGivesEmptyString)
-{
+TEST(StringTest, NullTextGivesEmptyString) {
     string s(static_cast<const char*>(nullptr));
     EXPECT_TRUE(s.empty());
     EXPECT_STREQ("", s.c_str());
@@ -16,29 +15,25 @@ TEST(StringTest, NullTextGivesEmptyString)
     EXPECT_TRUE(t.empty());
 }
 
-TEST(StringTest, TextWithLengthKeepsEmbeddedZeroBytes)
-{
+TEST(StringTest, TextWithLengthKeepsEmbeddedZeroBytes) {
     string s("ab\0cd", 5);
     EXPECT_EQ(5u, s.length());
     EXPECT_EQ('c', s[3]);
 }
 
-TEST(StringTest, FormatReplacesTheContent)
-{
+TEST(StringTest, FormatReplacesTheContent) {
     string s("old text");
     s.Format("%s=%d", "vid", 12);
     EXPECT_EQ(string("vid=12"), s);
 }
 
-TEST(StringTest, AppendFmtAppends)
-{
+TEST(StringTest, AppendFmtAppends) {
     string s("a");
     s.AppendFmt("-%u", 7u).AppendFmt("-%s", "x");
     EXPECT_EQ(string("a-7-x"), s);
 }
 
-TEST(StringTest, FormatHandlesTextLongerThanAnyInternalBuffer)
-{
+TEST(StringTest, FormatHandlesTextLongerThanAnyInternalBuffer) {
     const std::string big(100000, 'x');
     string s;
     s.Format("<%s>", big.c_str());
@@ -49,8 +44,7 @@ TEST(StringTest, FormatHandlesTextLongerThanAnyInternalBuffer)
     EXPECT_EQ('|', s[200002]);
 }
 
-TEST(StringTest, FormatAtTheBoundaryOfTheSmallBuffer)
-{
+TEST(StringTest, FormatAtTheBoundaryOfTheSmallBuffer) {
     for (size_t n = 250; n < 262; ++n) {
         const std::string text(n, 'y');
         string s("pre");
@@ -59,15 +53,13 @@ TEST(StringTest, FormatAtTheBoundaryOfTheSmallBuffer)
     }
 }
 
-TEST(StringTest, EmptyFormatGivesEmptyString)
-{
+TEST(StringTest, EmptyFormatGivesEmptyString) {
     string s("keep");
     s.Format("%s", "");
     EXPECT_TRUE(s.empty());
 }
 
-TEST(StringTest, ComparesWithCStrings)
-{
+TEST(StringTest, ComparesWithCStrings) {
     string s("abc");
     EXPECT_TRUE(s == "abc");
     EXPECT_TRUE(s != "abd");
@@ -75,16 +67,14 @@ TEST(StringTest, ComparesWithCStrings)
     EXPECT_FALSE(s == static_cast<const char*>(nullptr));
 }
 
-TEST(StringTest, OrdersLikeStdString)
-{
+TEST(StringTest, OrdersLikeStdString) {
     EXPECT_LT(string("a"), string("b"));
     EXPECT_LE(string("a"), string("a"));
     EXPECT_GT(string("b"), string("a"));
     EXPECT_GE(string("b"), string("b"));
 }
 
-TEST(StringTest, AppendAndClear)
-{
+TEST(StringTest, AppendAndClear) {
     string s;
     s += "ab";
     s += string("cd");
@@ -94,8 +84,7 @@ TEST(StringTest, AppendAndClear)
     EXPECT_TRUE(s.empty());
 }
 
-TEST(StringTest, HashMatchesStdStringHash)
-{
+TEST(StringTest, HashMatchesStdStringHash) {
     EXPECT_EQ(std::hash<std::string>()("vlan"), StringHash()(string("vlan")));
 }
 

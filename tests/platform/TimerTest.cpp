@@ -17,8 +17,7 @@ namespace {
 class Log {
 public:
     explicit Log(VirtualEventLoop& loop) : m_loop(loop) {}
-    void Add(const std::string& name, unsigned int interval)
-    {
+    void Add(const std::string& name, unsigned int interval) {
         entries.push_back(name + "@" + std::to_string(m_loop.NowMs()) +
                           " interval=" + std::to_string(interval));
     }
@@ -32,11 +31,8 @@ private:
 class LogCallback : public TimerBase::Callback {
 public:
     LogCallback(Log& log, std::string name, std::function<void()> then = nullptr)
-        : m_log(log), m_name(std::move(name)), m_then(std::move(then))
-    {
-    }
-    void operator()(unsigned int interval, void*) override
-    {
+        : m_log(log), m_name(std::move(name)), m_then(std::move(then)) {}
+    void operator()(unsigned int interval, void*) override {
         m_log.Add(m_name, interval);
         if (m_then) {
             m_then();
@@ -54,16 +50,14 @@ protected:
     Log log{loop};
 };
 
-TEST_F(TimerTest, NewTimerIsIdleAndKeepsItsName)
-{
+TEST_F(TimerTest, NewTimerIsIdleAndKeepsItsName) {
     OneShotTimer timer("DcScheduler", new LogCallback(log, "t"));
     EXPECT_FALSE(timer.IsRunning());
     EXPECT_STREQ("DcScheduler", timer.Name());
     EXPECT_EQ(0u, timer.Interval());
 }
 
-TEST_F(TimerTest, OneShotFiresOnceAtItsDueTime)
-{
+TEST_F(TimerTest, OneShotFiresOnceAtItsDueTime) {
     OneShotTimer timer("t", new LogCallback(log, "t"));
     EXPECT_TRUE(timer.Start(100));
     EXPECT_TRUE(timer.IsRunning());
@@ -77,11 +71,9 @@ TEST_F(TimerTest, OneShotFiresOnceAtItsDueTime)
     EXPECT_EQ(1u, log.entries.size());
 }
 
-TEST_F(TimerTest, CallbackReceivesIntervalAndContext)
-{
+TEST_F(TimerTest, CallbackReceivesIntervalAndContext) {
     struct Capture : TimerBase::Callback {
-        void operator()(unsigned int interval, void* context) override
-        {
+        void operator()(unsigned int interval, void* context) override {
             gotInterval = interval;
             gotContext = context;
         }
@@ -97,8 +89,7 @@ TEST_F(TimerTest, CallbackReceivesIntervalAndContext)
     EXPECT_EQ(&marker, capture->gotContext);
 }
 
-TEST_F(TimerTest, MemberCallbackIsCalledOnTheObject)
-{
+TEST_F(TimerTest, MemberCallbackIsCalledOnTheObject) {
     struct Owner {
         void OnTimeout(unsigned int interval, void*) { seen.push_back(interval); }
         std::vector<unsigned int> seen;
@@ -110,8 +101,7 @@ TEST_F(TimerTest, MemberCallbackIsCalledOnTheObject)
     EXPECT_EQ((std::vector<unsigned int>{10}), owner.seen);
 }
 
-TEST_F(TimerTest, TimersFireInOrderOfDueTime)
-{
+TEST_F(TimerTest, TimersFireInOrderOfDueTime) {
     OneShotTimer a("a", new LogCallback(log, "a"));
     OneShotTimer b("b", new LogCallback(log, "b"));
     OneShotTimer c("c", new LogCallback(log, "c"));
@@ -119,13 +109,13 @@ TEST_F(TimerTest, TimersFireInOrderOfDueTime)
     a.Start(10);
     b.Start(20);
     EXPECT_EQ(3u, loop.Advance(100));
-    EXPECT_EQ((std::vector<std::string>{"a@10 interval=10", "b@20 interval=20", "c@30 interval=30"}),
-              log.entries);
+    EXPECT_EQ(
+        (std::vector<std::string>{"a@10 interval=10", "b@20 interval=20", "c@30 interval=30"}),
+        log.entries);
     EXPECT_EQ(100u, loop.NowMs());
 }
 
-TEST_F(TimerTest, TimersDueAtTheSameTimeFireInArmingOrder)
-{
+TEST_F(TimerTest, TimersDueAtTheSameTimeFireInArmingOrder) {
     OneShotTimer a("a", new LogCallback(log, "a"));
     OneShotTimer b("b", new LogCallback(log, "b"));
     OneShotTimer c("c", new LogCallback(log, "c"));
@@ -133,12 +123,12 @@ TEST_F(TimerTest, TimersDueAtTheSameTimeFireInArmingOrder)
     c.Start(10);
     a.Start(10);
     loop.Advance(10);
-    EXPECT_EQ((std::vector<std::string>{"b@10 interval=10", "c@10 interval=10", "a@10 interval=10"}),
-              log.entries);
+    EXPECT_EQ(
+        (std::vector<std::string>{"b@10 interval=10", "c@10 interval=10", "a@10 interval=10"}),
+        log.entries);
 }
 
-TEST_F(TimerTest, RestartingAnArmedOneShotReArmsItFromNow)
-{
+TEST_F(TimerTest, RestartingAnArmedOneShotReArmsItFromNow) {
     OneShotTimer timer("t", new LogCallback(log, "t"));
     timer.Start(100);
     loop.Advance(60);
@@ -150,8 +140,7 @@ TEST_F(TimerTest, RestartingAnArmedOneShotReArmsItFromNow)
     EXPECT_EQ(0u, loop.ArmedTimerCount());
 }
 
-TEST_F(TimerTest, RestartingWithAShorterDelayFiresEarlierAndOnce)
-{
+TEST_F(TimerTest, RestartingWithAShorterDelayFiresEarlierAndOnce) {
     OneShotTimer timer("t", new LogCallback(log, "t"));
     timer.Start(100);
     timer.Start(5);
@@ -160,8 +149,7 @@ TEST_F(TimerTest, RestartingWithAShorterDelayFiresEarlierAndOnce)
     EXPECT_EQ((std::vector<std::string>{"t@5 interval=5"}), log.entries);
 }
 
-TEST_F(TimerTest, RestartingMovesTheTimerBehindOthersDueAtTheSameTime)
-{
+TEST_F(TimerTest, RestartingMovesTheTimerBehindOthersDueAtTheSameTime) {
     OneShotTimer a("a", new LogCallback(log, "a"));
     OneShotTimer b("b", new LogCallback(log, "b"));
     a.Start(10);
@@ -171,27 +159,26 @@ TEST_F(TimerTest, RestartingMovesTheTimerBehindOthersDueAtTheSameTime)
     EXPECT_EQ((std::vector<std::string>{"b@10 interval=10", "a@10 interval=10"}), log.entries);
 }
 
-TEST_F(TimerTest, OneShotIsIdleInItsCallbackAndMayRestartItself)
-{
+TEST_F(TimerTest, OneShotIsIdleInItsCallbackAndMayRestartItself) {
     std::unique_ptr<OneShotTimer> timer;
     int runs = 0;
     bool runningInCallback = true;
     timer = std::make_unique<OneShotTimer>("t", new LogCallback(log, "t", [&] {
-        runningInCallback = timer->IsRunning();
-        if (++runs < 3) {
-            timer->Start(10);
-        }
-    }));
+                                               runningInCallback = timer->IsRunning();
+                                               if (++runs < 3) {
+                                                   timer->Start(10);
+                                               }
+                                           }));
     timer->Start(10);
     EXPECT_EQ(3u, loop.Advance(100));
     EXPECT_FALSE(runningInCallback);
-    EXPECT_EQ((std::vector<std::string>{"t@10 interval=10", "t@20 interval=10", "t@30 interval=10"}),
-              log.entries);
+    EXPECT_EQ(
+        (std::vector<std::string>{"t@10 interval=10", "t@20 interval=10", "t@30 interval=10"}),
+        log.entries);
     EXPECT_FALSE(timer->IsRunning());
 }
 
-TEST_F(TimerTest, PeriodicFiresEveryIntervalUntilStopped)
-{
+TEST_F(TimerTest, PeriodicFiresEveryIntervalUntilStopped) {
     PeriodicTimer timer("CfgScheduler", new LogCallback(log, "p"));
     timer.Start(100);
     EXPECT_EQ(3u, loop.Advance(350));
@@ -205,38 +192,36 @@ TEST_F(TimerTest, PeriodicFiresEveryIntervalUntilStopped)
     EXPECT_EQ(3u, log.entries.size());
 }
 
-TEST_F(TimerTest, PeriodicIsReArmedBeforeItsCallbackSoTheCallbackCanStopIt)
-{
+TEST_F(TimerTest, PeriodicIsReArmedBeforeItsCallbackSoTheCallbackCanStopIt) {
     std::unique_ptr<PeriodicTimer> timer;
     bool armedInCallback = false;
     timer = std::make_unique<PeriodicTimer>("p", new LogCallback(log, "p", [&] {
-        armedInCallback = loop.IsArmed(timer.get());
-        if (log.entries.size() == 2) {
-            timer->Stop();
-        }
-    }));
+                                                armedInCallback = loop.IsArmed(timer.get());
+                                                if (log.entries.size() == 2) {
+                                                    timer->Stop();
+                                                }
+                                            }));
     timer->Start(50);
     EXPECT_EQ(2u, loop.Advance(1000));
     EXPECT_TRUE(armedInCallback);
     EXPECT_FALSE(timer->IsRunning());
 }
 
-TEST_F(TimerTest, PeriodicRestartedFromItsCallbackTakesTheNewInterval)
-{
+TEST_F(TimerTest, PeriodicRestartedFromItsCallbackTakesTheNewInterval) {
     std::unique_ptr<PeriodicTimer> timer;
     timer = std::make_unique<PeriodicTimer>("p", new LogCallback(log, "p", [&] {
-        if (log.entries.size() == 1) {
-            timer->Start(30);
-        }
-    }));
+                                                if (log.entries.size() == 1) {
+                                                    timer->Start(30);
+                                                }
+                                            }));
     timer->Start(10);
     loop.Advance(80);
-    EXPECT_EQ((std::vector<std::string>{"p@10 interval=10", "p@40 interval=30", "p@70 interval=30"}),
-              log.entries);
+    EXPECT_EQ(
+        (std::vector<std::string>{"p@10 interval=10", "p@40 interval=30", "p@70 interval=30"}),
+        log.entries);
 }
 
-TEST_F(TimerTest, PeriodicWithZeroIntervalRepeatsEveryMillisecond)
-{
+TEST_F(TimerTest, PeriodicWithZeroIntervalRepeatsEveryMillisecond) {
     PeriodicTimer timer("p", new LogCallback(log, "p"));
     timer.Start(0);
     EXPECT_EQ(1u, loop.RunDue());
@@ -246,8 +231,7 @@ TEST_F(TimerTest, PeriodicWithZeroIntervalRepeatsEveryMillisecond)
               log.entries);
 }
 
-TEST_F(TimerTest, StopPreventsTheExpiryAndIsHarmlessWhenIdle)
-{
+TEST_F(TimerTest, StopPreventsTheExpiryAndIsHarmlessWhenIdle) {
     OneShotTimer timer("t", new LogCallback(log, "t"));
     timer.Stop();
     timer.Start(10);
@@ -259,17 +243,16 @@ TEST_F(TimerTest, StopPreventsTheExpiryAndIsHarmlessWhenIdle)
     EXPECT_FALSE(loop.HasArmedTimers());
 }
 
-TEST_F(TimerTest, TimerArmedFromACallbackFiresInTheSameAdvanceWhenDue)
-{
+TEST_F(TimerTest, TimerArmedFromACallbackFiresInTheSameAdvanceWhenDue) {
     OneShotTimer second("second", new LogCallback(log, "second"));
     OneShotTimer first("first", new LogCallback(log, "first", [&] { second.Start(5); }));
     first.Start(10);
     EXPECT_EQ(2u, loop.Advance(15));
-    EXPECT_EQ((std::vector<std::string>{"first@10 interval=10", "second@15 interval=5"}), log.entries);
+    EXPECT_EQ((std::vector<std::string>{"first@10 interval=10", "second@15 interval=5"}),
+              log.entries);
 }
 
-TEST_F(TimerTest, TimerArmedFromACallbackBeyondTheAdvanceWaits)
-{
+TEST_F(TimerTest, TimerArmedFromACallbackBeyondTheAdvanceWaits) {
     OneShotTimer second("second", new LogCallback(log, "second"));
     OneShotTimer first("first", new LogCallback(log, "first", [&] { second.Start(10); }));
     first.Start(10);
@@ -279,8 +262,7 @@ TEST_F(TimerTest, TimerArmedFromACallbackBeyondTheAdvanceWaits)
     EXPECT_EQ("second@20 interval=10", log.entries.back());
 }
 
-TEST_F(TimerTest, CallbackMayStopAnotherDueTimer)
-{
+TEST_F(TimerTest, CallbackMayStopAnotherDueTimer) {
     OneShotTimer b("b", new LogCallback(log, "b"));
     OneShotTimer a("a", new LogCallback(log, "a", [&] { b.Stop(); }));
     a.Start(10);
@@ -289,8 +271,7 @@ TEST_F(TimerTest, CallbackMayStopAnotherDueTimer)
     EXPECT_EQ((std::vector<std::string>{"a@10 interval=10"}), log.entries);
 }
 
-TEST_F(TimerTest, CallbackMayDestroyItsOwnTimer)
-{
+TEST_F(TimerTest, CallbackMayDestroyItsOwnTimer) {
     std::unique_ptr<PeriodicTimer> timer;
     timer = std::make_unique<PeriodicTimer>("p", new LogCallback(log, "p", [&] { timer.reset(); }));
     timer->Start(10);
@@ -299,8 +280,7 @@ TEST_F(TimerTest, CallbackMayDestroyItsOwnTimer)
     EXPECT_FALSE(loop.HasArmedTimers());
 }
 
-TEST_F(TimerTest, DestroyingAnArmedTimerDisarmsIt)
-{
+TEST_F(TimerTest, DestroyingAnArmedTimerDisarmsIt) {
     {
         OneShotTimer timer("t", new LogCallback(log, "t"));
         timer.Start(10);
@@ -310,8 +290,7 @@ TEST_F(TimerTest, DestroyingAnArmedTimerDisarmsIt)
     EXPECT_EQ(0u, loop.Advance(100));
 }
 
-TEST_F(TimerTest, TimerWithoutCallbackRunsOnExpireOfASubclass)
-{
+TEST_F(TimerTest, TimerWithoutCallbackRunsOnExpireOfASubclass) {
     class Counting : public OneShotTimer {
     public:
         Counting() : OneShotTimer("counting", nullptr) {}
@@ -330,8 +309,7 @@ TEST_F(TimerTest, TimerWithoutCallbackRunsOnExpireOfASubclass)
     EXPECT_EQ(1u, loop.Advance(1));
 }
 
-TEST_F(TimerTest, DestroyingTheLoopLeavesArmedTimersIdle)
-{
+TEST_F(TimerTest, DestroyingTheLoopLeavesArmedTimersIdle) {
     OneShotTimer timer("t", new LogCallback(log, "t"));
     PeriodicTimer periodic("p", new LogCallback(log, "p"));
     {
@@ -351,8 +329,7 @@ TEST_F(TimerTest, DestroyingTheLoopLeavesArmedTimersIdle)
     EXPECT_EQ((std::vector<std::string>{"t@5 interval=5"}), log.entries);
 }
 
-TEST_F(TimerTest, StartingOnAnotherLoopMovesTheTimer)
-{
+TEST_F(TimerTest, StartingOnAnotherLoopMovesTheTimer) {
     OneShotTimer timer("t", new LogCallback(log, "t"));
     timer.Start(10);
     VirtualEventLoop other;

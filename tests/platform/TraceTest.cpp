@@ -17,8 +17,7 @@ class TraceTest : public test::TestEnv {};
 class ThresholdSink : public TraceSink {
 public:
     explicit ThresholdSink(int threshold) : m_threshold(threshold) {}
-    bool Wants(int level) const override
-    {
+    bool Wants(int level) const override {
         ++asked;
         return level <= m_threshold;
     }
@@ -36,21 +35,18 @@ struct Counted {
     int* count;
 };
 
-const char* Describe(Counted c)
-{
+const char* Describe(Counted c) {
     ++*c.count;
     return "counted";
 }
 
-TEST_F(TraceTest, TraceWithoutLevelIsLevelZero)
-{
+TEST_F(TraceTest, TraceWithoutLevelIsLevelZero) {
     TRACE("plain %s\n", "text");
     ASSERT_EQ(1u, trace.Lines().size());
     EXPECT_EQ((Line{0, "plain text\n"}), trace.Lines()[0]);
 }
 
-TEST_F(TraceTest, TraceWithLevelKeepsTheLevel)
-{
+TEST_F(TraceTest, TraceWithLevelKeepsTheLevel) {
     TRACE(10, "progress %d\n", 5);
     TRACE(3, "queue\n");
     ASSERT_EQ(2u, trace.Lines().size());
@@ -58,29 +54,25 @@ TEST_F(TraceTest, TraceWithLevelKeepsTheLevel)
     EXPECT_EQ((Line{3, "queue\n"}), trace.Lines()[1]);
 }
 
-TEST_F(TraceTest, LevelZeroLiteralIsALevelNotAFormat)
-{
+TEST_F(TraceTest, LevelZeroLiteralIsALevelNotAFormat) {
     TRACE(0, "zero\n");
     EXPECT_EQ((Line{0, "zero\n"}), trace.Lines().at(0));
 }
 
-TEST_F(TraceTest, MessageReachesTheSinkExactlyAsFormatted)
-{
+TEST_F(TraceTest, MessageReachesTheSinkExactlyAsFormatted) {
     TRACE(1, "no newline");
     TRACE(1, "two\nlines\n");
     TRACE(1, "%s", "");
     EXPECT_EQ((std::vector<std::string>{"no newline", "two\nlines\n", ""}), trace.Texts());
 }
 
-TEST_F(TraceTest, LongMessagesAreNotTruncated)
-{
+TEST_F(TraceTest, LongMessagesAreNotTruncated) {
     const std::string big(5000, 'q');
     TRACE(5, "%s\n", big.c_str());
     EXPECT_EQ(big + "\n", trace.Lines().at(0).text);
 }
 
-TEST_F(TraceTest, UnwantedLevelIsNotFormatted)
-{
+TEST_F(TraceTest, UnwantedLevelIsNotFormatted) {
     ThresholdSink sink(1);
     TraceSink* before = SetTraceSink(&sink);
     EXPECT_EQ(&trace, before);
@@ -98,8 +90,7 @@ TEST_F(TraceTest, UnwantedLevelIsNotFormatted)
     SetTraceSink(before);
 }
 
-TEST_F(TraceTest, SetTraceSinkReturnsThePreviousSink)
-{
+TEST_F(TraceTest, SetTraceSinkReturnsThePreviousSink) {
     EXPECT_EQ(&trace, GetTraceSink());
     CapturingTraceSink other;
     EXPECT_EQ(&trace, SetTraceSink(&other));
@@ -110,8 +101,7 @@ TEST_F(TraceTest, SetTraceSinkReturnsThePreviousSink)
     EXPECT_TRUE(other.Contains(2, "to other\n"));
 }
 
-TEST_F(TraceTest, NullSinkRestoresTheDefaultStderrSinkWithThresholdZero)
-{
+TEST_F(TraceTest, NullSinkRestoresTheDefaultStderrSinkWithThresholdZero) {
     SetTraceSink(nullptr);
     auto* sink = dynamic_cast<StderrTraceSink*>(GetTraceSink());
     ASSERT_NE(nullptr, sink);
@@ -125,8 +115,7 @@ TEST_F(TraceTest, NullSinkRestoresTheDefaultStderrSinkWithThresholdZero)
     EXPECT_EQ(sink, GetTraceSink());
 }
 
-TEST_F(TraceTest, StderrSinkWritesWantedLevelsToStandardError)
-{
+TEST_F(TraceTest, StderrSinkWritesWantedLevelsToStandardError) {
     StderrTraceSink sink(3);
     EXPECT_TRUE(sink.Wants(3));
     EXPECT_FALSE(sink.Wants(4));
@@ -141,16 +130,14 @@ TEST_F(TraceTest, StderrSinkWritesWantedLevelsToStandardError)
     EXPECT_EQ("to stderr 1\n", written);
 }
 
-TEST_F(TraceTest, SyslogSinkFiltersByThreshold)
-{
+TEST_F(TraceTest, SyslogSinkFiltersByThreshold) {
     SyslogTraceSink sink("zavrel-test", 1);
     EXPECT_TRUE(sink.Wants(0));
     EXPECT_TRUE(sink.Wants(1));
     EXPECT_FALSE(sink.Wants(2));
 }
 
-TEST_F(TraceTest, CapturingSinkTextsByLevel)
-{
+TEST_F(TraceTest, CapturingSinkTextsByLevel) {
     TRACE(1, "a\n");
     TRACE(2, "b\n");
     TRACE(1, "c\n");
@@ -159,8 +146,7 @@ TEST_F(TraceTest, CapturingSinkTextsByLevel)
     EXPECT_TRUE(trace.Texts(7).empty());
 }
 
-TEST_F(TraceTest, CapturingSinkContainsMatchesWholeTextAndLevel)
-{
+TEST_F(TraceTest, CapturingSinkContainsMatchesWholeTextAndLevel) {
     TRACE(5, "issued request\n");
     EXPECT_TRUE(trace.Contains("issued request\n"));
     EXPECT_FALSE(trace.Contains("issued request"));

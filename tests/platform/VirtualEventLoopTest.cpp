@@ -26,13 +26,11 @@ private:
 
 class VirtualEventLoopTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
+    void SetUp() override {
         m_previous = EventLoop::SetCurrent(&loop);
         ASSERT_EQ(0, pipe(m_pipe));
     }
-    void TearDown() override
-    {
+    void TearDown() override {
         EventLoop::SetCurrent(m_previous);
         close(m_pipe[0]);
         close(m_pipe[1]);
@@ -46,8 +44,7 @@ private:
     EventLoop* m_previous = nullptr;
 };
 
-TEST_F(VirtualEventLoopTest, ClockStartsAtZeroAndMovesOnlyWhenAdvanced)
-{
+TEST_F(VirtualEventLoopTest, ClockStartsAtZeroAndMovesOnlyWhenAdvanced) {
     EXPECT_EQ(0u, loop.NowMs());
     EXPECT_EQ(0u, loop.Advance(250));
     EXPECT_EQ(250u, loop.NowMs());
@@ -55,8 +52,7 @@ TEST_F(VirtualEventLoopTest, ClockStartsAtZeroAndMovesOnlyWhenAdvanced)
     EXPECT_EQ(250u, loop.NowMs());
 }
 
-TEST_F(VirtualEventLoopTest, ClockIsAtTheDueTimeDuringACallbackAndAtTheTargetAfter)
-{
+TEST_F(VirtualEventLoopTest, ClockIsAtTheDueTimeDuringACallbackAndAtTheTargetAfter) {
     uint64_t seen = 0;
     struct Seen : TimerBase::Callback {
         Seen(VirtualEventLoop& l, uint64_t& s) : loop(l), seen(s) {}
@@ -72,15 +68,13 @@ TEST_F(VirtualEventLoopTest, ClockIsAtTheDueTimeDuringACallbackAndAtTheTargetAft
     EXPECT_EQ(107u, loop.NowMs());
 }
 
-TEST_F(VirtualEventLoopTest, AdvanceSaturatesAtTheEndOfTheClock)
-{
+TEST_F(VirtualEventLoopTest, AdvanceSaturatesAtTheEndOfTheClock) {
     loop.Advance(10);
     loop.Advance(UINT64_MAX);
     EXPECT_EQ(UINT64_MAX, loop.NowMs());
 }
 
-TEST_F(VirtualEventLoopTest, NextDueAndArmedState)
-{
+TEST_F(VirtualEventLoopTest, NextDueAndArmedState) {
     uint64_t due = 99;
     EXPECT_FALSE(loop.NextDue(due));
     EXPECT_EQ(99u, due);
@@ -99,8 +93,7 @@ TEST_F(VirtualEventLoopTest, NextDueAndArmedState)
     EXPECT_EQ(40u, due);
 }
 
-TEST_F(VirtualEventLoopTest, RunDueFiresOnlyWhatIsDueNow)
-{
+TEST_F(VirtualEventLoopTest, RunDueFiresOnlyWhatIsDueNow) {
     OneShotTimer now("now", new Flag(log, "now"));
     OneShotTimer later("later", new Flag(log, "later"));
     now.Start(0);
@@ -110,8 +103,7 @@ TEST_F(VirtualEventLoopTest, RunDueFiresOnlyWhatIsDueNow)
     EXPECT_TRUE(later.IsRunning());
 }
 
-TEST_F(VirtualEventLoopTest, DestructorLeavesArmedTimersIdle)
-{
+TEST_F(VirtualEventLoopTest, DestructorLeavesArmedTimersIdle) {
     OneShotTimer t("t", new Flag(log, "t"));
     {
         VirtualEventLoop temporary;
@@ -124,15 +116,13 @@ TEST_F(VirtualEventLoopTest, DestructorLeavesArmedTimersIdle)
     EventLoop::SetCurrent(&loop);
 }
 
-TEST_F(VirtualEventLoopTest, WatchReadableDescriptorAndDispatchWhenReady)
-{
+TEST_F(VirtualEventLoopTest, WatchReadableDescriptorAndDispatchWhenReady) {
     std::vector<int> ready;
-    ASSERT_TRUE(loop.WatchFd(m_pipe[0], EventLoop::READABLE,
-                             [&](int fd, int events) {
-                                 char c;
-                                 EXPECT_EQ(1, read(fd, &c, 1));
-                                 ready.push_back(events);
-                             }));
+    ASSERT_TRUE(loop.WatchFd(m_pipe[0], EventLoop::READABLE, [&](int fd, int events) {
+        char c;
+        EXPECT_EQ(1, read(fd, &c, 1));
+        ready.push_back(events);
+    }));
     EXPECT_EQ(1u, loop.WatchedFdCount());
     EXPECT_EQ(EventLoop::READABLE, loop.WatchedEvents(m_pipe[0]));
     EXPECT_EQ(0u, loop.DispatchReadyFds());
@@ -142,8 +132,7 @@ TEST_F(VirtualEventLoopTest, WatchReadableDescriptorAndDispatchWhenReady)
     EXPECT_EQ(0u, loop.DispatchReadyFds());
 }
 
-TEST_F(VirtualEventLoopTest, WritableDescriptorIsReportedWritable)
-{
+TEST_F(VirtualEventLoopTest, WritableDescriptorIsReportedWritable) {
     int events = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], EventLoop::READABLE | EventLoop::WRITABLE,
                              [&](int, int e) { events = e; }));
@@ -151,8 +140,7 @@ TEST_F(VirtualEventLoopTest, WritableDescriptorIsReportedWritable)
     EXPECT_EQ(EventLoop::WRITABLE, events);
 }
 
-TEST_F(VirtualEventLoopTest, ChangeFdSelectsOtherEvents)
-{
+TEST_F(VirtualEventLoopTest, ChangeFdSelectsOtherEvents) {
     int calls = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], EventLoop::READABLE, [&](int, int) { ++calls; }));
     EXPECT_EQ(0u, loop.DispatchReadyFds());
@@ -166,8 +154,7 @@ TEST_F(VirtualEventLoopTest, ChangeFdSelectsOtherEvents)
     EXPECT_FALSE(loop.ChangeFd(m_pipe[1], 8));
 }
 
-TEST_F(VirtualEventLoopTest, WatchingAgainReplacesEventsAndHandler)
-{
+TEST_F(VirtualEventLoopTest, WatchingAgainReplacesEventsAndHandler) {
     std::string who;
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], EventLoop::WRITABLE, [&](int, int) { who += "first"; }));
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], EventLoop::WRITABLE, [&](int, int) { who += "second"; }));
@@ -176,8 +163,7 @@ TEST_F(VirtualEventLoopTest, WatchingAgainReplacesEventsAndHandler)
     EXPECT_EQ("second", who);
 }
 
-TEST_F(VirtualEventLoopTest, InvalidWatchesAreRefused)
-{
+TEST_F(VirtualEventLoopTest, InvalidWatchesAreRefused) {
     EXPECT_FALSE(loop.WatchFd(-1, EventLoop::READABLE, [](int, int) {}));
     EXPECT_FALSE(loop.WatchFd(m_pipe[0], EventLoop::READABLE, nullptr));
     EXPECT_FALSE(loop.WatchFd(m_pipe[0], 4, [](int, int) {}));
@@ -185,8 +171,7 @@ TEST_F(VirtualEventLoopTest, InvalidWatchesAreRefused)
     EXPECT_EQ(0, loop.WatchedEvents(m_pipe[0]));
 }
 
-TEST_F(VirtualEventLoopTest, HandlerMayUnwatchItsOwnDescriptor)
-{
+TEST_F(VirtualEventLoopTest, HandlerMayUnwatchItsOwnDescriptor) {
     int calls = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[1], EventLoop::WRITABLE, [&](int fd, int) {
         ++calls;
@@ -198,8 +183,7 @@ TEST_F(VirtualEventLoopTest, HandlerMayUnwatchItsOwnDescriptor)
     EXPECT_EQ(0u, loop.WatchedFdCount());
 }
 
-TEST_F(VirtualEventLoopTest, HandlerMayUnwatchAnotherReadyDescriptor)
-{
+TEST_F(VirtualEventLoopTest, HandlerMayUnwatchAnotherReadyDescriptor) {
     int other[2];
     ASSERT_EQ(0, pipe(other));
     int calls = 0;
@@ -216,8 +200,7 @@ TEST_F(VirtualEventLoopTest, HandlerMayUnwatchAnotherReadyDescriptor)
     close(other[1]);
 }
 
-TEST_F(VirtualEventLoopTest, ClosedWriterReportsReadable)
-{
+TEST_F(VirtualEventLoopTest, ClosedWriterReportsReadable) {
     int events = 0;
     ASSERT_TRUE(loop.WatchFd(m_pipe[0], EventLoop::READABLE, [&](int, int e) { events = e; }));
     close(m_pipe[1]);
@@ -226,13 +209,11 @@ TEST_F(VirtualEventLoopTest, ClosedWriterReportsReadable)
     EXPECT_EQ(EventLoop::READABLE, events);
 }
 
-TEST_F(VirtualEventLoopTest, AdvanceDispatchesReadyDescriptorsBeforeEachTimer)
-{
+TEST_F(VirtualEventLoopTest, AdvanceDispatchesReadyDescriptorsBeforeEachTimer) {
     std::vector<std::string> order;
     struct Note : TimerBase::Callback {
         Note(std::vector<std::string>& o, int fd) : order(o), writeFd(fd) {}
-        void operator()(unsigned int, void*) override
-        {
+        void operator()(unsigned int, void*) override {
             order.push_back("timer");
             EXPECT_EQ(1, write(writeFd, "y", 1));
         }
@@ -253,8 +234,7 @@ TEST_F(VirtualEventLoopTest, AdvanceDispatchesReadyDescriptorsBeforeEachTimer)
     EXPECT_EQ((std::vector<std::string>{"fd:x", "timer", "fd:y", "timer", "fd:y"}), order);
 }
 
-TEST_F(VirtualEventLoopTest, UnwatchOfAnUnknownDescriptorIsHarmless)
-{
+TEST_F(VirtualEventLoopTest, UnwatchOfAnUnknownDescriptorIsHarmless) {
     loop.UnwatchFd(77);
     EXPECT_EQ(0u, loop.WatchedFdCount());
 }

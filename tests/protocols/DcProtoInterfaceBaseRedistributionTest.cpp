@@ -112,15 +112,16 @@ TEST_F(DcProtoInterfaceBaseRedistributionTest, DroppingTheSectionWithdrawsToo) {
     Reload(ospf, R"({"OSPFV3": {"enabled": 1, "REDISTRIBUTION": {"static": 0, "connected": 0,
         "rip": 0}}})");
     Reload(ospf, R"({"vid": 5})");
-    EXPECT_EQ(Queued(), Line(32773, "0xd0000", "0xe0000", true) +
-                            Line(32773, "0xd0000", "0xe0000", false));
+    EXPECT_EQ(Queued(),
+              Line(32773, "0xd0000", "0xe0000", true) + Line(32773, "0xd0000", "0xe0000", false));
 }
 
 TEST_F(DcProtoInterfaceBaseRedistributionTest, BgpRedistributesIntoBothInstances) {
     DcBgpRouter bgp(5);
     Reload(bgp, R"({"BGP": {"enabled": 1, "REDISTRIBUTION": {"static": 0, "connected": 0,
         "rip": 0}}})");
-    EXPECT_EQ(Queued(), Line(5, "0xe0000", "0xd0000", true) + Line(32773, "0xe0000", "0xd0000", true));
+    EXPECT_EQ(Queued(),
+              Line(5, "0xe0000", "0xd0000", true) + Line(32773, "0xe0000", "0xd0000", true));
 }
 
 TEST_F(DcProtoInterfaceBaseRedistributionTest, DisabledRouterRequestsNothing) {

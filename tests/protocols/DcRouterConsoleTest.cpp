@@ -123,8 +123,7 @@ TEST_F(DcRouterConsoleTest, IgmpShowsMulticastInterfacesAndGroups) {
     Configure(R"({"VLAN_CONFIGURATIONS": [{"vid": 5, "IGMP": {"enabled": 1}}]})");
     manager->JoinNetwork(5, 100, true);
     manager->ProcessInterfaceStatusChange(5, 101, 1);
-    auto* igmp =
-        dynamic_cast<DcMulticastRouter*>(manager->GetDcRouterByVID(5, DcRouterMgr::IGMP));
+    auto* igmp = dynamic_cast<DcMulticastRouter*>(manager->GetDcRouterByVID(5, DcRouterMgr::IGMP));
     ASSERT_NE(igmp, nullptr);
     ASSERT_TRUE(igmp->AddGroup(100, "239.1.1.1"));
     ASSERT_TRUE(igmp->ConfigureInterface(101, false));

@@ -69,12 +69,11 @@ protected:
 
 TEST_F(MulticastRoutingTableConsoleCommandTest, ListsTheGroupsOfTheConsolesVlan) {
     EXPECT_TRUE(Run(0, {}));
-    EXPECT_EQ(console.Output(),
-              Header(5, "IGMP") +
-                  "224.0.1.20                               101        no\n"
-                  "239.1.1.1                                100        yes\n"
-                  "239.1.1.1                                101        no\n"
-                  "End of Table\n");
+    EXPECT_EQ(console.Output(), Header(5, "IGMP") +
+                                    "224.0.1.20                               101        no\n"
+                                    "239.1.1.1                                100        yes\n"
+                                    "239.1.1.1                                101        no\n"
+                                    "End of Table\n");
     EXPECT_EQ(console.EndCount(), 1);
 }
 
@@ -104,8 +103,9 @@ TEST_F(MulticastRoutingTableConsoleCommandTest, Family41ListsTheMldGroups) {
 
 TEST_F(MulticastRoutingTableConsoleCommandTest, BadWordsAreRefusedWithTheUsage) {
     EXPECT_FALSE(Run(0, {"group", "10.1.1.1"}));
-    EXPECT_EQ(console.Output(), "Invalid group address 10.1.1.1\n"
-                                "Usage: mcast-database [vrf <vid>] [group <address>]\n");
+    EXPECT_EQ(console.Output(),
+              "Invalid group address 10.1.1.1\n"
+              "Usage: mcast-database [vrf <vid>] [group <address>]\n");
     EXPECT_FALSE(Run(0, {"vrf", "x"}));
     EXPECT_EQ(console.Output(),
               "Invalid VLAN ID x\nUsage: mcast-database [vrf <vid>] [group <address>]\n");

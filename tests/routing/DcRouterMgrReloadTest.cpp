@@ -327,10 +327,10 @@ TEST_F(RouterOrderTest, VlanOptionsReachTheRoutersInProtocolOrder) {
 
 TEST_F(RouterOrderTest, OtherOptionTypesReachTheRoutersInProtocolOrder) {
     Load(ENTRY, "other.json", static_cast<DclConfigObject::OptionType>(4));
-    EXPECT_EQ(log, (Lines{"BGP other.json 4 b", "OSPFV2 other.json 4 o",
-                          "OSPFV3 forgets other.json", "RIPV2 other.json 4 r",
-                          "RIPNG other.json 4 n", "IGMP forgets other.json",
-                          "MLD other.json 4 m"}));
+    EXPECT_EQ(log,
+              (Lines{"BGP other.json 4 b", "OSPFV2 other.json 4 o", "OSPFV3 forgets other.json",
+                     "RIPV2 other.json 4 r", "RIPNG other.json 4 n", "IGMP forgets other.json",
+                     "MLD other.json 4 m"}));
 }
 
 TEST_F(RouterOrderTest, RemoteOptionsReachTheRunningRoutersInProtocolOrder) {
@@ -356,8 +356,7 @@ TEST_F(RouterMgrReloadTest, RealRoutersAreReloadedInProtocolOrder) {
         "a.json", VLAN_OPTIONS);
 
     std::vector<long> receivers;
-    for (CfgItem* item :
-         mgr->GetCfgSched().Items(CfgKey(5, DcRtmMgr::CFG_KEY_REDISTRIBUTION))) {
+    for (CfgItem* item : mgr->GetCfgSched().Items(CfgKey(5, DcRtmMgr::CFG_KEY_REDISTRIBUTION))) {
         auto* entry = dynamic_cast<RouteRedistributeItem*>(item);
         ASSERT_NE(entry, nullptr);
         if (receivers.empty() || receivers.back() != entry->Destination()) {

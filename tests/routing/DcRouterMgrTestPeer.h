@@ -48,7 +48,7 @@ public:
             std::is_same<decltype(DcRouterMgr::m_ip4_handlers), DcRouterMgr::CmdHandlerMap>::value);
         static_assert(
             std::is_same<decltype(DcRouterMgr::m_ip6_handlers), DcRouterMgr::CmdHandlerMap>::value);
-        return {&mgr.m_vlan_section, &mgr.m_vlans,     &mgr.m_source_vlans, &mgr.m_scheduler,
+        return {&mgr.m_vlan_section, &mgr.m_vlans,      &mgr.m_source_vlans, &mgr.m_scheduler,
                 &mgr.m_cfg_sched,    &mgr.m_serializer, &mgr.m_ip4_handlers, &mgr.m_ip6_handlers};
     }
 };

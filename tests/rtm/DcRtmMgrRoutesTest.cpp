@@ -70,8 +70,8 @@ TEST_F(DcRtmMgrRoutesTest, KindCodesAreFixed) {
 }
 
 TEST_F(DcRtmMgrRoutesTest, AddRouteQueuesAnActiveRouteWithThePrefixLengthOfTheMask) {
-    EXPECT_TRUE(AddRoute(5, A4("10.1.0.0"), A4("255.255.0.0"), A4("192.168.1.1"), 7, 65537,
-                         0x30000, 1));
+    EXPECT_TRUE(
+        AddRoute(5, A4("10.1.0.0"), A4("255.255.0.0"), A4("192.168.1.1"), 7, 65537, 0x30000, 1));
     EXPECT_TRUE(sched->HasBucket(CfgKey(5, ROUTES)));
     EXPECT_EQ(Pending(), Item("StaticRouteItem: vrf(5) Dest(10.1.0.0/16) NextHop(192.168.1.1) "
                               "Intf(7) metric(1) Type(Static) RowStatus(Active) AdminStatus(1) "
@@ -107,8 +107,8 @@ TEST_F(DcRtmMgrRoutesTest, EnableAndDisableRouteQueueActiveRowsUpAndDown) {
 }
 
 TEST_F(DcRtmMgrRoutesTest, Ipv6AddRouteTakesTheDestinationFromThePrefixNotTheAddress) {
-    EXPECT_TRUE(AddRoute(5, A6("2001:db8:ffff::1"), Ip6Prefix(A6("2001:db8::"), 32),
-                         A6("fe80::1"), 3, 10, 0x30000, 1));
+    EXPECT_TRUE(AddRoute(5, A6("2001:db8:ffff::1"), Ip6Prefix(A6("2001:db8::"), 32), A6("fe80::1"),
+                         3, 10, 0x30000, 1));
     EXPECT_EQ(Pending(), Item("StaticRouteItem: vrf(5) Dest(2001:db8::/32) NextHop(fe80::1) "
                               "Intf(3) metric(10) Type(Static) RowStatus(Active) AdminStatus(1) "
                               "ActionState(New) Reason(noError)"));
@@ -158,8 +158,8 @@ protected:
     std::string State(const char* rowStatus, int admin, const char* state, const char* reason) {
         return Item(std::string("StaticRouteItem: vrf(5) Dest(10.1.0.0/16) NextHop(192.168.1.1) "
                                 "Intf(7) metric(1) Type(Static) RowStatus(") +
-                    rowStatus + ") AdminStatus(" + std::to_string(admin) + ") ActionState(" + state +
-                    ") Reason(" + reason + ")");
+                    rowStatus + ") AdminStatus(" + std::to_string(admin) + ") ActionState(" +
+                    state + ") Reason(" + reason + ")");
     }
 };
 
@@ -256,8 +256,8 @@ protected:
     std::string State(const char* rowStatus, int admin, const char* state, const char* reason) {
         return Item(std::string("RedistItem: Instance(5) Dest(0x80000) Src(0x30000) "
                                 "Priority(0x0) RowStatus(") +
-                    rowStatus + ") AdminStatus(" + std::to_string(admin) + ") ActionState(" + state +
-                    ") Reason(" + reason + ")");
+                    rowStatus + ") AdminStatus(" + std::to_string(admin) + ") ActionState(" +
+                    state + ") Reason(" + reason + ")");
     }
 };
 

@@ -136,20 +136,20 @@ TEST_F(DcRtmMgrTest, UpdateTwiceWithSameOptionsStartsBothInstancesOnlyOnce) {
     };
     EXPECT_EQ(RecordingStack::Instance().Calls(), first);
     EXPECT_EQ(trace.Texts(10),
-              (std::vector<std::string>{"DcRtmMgr::UpdateRtmConfig: Creating IPv4 Unicast RTM for vlan 5\n",
-                                        "Creating RTM Instance 5\n",
-                                        "Creating IPv6 Unicast RTM for vlan 5\n",
-                                        "Creating RTM Instance 32773\n"}));
+              (std::vector<std::string>{
+                  "DcRtmMgr::UpdateRtmConfig: Creating IPv4 Unicast RTM for vlan 5\n",
+                  "Creating RTM Instance 5\n", "Creating IPv6 Unicast RTM for vlan 5\n",
+                  "Creating RTM Instance 32773\n"}));
 
     RecordingStack::Instance().ClearCalls();
     trace.Clear();
     EXPECT_TRUE(rtm->UpdateRtmConfig(5, vlan, DclConfigObject::OPTION_TYPE_VLAN));
     EXPECT_TRUE(RecordingStack::Instance().Calls().empty());
     EXPECT_EQ(trace.Texts(10),
-              (std::vector<std::string>{"DcRtmMgr::UpdateRtmConfig: Creating IPv4 Unicast RTM for vlan 5\n",
-                                        "Creating RTM Instance 5\n",
-                                        "Creating IPv6 Unicast RTM for vlan 5\n",
-                                        "Creating RTM Instance 32773\n"}));
+              (std::vector<std::string>{
+                  "DcRtmMgr::UpdateRtmConfig: Creating IPv4 Unicast RTM for vlan 5\n",
+                  "Creating RTM Instance 5\n", "Creating IPv6 Unicast RTM for vlan 5\n",
+                  "Creating RTM Instance 32773\n"}));
 }
 
 TEST_F(DcRtmMgrTest, IPv6InstanceTakesTheOspfv3AndRipngDistances) {
@@ -185,14 +185,16 @@ TEST_F(DcRtmMgrTest, RemoteOptionsCarryNoRtmSettings) {
                                      DclConfigObject::OPTION_TYPE_REMOTE));
     EXPECT_TRUE(RecordingStack::Instance().Calls().empty());
     EXPECT_FALSE(rtm->HasRtmData(5));
-    EXPECT_EQ(trace.Texts(10), (std::vector<std::string>{
-                                   "DcRtmMgr::UpdateRtmConfig: Creating IPv4 Unicast RTM for vlan 5\n"}));
+    EXPECT_EQ(trace.Texts(10),
+              (std::vector<std::string>{
+                  "DcRtmMgr::UpdateRtmConfig: Creating IPv4 Unicast RTM for vlan 5\n"}));
 }
 
 TEST_F(DcRtmMgrTest, DeleteRtmConfigOfUnknownVlanStillDeletesBothInstances) {
     rtm->DeleteRtmConfig(9);
-    EXPECT_EQ(RecordingStack::Instance().Calls(),
-              (std::vector<std::string>{"sms_cipr_action(9, 2080)", "sms_cipr_action(32777, 2080)"}));
+    EXPECT_EQ(
+        RecordingStack::Instance().Calls(),
+        (std::vector<std::string>{"sms_cipr_action(9, 2080)", "sms_cipr_action(32777, 2080)"}));
     EXPECT_EQ(trace.Texts(10), (std::vector<std::string>{"Deleting RTM Instance 9\n",
                                                          "Deleting RTM Instance 32777\n"}));
 }

@@ -18,7 +18,6 @@ using test::RecordingStack;
 
 class DcSchedulerTest : public test::RecordingStackEnv {
 protected:
-
     uint64_t NextDue() const {
         uint64_t due = 0;
         EXPECT_TRUE(loop.NextDue(due));

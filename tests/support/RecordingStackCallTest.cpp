@@ -40,8 +40,8 @@ TEST_F(RecordingStackCallTest, InitIsRecordedWithItsComponentListInQuotes) {
     char components[] = "ripv2 ripng bgp ospf ospfv3 igmp pim";
     smsi_init(components);
     smsi_init(nullptr);
-    EXPECT_EQ(stack.Calls(), (Lines{"smsi_init(\"ripv2 ripng bgp ospf ospfv3 igmp pim\")",
-                                    "smsi_init(null)"}));
+    EXPECT_EQ(stack.Calls(),
+              (Lines{"smsi_init(\"ripv2 ripng bgp ospf ospfv3 igmp pim\")", "smsi_init(null)"}));
 }
 
 TEST_F(RecordingStackCallTest, RuntimeCallsAreRecordedWithTheirArguments) {
@@ -53,9 +53,8 @@ TEST_F(RecordingStackCallTest, RuntimeCallsAreRecordedWithTheirArguments) {
     nbb_trips_control(1);
     nbb_trips_control(0);
     EXPECT_EQ(stack.Calls(), (Lines{"nbb_scheduler()", "nbb_get_ips_tracing()",
-                                    "nbb_set_ips_filter(\"rtm\", 3)",
-                                    "nbb_set_ips_filter(null, 0)", "nbb_trips_control(1)",
-                                    "nbb_trips_control(0)"}));
+                                    "nbb_set_ips_filter(\"rtm\", 3)", "nbb_set_ips_filter(null, 0)",
+                                    "nbb_trips_control(1)", "nbb_trips_control(0)"}));
 }
 
 TEST_F(RecordingStackCallTest, Ipv4RouteShowsDottedAddressesAndEveryNumberInOrder) {
@@ -67,10 +66,11 @@ TEST_F(RecordingStackCallTest, Ipv4RouteShowsDottedAddressesAndEveryNumberInOrde
 TEST_F(RecordingStackCallTest, RouteOfAnyFamilyOtherThanOneShowsIpv6Text) {
     sms_update_route(0, 6, 2, 2, kV6Net, 64, kV6Link, 3, 7, 0x8005, 20);
     sms_update_route(0, 4, 1, 0, kV6Host, 128, kV6Mapped, 3, 7, 0x8005, 1);
-    EXPECT_EQ(stack.Calls(),
-              (Lines{"sms_update_route(0, 6, 2, 2, 2001:db8:0:1::, 64, fe80::a:b0:c:0, 3, 7, 32773, 20)",
-                     "sms_update_route(0, 4, 1, 0, 2001:db8::1, 128, ::ffff:192.0.2.1, 3, 7, "
-                     "32773, 1)"}));
+    EXPECT_EQ(
+        stack.Calls(),
+        (Lines{"sms_update_route(0, 6, 2, 2, 2001:db8:0:1::, 64, fe80::a:b0:c:0, 3, 7, 32773, 20)",
+               "sms_update_route(0, 4, 1, 0, 2001:db8::1, 128, ::ffff:192.0.2.1, 3, 7, "
+               "32773, 1)"}));
 }
 
 TEST_F(RecordingStackCallTest, Ipv6TextIsLowerCaseWithTheFirstLongestZeroRunCompressed) {
@@ -142,9 +142,9 @@ TEST_F(RecordingStackCallTest, InterfaceOidRequestsShowTheirKeys) {
     sms_set_i3_ei_oid(oid, 5, 100);
     sms_set_i3_ea_oid(oid, 5, 100, kHost10, SMS_ADDR_TYPE_IPV4);
     sms_set_i3_ea_oid(oid, 32773, 100, kV6Host, SMS_ADDR_TYPE_IPV6);
-    EXPECT_EQ(stack.Calls(), (Lines{"sms_set_i3_ei_oid(5, 100)",
-                                    "sms_set_i3_ea_oid(5, 100, 10.0.0.1, 1)",
-                                    "sms_set_i3_ea_oid(32773, 100, 2001:db8::1, 2)"}));
+    EXPECT_EQ(stack.Calls(),
+              (Lines{"sms_set_i3_ei_oid(5, 100)", "sms_set_i3_ea_oid(5, 100, 10.0.0.1, 1)",
+                     "sms_set_i3_ea_oid(32773, 100, 2001:db8::1, 2)"}));
 }
 
 TEST_F(RecordingStackCallTest, RedistributionCallsKeepTheirOwnArgumentOrders) {
@@ -182,7 +182,9 @@ TEST_F(RecordingStackCallTest, RtmActionShowsInstanceAndActionCode) {
     EXPECT_EQ(stack.Calls(), (Lines{"sms_cipr_action(5, 2080)"}));
 }
 
-unsigned char IgnoreRow(void*, unsigned long, unsigned long, void*) { return 1; }
+unsigned char IgnoreRow(void*, unsigned long, unsigned long, void*) {
+    return 1;
+}
 
 TEST_F(RecordingStackCallTest, WalksShowOnlyTheirStartingInstance) {
     int context = 0;

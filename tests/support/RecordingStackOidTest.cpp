@@ -69,9 +69,8 @@ TEST_F(RecordingStackOidTest, InterfaceAddressOidTakesFourOrSixteenBytesByType) 
               (Oid{1, 3, 6, 1, 4, 1, 4874, 5, 5, 100, 1, 10, 1, 2, 254}));
     const unsigned long length = sms_set_i3_ea_oid(buffer, 32773, 100, kV6Gw, SMS_ADDR_TYPE_IPV6);
     ASSERT_EQ(length, 8u + 3u + 16u);
-    EXPECT_EQ(Written(buffer, length),
-              (Oid{1, 3, 6, 1, 4, 1, 4874, 5, 32773, 100, 2, 0xfe, 0x80, 0, 0, 0, 0, 0, 0, 0, 0,
-                   0, 0, 0, 0, 0, 1}));
+    EXPECT_EQ(Written(buffer, length), (Oid{1, 3, 6, 1, 4, 1, 4874, 5, 32773, 100, 2, 0xfe, 0x80, 0,
+                                            0, 0, 0, 0, 0, 0, 0,    0, 0,     0,   0, 0,    1}));
 }
 
 TEST_F(RecordingStackOidTest, MissingAddressesCountAsZeroBytes) {

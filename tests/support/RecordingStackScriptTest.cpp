@@ -163,13 +163,27 @@ TEST_F(RecordingStackScriptTest, SchedulerCallHookRunsBeforeTheSchedulerHook) {
 }
 
 TEST_F(RecordingStackScriptTest, EveryFunctionRunsItsCallHook) {
-    const std::vector<std::string> functions = {
-        "smsi_init", "nbb_get_ips_tracing", "nbb_set_ips_filter", "nbb_trips_control",
-        "sms_update_route", "sms_get_route_oid", "sms_act_interface", "sms_bld_amb_test_i3_ei",
-        "sms_act_ipaddr", "sms_set_i3_ei_oid", "sms_set_i3_ea_oid", "sms_act_cipr_redist",
-        "sms_bld_amb_test_cipr_redist", "sms_set_cipr_redist_oid", "sms_cipr_start",
-        "sms_cipr_action", "sms_get_next_rtm_route", "sms_get_next_rtm_rib",
-        "sms_get_next_i3_ei", "sms_get_next_i3_ea", "nbb_scheduler"};
+    const std::vector<std::string> functions = {"smsi_init",
+                                                "nbb_get_ips_tracing",
+                                                "nbb_set_ips_filter",
+                                                "nbb_trips_control",
+                                                "sms_update_route",
+                                                "sms_get_route_oid",
+                                                "sms_act_interface",
+                                                "sms_bld_amb_test_i3_ei",
+                                                "sms_act_ipaddr",
+                                                "sms_set_i3_ei_oid",
+                                                "sms_set_i3_ea_oid",
+                                                "sms_act_cipr_redist",
+                                                "sms_bld_amb_test_cipr_redist",
+                                                "sms_set_cipr_redist_oid",
+                                                "sms_cipr_start",
+                                                "sms_cipr_action",
+                                                "sms_get_next_rtm_route",
+                                                "sms_get_next_rtm_rib",
+                                                "sms_get_next_i3_ei",
+                                                "sms_get_next_i3_ea",
+                                                "nbb_scheduler"};
     std::vector<std::string> ran;
     for (const std::string& f : functions) {
         stack.OnNextCall(f, [&ran, f] { ran.push_back(f); });
@@ -229,7 +243,9 @@ TEST_F(RecordingStackScriptTest, OsFailureCounterIsAPlainGlobalOfTheStack) {
     EXPECT_EQ(nbb_os_failures, 0u);
 }
 
-unsigned char Keep(void*, unsigned long, unsigned long, void*) { return 1; }
+unsigned char Keep(void*, unsigned long, unsigned long, void*) {
+    return 1;
+}
 
 TEST_F(RecordingStackScriptTest, ResetForgetsEverythingAndRestoresTheDefaults) {
     int hookRuns = 0;

@@ -5,7 +5,9 @@
 
 namespace Zavrel::test {
 
-CallLine::CallLine(const char* function) : m_text(function) { m_text += "("; }
+CallLine::CallLine(const char* function) : m_text(function) {
+    m_text += "(";
+}
 
 CallLine& CallLine::Raw(const std::string& text) {
     if (!m_first) {
@@ -16,9 +18,13 @@ CallLine& CallLine::Raw(const std::string& text) {
     return *this;
 }
 
-CallLine& CallLine::Signed(long value) { return Raw(std::to_string(value)); }
+CallLine& CallLine::Signed(long value) {
+    return Raw(std::to_string(value));
+}
 
-CallLine& CallLine::Unsigned(unsigned long value) { return Raw(std::to_string(value)); }
+CallLine& CallLine::Unsigned(unsigned long value) {
+    return Raw(std::to_string(value));
+}
 
 CallLine& CallLine::Text(const char* text) {
     if (text == nullptr) {

@@ -7,7 +7,9 @@ namespace Zavrel::test {
 namespace {
 
 // The function name of a recorded line: the text before its "(".
-std::string FunctionOf(const std::string& line) { return line.substr(0, line.find('(')); }
+std::string FunctionOf(const std::string& line) {
+    return line.substr(0, line.find('('));
+}
 
 bool EndsWith(const std::string& text, const std::string& tail) {
     return text.size() >= tail.size() &&

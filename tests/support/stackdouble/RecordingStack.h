@@ -121,14 +121,11 @@ public:
     static std::vector<unsigned long> RouteOid(unsigned long instance, long family,
                                                const unsigned char* dest,
                                                unsigned long prefixLength,
-                                               const unsigned char* nextHop,
-                                               unsigned long ifIndex);
-    static std::vector<unsigned long> RedistOid(unsigned long instance, long source,
-                                                long dest);
+                                               const unsigned char* nextHop, unsigned long ifIndex);
+    static std::vector<unsigned long> RedistOid(unsigned long instance, long source, long dest);
     static std::vector<unsigned long> EiOid(unsigned long instance, unsigned long ifIndex);
     static std::vector<unsigned long> EaOid(unsigned long instance, unsigned long ifIndex,
-                                            const unsigned char* address,
-                                            unsigned long addrType);
+                                            const unsigned char* address, unsigned long addrType);
 
 private:
     RecordingStack() { Reset(); }

@@ -16,7 +16,9 @@ unsigned long nbb_os_failures = 0;
 
 namespace {
 
-RecordingStack& Stack() { return RecordingStack::Instance(); }
+RecordingStack& Stack() {
+    return RecordingStack::Instance();
+}
 
 // Records the line, runs the call hook, and returns the scripted result
 // (read after the hook, which may script it).
@@ -136,27 +138,25 @@ unsigned long sms_update_route(int not_shared, long row_status, long admin_statu
 unsigned long sms_get_route_oid(unsigned long* oid, unsigned long instance, long family,
                                 const unsigned char* dest, unsigned long prefix_len,
                                 const unsigned char* next_hop, unsigned long if_index) {
-    return FinishOid("sms_get_route_oid",
-                     CallLine("sms_get_route_oid")
-                         .Unsigned(instance)
-                         .Signed(family)
-                         .AddressByFamily(dest, family)
-                         .Unsigned(prefix_len)
-                         .AddressByFamily(next_hop, family)
-                         .Unsigned(if_index),
-                     oid,
-                     RecordingStack::RouteOid(instance, family, dest, prefix_len, next_hop,
-                                              if_index));
+    return FinishOid(
+        "sms_get_route_oid",
+        CallLine("sms_get_route_oid")
+            .Unsigned(instance)
+            .Signed(family)
+            .AddressByFamily(dest, family)
+            .Unsigned(prefix_len)
+            .AddressByFamily(next_hop, family)
+            .Unsigned(if_index),
+        oid, RecordingStack::RouteOid(instance, family, dest, prefix_len, next_hop, if_index));
 }
 
 // ---- interfaces and their addresses
-unsigned long sms_act_interface(long row_status, unsigned long oper_status,
-                                unsigned long instance, unsigned long if_index,
-                                const char* if_name, unsigned long reserved, long flags,
-                                unsigned long extra) {
+unsigned long sms_act_interface(long row_status, unsigned long oper_status, unsigned long instance,
+                                unsigned long if_index, const char* if_name, unsigned long reserved,
+                                long flags, unsigned long extra) {
     return Finish<unsigned long>(
-        "sms_act_interface", InterfaceLine("sms_act_interface", row_status, oper_status,
-                                           instance, if_index, if_name, reserved, flags, extra));
+        "sms_act_interface", InterfaceLine("sms_act_interface", row_status, oper_status, instance,
+                                           if_index, if_name, reserved, flags, extra));
 }
 
 unsigned long sms_bld_amb_test_i3_ei(long row_status, unsigned long oper_status,
@@ -188,9 +188,8 @@ unsigned long sms_set_i3_ei_oid(unsigned long* oid, unsigned long instance,
                      RecordingStack::EiOid(instance, if_index));
 }
 
-unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance,
-                                unsigned long if_index, const unsigned char* address,
-                                unsigned long addr_type) {
+unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance, unsigned long if_index,
+                                const unsigned char* address, unsigned long addr_type) {
     return FinishOid("sms_set_i3_ea_oid",
                      CallLine("sms_set_i3_ea_oid")
                          .Unsigned(instance)

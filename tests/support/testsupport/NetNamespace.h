@@ -90,16 +90,16 @@ private:
 // In a fixture's SetUp: makes a namespace into holder (a
 // std::unique_ptr<NetNamespace>), or skips the test when that needs a
 // privilege the process lacks (fails instead under CI=true).
-#define ZAVREL_ENTER_NET_NAMESPACE(holder)                                                  \
-    do {                                                                                    \
-        holder = std::make_unique<::Zavrel::test::NetNamespace>();                          \
-        if (!holder->Inside()) {                                                            \
-            if (::Zavrel::test::NetNamespace::MustRun()) {                                  \
-                FAIL() << "skipped: needs CAP_SYS_ADMIN (" << holder->Error()               \
-                       << "); CI=true must run this test";                                  \
-            }                                                                               \
-            GTEST_SKIP() << "skipped: needs CAP_SYS_ADMIN (" << holder->Error() << ")";     \
-        }                                                                                   \
+#define ZAVREL_ENTER_NET_NAMESPACE(holder)                                              \
+    do {                                                                                \
+        holder = std::make_unique<::Zavrel::test::NetNamespace>();                      \
+        if (!holder->Inside()) {                                                        \
+            if (::Zavrel::test::NetNamespace::MustRun()) {                              \
+                FAIL() << "skipped: needs CAP_SYS_ADMIN (" << holder->Error()           \
+                       << "); CI=true must run this test";                              \
+            }                                                                           \
+            GTEST_SKIP() << "skipped: needs CAP_SYS_ADMIN (" << holder->Error() << ")"; \
+        }                                                                               \
     } while (false)
 
 #endif
