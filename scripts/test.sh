@@ -3,7 +3,8 @@
 # under AddressSanitizer and UndefinedBehaviorSanitizer, and the 32-bit ARM
 # cross build (arm-linux-gnueabihf) with its tests run under qemu-arm.
 # First it installs what is missing (scripts/deps.sh: host packages, and the
-# project's armhf sysroot under build/). Exits non-zero on any failure.
+# project's armhf sysroot under build/), then checks that every C++ file is
+# formatted as clang-format makes it. Exits non-zero on any failure.
 #
 #   ZAVREL_ARMHF=off          leaves the armhf build out (on by default)
 #   ZAVREL_TEST_BUDGET=<s>    seconds the whole run may take (default 5400,
@@ -24,8 +25,15 @@ else
 fi
 took[deps]=$SECONDS
 
-jobs=$(nproc)
+# Every C++ file as clang-format (.clang-format) makes it; a file that
+# differs fails the run, named, before anything is built.
+echo "=== format" >&2
 status=0
+if ! scripts/check-format.sh; then
+  status=1
+fi
+
+jobs=$(nproc)
 all_passed=0
 all_failed=0
 
