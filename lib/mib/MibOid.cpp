@@ -1,6 +1,10 @@
 #include "mib/MibOid.h"
 
 #include <cstring>
+#include <new>
+
+#include "platform/AllocationFaults.h"
+#include "platform/Trace.h"
 
 namespace Zavrel {
 
@@ -8,7 +12,9 @@ MibOid::MibOid() : m_length(0), m_held(0), m_inline() {}
 
 MibOid::MibOid(const unsigned long* components, unsigned long count) : MibOid() {
     const unsigned long length = count > MAX_LENGTH ? MAX_LENGTH : count;
-    Hold(length);
+    if (!Hold(length)) {
+        return;
+    }
     m_length = length;
     if (components != nullptr && length != 0) {
         memcpy(Data(), components, length * sizeof(unsigned long));
@@ -49,20 +55,34 @@ void MibOid::Release() {
     }
 }
 
-void MibOid::Hold(unsigned long count) {
+bool MibOid::Hold(unsigned long count) {
     if (count > MAX_LENGTH) {
         count = MAX_LENGTH;
     }
     if (count <= m_held) {
-        return;
+        return true;
     }
     if (count > INLINE_CAPACITY && !OnHeap()) {
-        unsigned long* heap = new unsigned long[MAX_LENGTH]();
+        unsigned long* heap = AllocationFaults::ShouldFail("MibOid")
+                                  ? nullptr
+                                  : new (std::nothrow) unsigned long[MAX_LENGTH]();
+        if (heap == nullptr) {
+            TRACE(0, "MibOid: Error in allocating components\n");
+            return false;
+        }
         memcpy(heap, m_inline, m_held * sizeof(unsigned long));
         m_heap = heap;
     }
     // Inline and heap components past m_held are already zero.
     m_held = static_cast<unsigned short>(count);
+    return true;
+}
+
+void MibOid::MakeEmpty() {
+    Release();
+    memset(m_inline, 0, sizeof(m_inline));
+    m_held = 0;
+    m_length = 0;
 }
 
 void MibOid::MoveFrom(MibOid& other) noexcept {
@@ -91,8 +111,9 @@ void MibOid::CopyFrom(const MibOid& other) {
             delete[] heap;
         }
         m_held = other.m_held;
-    } else {
-        Hold(other.m_held);
+    } else if (!Hold(other.m_held)) {
+        MakeEmpty();
+        return;
     }
     if (other.m_held != 0) {
         memcpy(Data(), other.Data(), other.m_held * sizeof(unsigned long));
@@ -103,14 +124,19 @@ void MibOid::CopyFrom(const MibOid& other) {
 void MibOid::SetOid(const unsigned long* components, unsigned long count) {
     m_length = count;
     if (components == nullptr) {
-        Hold(count);
+        if (!Hold(count)) {
+            MakeEmpty();
+        }
         return;
     }
     if (m_length > MAX_LENGTH) {
         m_length = MAX_LENGTH;
     }
     if (m_length != 0) {
-        Hold(m_length);
+        if (!Hold(m_length)) {
+            MakeEmpty();
+            return;
+        }
         memcpy(Data(), components, m_length * sizeof(unsigned long));
     }
 }

@@ -55,8 +55,12 @@ private:
     unsigned long* Data() { return OnHeap() ? m_heap : m_inline; }
     const unsigned long* Data() const { return OnHeap() ? m_heap : m_inline; }
     // Makes the first count components (at most 130) held; newly held
-    // ones are zero.
-    void Hold(unsigned long count);
+    // ones are zero. False, with "MibOid: Error in allocating components"
+    // logged at level 0, when the heap array cannot be had: the OID is then
+    // left as it was, and the caller makes it the empty OID.
+    bool Hold(unsigned long count);
+    // The empty OID: length 0, nothing held.
+    void MakeEmpty();
     void CopyFrom(const MibOid& other);
     // Takes other's heap components, or copies inline ones; other is left
     // empty when it gave its heap.
