@@ -27,7 +27,7 @@ const unsigned long kOidBufferSize = 130 > SMS_MAX_OID_LEN ? 130 : SMS_MAX_OID_L
 StaticRouteItem::StaticRouteItem(unsigned long vlan, long family, long rowStatus, long adminStatus,
                                  const unsigned char* destination, long prefixLength,
                                  const unsigned char* nextHop, unsigned long ifIndex,
-                                 unsigned long metric, unsigned long routeType, long extra)
+                                 unsigned long metric, unsigned long routeType, long)
     : CfgItem(),
       m_family(family),
       m_vlan(vlan),
@@ -39,7 +39,6 @@ StaticRouteItem::StaticRouteItem(unsigned long vlan, long family, long rowStatus
       m_if_index(ifIndex),
       m_metric(metric),
       m_route_type(routeType),
-      m_extra(extra),
       m_oid() {
     const size_t width = family == 1 ? 4 : 16;
     if (destination != nullptr) {

@@ -13,6 +13,8 @@ public:
     static const unsigned long ROUTE_TYPE_STATIC = 0x30000;
 
     // family 1 is IPv4 (4-byte addresses), any other value IPv6 (16 bytes).
+    // The last argument (extra) completes the row's shape; no static route
+    // row uses it, so it is not kept.
     StaticRouteItem(unsigned long vlan, long family, long rowStatus, long adminStatus,
                     const unsigned char* destination, long prefixLength,
                     const unsigned char* nextHop, unsigned long ifIndex, unsigned long metric,
@@ -54,7 +56,6 @@ private:
     unsigned long m_if_index;
     unsigned long m_metric;
     unsigned long m_route_type;
-    long m_extra;
     MibOid m_oid;
 };
 
