@@ -234,4 +234,22 @@ std::vector<CfgItem*> CfgSched::Items(CfgKey key) const {
     return found->second->Items();
 }
 
+std::vector<CfgItem*> CfgSched::AllItems() const {
+    std::vector<CfgItem*> all;
+    all.reserve(ItemCount());
+    for (const auto& entry : m_buckets) {
+        const std::vector<CfgItem*> items = entry.second->Items();
+        all.insert(all.end(), items.begin(), items.end());
+    }
+    return all;
+}
+
+size_t CfgSched::ItemCount() const {
+    size_t count = 0;
+    for (const auto& entry : m_buckets) {
+        count += entry.second->Size();
+    }
+    return count;
+}
+
 }  // namespace Zavrel

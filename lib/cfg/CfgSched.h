@@ -61,6 +61,10 @@ public:
     bool HasBucket(CfgKey key) const { return m_buckets.count(key) != 0; }
     // The items of a bucket in list order (empty when there is none).
     std::vector<CfgItem*> Items(CfgKey key) const;
+    // Every held item, bucket by bucket in key order, each bucket in list
+    // order; and how many there are.
+    std::vector<CfgItem*> AllItems() const;
+    size_t ItemCount() const;
     const CfgKey& ResumeKey() const { return m_resume_key; }
 
 private:

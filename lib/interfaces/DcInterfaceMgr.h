@@ -146,6 +146,8 @@ public:
 
     // The record of an interface, or null.
     const IpInterface* FindInterface(unsigned short vlan, unsigned int ifIndex) const;
+    // Interfaces held, over all VLANs.
+    size_t InterfaceCount() const { return m_interfaces.size(); }
 
 private:
     // DcRouterMgr::ResetForTests takes this manager down too.

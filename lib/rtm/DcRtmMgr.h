@@ -8,6 +8,7 @@
 #ifndef ZAVREL_RTM_DCRTMMGR_H
 #define ZAVREL_RTM_DCRTMMGR_H
 
+#include <cstddef>
 #include <map>
 
 #include "config/DclConfigObject.h"
@@ -58,6 +59,8 @@ public:
     bool HasRtmData(unsigned short id) const;
     // The stored settings of an instance, or null.
     const RTMData* GetRtmData(unsigned short id) const;
+    // Instances with stored settings.
+    size_t RtmDataCount() const { return m_rtm_data.size(); }
 
     // Reads the "RTM" section of a VLAN's options into data; false (data
     // unchanged) when the section is missing or empty.
