@@ -3,6 +3,7 @@
 #
 #   stackapi   <- platform <- lib <- protocols <- app
 #   stackapi, platform     <- emulator            <- app
+#   lib, protocols, emulator <- tools <- fuzz
 #
 # "includes": no folder includes a header of a folder above it (or beside it,
 # for lib and emulator, which know each other only through stackapi/).
@@ -31,6 +32,7 @@ case ${1:-} in
     forbid lib "protocols|emulator|app"
     forbid protocols "emulator|app"
     forbid emulator "${lib_folders}|protocols|app"
+    forbid tools "app|fuzz"
     ;;
   links)
     build_dir=${2:?usage: check-layers.sh links <build-dir>}

@@ -1,0 +1,107 @@
+// RouteBook: the check of the application's static routes against the
+// stack's table and the scheduler's items, on the whole system.
+#include "harness/RouteBook.h"
+
+#include <gtest/gtest.h>
+
+#include "emulator/Emulator.h"
+#include "harness/RouterSystem.h"
+#include "harness/SystemDriver.h"
+#include "rtm/DcRtmMgr.h"
+
+namespace Zavrel {
+namespace {
+
+class RouteBookTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(system.IsStarted());
+        std::string error;
+        ASSERT_TRUE(system.Reload(SystemDriver::Document(0, 0), "a.json", error)) << error;
+        system.Run(1000);
+    }
+    static RouteBook::Route Route10() {
+        RouteBook::Route route;
+        route.vlan = 10;
+        route.destination = Ip4Addr(172, 16, 1, 0);
+        route.prefixLength = 24;
+        route.gateway = Ip4Addr(10, 0, 0, 254);
+        return route;
+    }
+
+    RouterSystem system;
+    RouteBook book;
+};
+
+TEST_F(RouteBookTest, RouteInstalledAsAskedIsKept) {
+    ASSERT_TRUE(book.Add(Route10(), 3));
+    system.Run(1000);
+    EXPECT_EQ(book.Wanted(), 1u);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
+    ASSERT_TRUE(book.Disable(Route10()));
+    system.Run(1000);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
+    ASSERT_TRUE(book.Remove(Route10()));
+    system.Run(1000);
+    EXPECT_EQ(book.Wanted(), 0u);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
+}
+
+TEST_F(RouteBookTest, RouteRefusedWithAReasonIsExplainedByItsItem) {
+    Emulator::FailNext(Emulator::RequestKind::Route, 1, 3);
+    ASSERT_TRUE(book.Add(Route10(), 3));
+    system.Run(3000);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
+}
+
+TEST_F(RouteBookTest, RouteRemovedBehindTheBooksBackIsLost) {
+    ASSERT_TRUE(book.Add(Route10(), 3));
+    system.Run(1000);
+    ASSERT_TRUE(RemoveRoute(10, Ip4Addr(172, 16, 1, 0), Ip4Addr(255, 255, 255, 0),
+                            Ip4Addr(10, 0, 0, 254), 0));
+    system.Run(1000);
+    EXPECT_EQ(book.Check(system.Manager()),
+              std::vector<std::string>{"lost: 10 172.16.1.0/24 via 10.0.0.254 ifIndex 0: wanted "
+                                       "admin up, stack has none, no item says why"});
+}
+
+TEST_F(RouteBookTest, RouteNobodyAskedForIsMadeUp) {
+    ASSERT_TRUE(AddRoute(10, Ip4Addr(172, 16, 2, 0), Ip4Addr(255, 255, 255, 0),
+                         Ip4Addr(10, 0, 0, 254), 0, 3, 0x30000, 1));
+    system.Run(1000);
+    EXPECT_EQ(
+        book.Check(system.Manager()),
+        std::vector<std::string>{
+            "made up: 10 172.16.2.0/24 via 10.0.0.254 ifIndex 0: in the stack, never asked for"});
+}
+
+TEST_F(RouteBookTest, RoutesOfAVlanThatWentAwayAreNoLongerPromised) {
+    ASSERT_TRUE(book.Add(Route10(), 3));
+    system.Run(1000);
+    system.Unload("a.json");
+    system.Run(1000);
+    book.ForgetVlan(10);
+    EXPECT_EQ(book.Wanted(), 0u);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
+}
+
+// Deliberate: an item that replaces an equal held one is linked before the
+// held one's predecessor, so a route enabled again while its removal waits
+// behind it ends removed; the book expects what the scheduler will send
+// last, not the last request.
+TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSchedulerOrders) {
+    RouteBook::Route other = Route10();
+    other.destination = Ip4Addr(172, 16, 9, 0);
+    ASSERT_TRUE(book.Add(other, 1));
+    ASSERT_TRUE(book.Enable(Route10()));
+    ASSERT_TRUE(book.Remove(Route10()));
+    ASSERT_TRUE(book.Enable(Route10()));
+    EXPECT_EQ(book.Wanted(), 1u);
+    system.Run(2000);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
+    EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
+              "10 172.16.9.0/24 via 10.0.0.254 ifIndex 0 admin up metric 1\n");
+}
+
+}  // namespace
+}  // namespace Zavrel

@@ -1,0 +1,122 @@
+// SystemDriver: plays the application and the stack's bad days against a
+// RouterSystem, one event at a time: static routes added, removed, enabled
+// and disabled (kept in a RouteBook), interfaces coming, going and
+// flapping, addresses changing, option documents of two sources reloaded
+// (changed or unchanged) and unloaded, stack faults switched on and off, and
+// the clock running. What happens next is drawn from a Choices source: a
+// seeded sequence for the churn run, the fuzzer's bytes for the fuzzers.
+//
+// Settle() then lets the stack behave again and the clock run on, and
+// Problems() says what the library lost, made up or left stuck.
+#ifndef ZAVREL_TOOLS_SYSTEMDRIVER_H
+#define ZAVREL_TOOLS_SYSTEMDRIVER_H
+
+#include <cstdint>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "harness/RouteBook.h"
+#include "harness/RouterSystem.h"
+
+namespace Zavrel {
+
+// Where the driver's decisions come from.
+class Choices {
+public:
+    virtual ~Choices() = default;
+    // A value below count (count > 0).
+    virtual uint32_t Pick(uint32_t count) = 0;
+};
+
+// A seeded 64-bit sequence (splitmix64): the same seed gives the same run
+// on every machine.
+class SeededChoices : public Choices {
+public:
+    explicit SeededChoices(uint64_t seed) : m_state(seed) {}
+    uint32_t Pick(uint32_t count) override;
+
+private:
+    uint64_t m_state;
+};
+
+class SystemDriver {
+public:
+    // The kinds of events, in the order Pick chooses among them.
+    enum Event {
+        ADD_ROUTE,
+        REMOVE_ROUTE,
+        ENABLE_ROUTE,
+        DISABLE_ROUTE,
+        INTERFACE,
+        ADDRESS,
+        RELOAD,
+        UNLOAD,
+        STACK_FAULT,
+        RUN_CLOCK,
+        EVENT_COUNT
+    };
+    // Counts of what was done, by event kind.
+    struct Tally {
+        uint64_t events[EVENT_COUNT] = {};
+        uint64_t refusedDocuments = 0;
+    };
+
+    struct Settings {
+        // Whether STACK_FAULT events change the stack's faults (the churn
+        // run sets a steady rate itself instead).
+        bool stackFaults = true;
+        // Whether events also name VLAN 99, which no document configures.
+        // The scheduler keeps every request for a route of a VLAN without
+        // a table instance until the instance is ready, so a run that
+        // must stay flat for hours leaves it out.
+        bool unconfiguredVlan = true;
+    };
+    SystemDriver(RouterSystem& system, Choices& choices, const Settings& settings);
+
+    // One event drawn from the choices.
+    void Step();
+    // A given event, its parameters drawn from the choices.
+    void Do(Event event);
+    // Lets the stack behave (no faults, not frozen) and the clock run for
+    // ms, long enough for every retry to be spent.
+    void Settle(uint64_t ms = 20000);
+    // What is wrong now: routes lost or made up (RouteBook::Check), items
+    // New although they could be sent, rows still queued in the serializer,
+    // and the stack's contract breaches. Empty when nothing is.
+    std::vector<std::string> Problems();
+
+    // Keeps a line per event in log from now on (null: none).
+    void SetLog(std::vector<std::string>* log) { m_log = log; }
+
+    const RouteBook& Book() const { return m_book; }
+    const Tally& Counts() const { return m_tally; }
+    // The option documents the driver reloads: source, then variant.
+    static const char* const SOURCES[2];
+    static std::string Document(unsigned int source, unsigned int variant);
+    static constexpr unsigned int VARIANTS = 6;
+
+private:
+    RouteBook::Route PickRoute();
+    unsigned short PickVlan();
+    void Interface();
+    void Address();
+    void Reload();
+    void Unload();
+    void StackFault();
+    // The VLANs configured now; forgets the routes of those that went.
+    void NoteVlans();
+    void Note(const std::string& event);
+
+    RouterSystem& m_system;
+    Choices& m_choices;
+    Settings m_settings;
+    RouteBook m_book;
+    Tally m_tally;
+    std::set<unsigned short> m_vlans;
+    std::vector<std::string>* m_log = nullptr;
+};
+
+}  // namespace Zavrel
+
+#endif
