@@ -17,7 +17,7 @@ cd "$(dirname "$0")/.."
 
 packages=(cmake ninja-build g++ pkg-config libjsoncpp-dev libgtest-dev libgmock-dev
           libbenchmark-dev libevent-dev libreadline-dev libmnl-dev libyajl-dev iproute2
-          iputils-ping clang-format)
+          iputils-ping clang-format clang libclang-rt-dev)
 missing=()
 for p in "${packages[@]}"; do
   if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then

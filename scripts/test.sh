@@ -6,7 +6,12 @@
 # project's armhf sysroot under build/), then checks that every C++ file is
 # formatted as clang-format makes it. Exits non-zero on any failure.
 #
+# Between the sanitizer and the armhf stages it runs every libFuzzer harness
+# of fuzz/ for a bounded time (scripts/fuzz.sh); a finding fails the run.
+#
 #   ZAVREL_ARMHF=off          leaves the armhf build out (on by default)
+#   ZAVREL_FUZZ=off           leaves the fuzzers out (on by default)
+#   ZAVREL_FUZZ_SECONDS=<s>   seconds per harness (default 60)
 #   ZAVREL_TEST_BUDGET=<s>    seconds the whole run may take (default 5400,
 #                             CI's limit); when the time left before the armhf
 #                             stage is short, that stage runs only its
@@ -75,6 +80,16 @@ run_preset() {
 run_preset default
 run_preset asan
 
+if [ "${ZAVREL_FUZZ:-on}" = "on" ]; then
+  echo "=== fuzz: every harness for ${ZAVREL_FUZZ_SECONDS:-60} s" >&2
+  start=$SECONDS
+  if ! scripts/fuzz.sh; then
+    status=1
+  fi
+  took[fuzz]=$((SECONDS - start))
+  echo "=== fuzz: ${took[fuzz]} s" >&2
+fi
+
 if [ "$armhf" = "on" ]; then
   # The armhf stage costs about what the sanitizer stage costs (a -O0 build
   # of the same tree, tests slower under emulation); give it twice that.
@@ -98,7 +113,7 @@ if [ "$armhf" = "on" ]; then
 fi
 
 summary=""
-for preset in deps default asan armhf; do
+for preset in deps default asan fuzz armhf; do
   [ -n "${took[$preset]:-}" ] && summary+=" ${preset} ${took[$preset]} s;"
 done
 echo "=== times:${summary} total ${SECONDS} s" >&2
