@@ -23,7 +23,9 @@ Stack& Instance();
 // without calling the library. For tests; never from inside a callback.
 void Reset();
 
-// ---- fault injection (row kinds: Route, Redistribution, Interface, Address)
+// ---- fault injection (row kinds: Route, Redistribution, Interface, Address;
+// and Walk: a failed walk delivers at most one row, then ends with the
+// result as its code)
 void FailNext(RequestKind kind, unsigned int count, unsigned long result);
 void SetAnswerDelay(RequestKind kind, unsigned int runs);
 void SetFailureRate(RequestKind kind, double rate, unsigned long result, uint64_t seed);

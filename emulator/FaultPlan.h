@@ -2,7 +2,8 @@
 // row request: fail the next N requests with a given result, answer after K
 // scheduler runs instead of the next one, and fail a share of the requests
 // drawn from a seeded pseudo-random sequence (the same seed gives the same
-// failures on every machine).
+// failures on every machine). A table walk that fails is cut short: it
+// delivers at most one row and then ends with the result as its code.
 #ifndef ZAVREL_EMULATOR_FAULTPLAN_H
 #define ZAVREL_EMULATOR_FAULTPLAN_H
 

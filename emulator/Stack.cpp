@@ -151,7 +151,9 @@ void Stack::CheckRow(RequestKind kind, const Oid& oid, const std::string& row) {
 void Stack::Accept(Work work) {
     ++m_requests[static_cast<size_t>(work.kind)];
     work.fault = m_faults.Decide(work.kind);
-    if (!IsRowKind(work.kind)) {
+    // Row requests fail with the result; a walk is cut short with it as the
+    // code of its last answer; nothing else fails.
+    if (!IsRowKind(work.kind) && work.kind != RequestKind::Walk) {
         work.fault.fail = false;
     }
     const uint64_t due = m_run + work.fault.runs;

@@ -208,6 +208,9 @@ private:
         Rib::Key ribKey;
         InterfaceTable::EiKey eiKey;
         InterfaceTable::EaKey eaKey;
+        // A walk cut short by the fault plan: after its first row it ends
+        // with this code instead of going on (0: not cut).
+        unsigned long cutCode = 0;
     };
     struct ManagementWork {
         unsigned long instance = 0;

@@ -158,6 +158,7 @@ void Stack::Process(Work& work) {
             walk.callback = work.callback;
             walk.context = work.context;
             walk.instance = work.instance;
+            walk.cutCode = work.fault.fail ? work.fault.result : 0;
             m_walks.push_back(walk);
             break;
         }

@@ -148,6 +148,11 @@ bool Stack::Deliver(Walk& walk, unsigned int limit) {
             // context): nothing more is delivered.
             return true;
         }
+        if (walk.cutCode != 0) {
+            CallLibrary(
+                [&] { return walk.callback(walk.context, walk.id, walk.cutCode, nullptr); });
+            return true;
+        }
     }
     return false;
 }

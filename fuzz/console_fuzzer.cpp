@@ -88,16 +88,9 @@ void Populate(Zavrel::RouterSystem& system) {
 }
 
 // A walk that started: one end, after its end of table or an error.
-void CheckWalk(const Zavrel::CapturingConsole& console, int endsBefore, const std::string& line) {
-    const int ends = console.EndCount() - endsBefore;
-    Check(ends == 1, "walk '" + line + "' ended " + std::to_string(ends) + " times");
-    const std::string& all = console.All();
-    const std::string tableEnd = "End of Table\n";
-    const bool endOfTable =
-        all.size() >= tableEnd.size() &&
-        all.compare(all.size() - tableEnd.size(), tableEnd.size(), tableEnd) == 0;
-    Check(endOfTable || !console.Errors().empty(),
-          "walk '" + line + "' ended without its end of table or an error");
+void CheckWalk(const Zavrel::CapturingConsole& console, const std::string& line) {
+    const std::string problem = Zavrel::SystemDriver::WalkProblem(console, line);
+    Check(problem.empty(), problem);
 }
 
 void RunLine(Zavrel::RouterSystem& system, const std::string& line) {
@@ -142,7 +135,7 @@ void RunLine(Zavrel::RouterSystem& system, const std::string& line) {
             return;
         }
         system.Run(3000);
-        CheckWalk(console, 0, line);
+        CheckWalk(console, line);
     } else if (first == "interfaces" || first == "interfaces6") {
         auto* command = new Zavrel::DcInterfaceConsoleCommand(&console, first == "interfaces6");
         Argv argv(words, 1);
@@ -152,7 +145,7 @@ void RunLine(Zavrel::RouterSystem& system, const std::string& line) {
             return;
         }
         system.Run(3000);
-        CheckWalk(console, 0, line);
+        CheckWalk(console, line);
     } else if (first == "serializer") {
         Check(!manager.GetSerializer().GetPendingActionsAsString().empty(),
               "empty serializer listing");

@@ -67,6 +67,19 @@ TEST_F(WalkTest, TheAddressWalkOrdersByInstanceThenIfIndexThenAddress) {
               Walk("i3_ea", 6));
 }
 
+TEST_F(WalkTest, AFailedWalkIsCutShortAfterOneRowWithTheResultAsItsCode) {
+    Emulator::FailNext(Emulator::RequestKind::Walk, 1, SMS_RC_RESOURCE);
+    EXPECT_EQ(Strings({"1 5 100 eth0 oper 1 mtu 1500 flags 24 extra 0", "5"}), Walk("i3_ei", 5));
+    EXPECT_EQ(0u, Stack().ActiveWalks());
+    // Only the next walk was failed.
+    EXPECT_EQ(5u, Walk("i3_ei", 5).size());
+}
+
+TEST_F(WalkTest, AFailedWalkOfAnEmptyStretchEndsWithTheEndOfTable) {
+    Emulator::FailNext(Emulator::RequestKind::Walk, 1, SMS_RC_RESOURCE);
+    EXPECT_EQ(Strings({"7"}), Walk("rtm_rib", 8));
+}
+
 TEST_F(WalkTest, AWalkStopsWhenTheCallbackReturnsZeroInItsLowByte) {
     LibrarySide::WalkProbe probe("i3_ei");
     // 256 is not 0, but its low byte is.

@@ -4,10 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include "cfg/CfgSched.h"
+#include "cfg/StaticRouteItem.h"
 #include "emulator/Emulator.h"
 #include "harness/RouterSystem.h"
 #include "harness/SystemDriver.h"
 #include "rtm/DcRtmMgr.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 namespace {
@@ -101,6 +104,29 @@ TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSc
     EXPECT_TRUE(book.Check(system.Manager()).empty());
     EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
               "10 172.16.9.0/24 via 10.0.0.254 ifIndex 0 admin up metric 1\n");
+}
+
+// Deliberate: the stack's answer on a row goes to the first held item of
+// the row, and one that a failure sent back to New takes none. A route
+// added and removed in one tick, whose add fails once, ends installed: the
+// remove is done (its answer reaches the add, which is New and stays), the
+// add goes out again, and the remove's item stays Issued for good, which
+// is what explains the route.
+TEST_F(RouteBookTest, RemoveDoneWhileItsAddWaitsForARetryLeavesTheAddInstalledAndTheRemoveParked) {
+    Emulator::FailNext(Emulator::RequestKind::Route, 1, 5);
+    ASSERT_TRUE(book.Add(Route10(), 3));
+    ASSERT_TRUE(book.Remove(Route10()));
+    system.Run(2000);
+    EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
+              "10 172.16.1.0/24 via 10.0.0.254 ifIndex 0 admin up metric 3\n");
+    const std::vector<CfgItem*> held = system.Manager().GetCfgSched().AllItems();
+    ASSERT_EQ(held.size(), 1u);
+    auto* remove = dynamic_cast<StaticRouteItem*>(held[0]);
+    ASSERT_NE(remove, nullptr);
+    EXPECT_EQ(remove->RowStatus(), Sms::ROW_DESTROY);
+    EXPECT_TRUE(remove->IsIssued());
+    EXPECT_EQ(remove->GetReasonCode(), 0u);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "cfg/CfgSched.h"
 #include "cfg/StaticRouteItem.h"
 #include "emulator/Emulator.h"
+#include "mib/Serializer.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/SmsConstants.h"
@@ -133,8 +134,12 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
         }
     }
     // Routes the scheduler holds an item for that says why the route is
-    // not (yet) as asked: refused with a reason, or waiting for its
-    // instance.
+    // not (yet) as asked: refused with a reason; waiting for its instance;
+    // or sent, with no request left on its row, and never to be sent again
+    // (the answer went to an earlier item of the row, one that a failure
+    // had sent back to New: the scheduler gives a row's answer to its first
+    // held item, and a New one takes none, so the earlier request is sent
+    // again after the later one was done).
     std::set<std::string> explained;
     for (CfgItem* item : manager.GetCfgSched().AllItems()) {
         auto* route = dynamic_cast<StaticRouteItem*>(item);
@@ -142,7 +147,9 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
             continue;
         }
         const bool refused = route->IsIssued() && route->GetReasonCode() != 0;
-        if (!refused && route->CfgListReady()) {
+        const bool stale = route->IsIssued() && route->GetReasonCode() == 0 &&
+                           manager.GetSerializer().PendingActionCount(route->GetOid()) == 0;
+        if (!refused && !stale && route->CfgListReady()) {
             continue;
         }
         Ip4Addr destination(route->Destination());

@@ -13,8 +13,13 @@
 // A route is kept when the stack holds it as last asked (present with the
 // admin status asked for, or absent after a remove), or when the
 // configuration scheduler still holds an item for it that says why it is
-// not there: an item sent and refused with a reason code, or one waiting
-// for its routing table instance. Routes of a VLAN whose configuration
+// not so: an item sent and refused with a reason code; one waiting for its
+// routing table instance; or one sent whose answer went to an earlier item
+// of the same row. (The scheduler hands a row's answer to the first held
+// item of the row; when a failure has sent that one back to New, it takes
+// no answer, so a later request done by the stack leaves its own item
+// Issued for good and the earlier request goes out again after it: the
+// stack ends with the earlier request, and the later item stays parked.) Routes of a VLAN whose configuration
 // went away are no longer promised (the stack drops the instance with its
 // rows); they may stay absent or come back with the VLAN.
 #ifndef ZAVREL_TOOLS_ROUTEBOOK_H

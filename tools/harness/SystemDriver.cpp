@@ -3,11 +3,14 @@
 #include "harness/SystemDriver.h"
 
 #include "cfg/CfgSched.h"
+#include "console/DcInterfaceConsoleCommand.h"
+#include "console/RtmRTCommand.h"
 #include "emulator/Emulator.h"
 #include "interfaces/DcInterfaceMgr.h"
 #include "mib/Serializer.h"
 #include "platform/CapturingConsole.h"
 #include "platform/Ip6Addr.h"
+#include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
 
@@ -42,12 +45,11 @@ const char* const kDocuments[2][SystemDriver::VARIANTS] = {
 // bad value (given up), no such row, and two others.
 const unsigned long kFaultResults[] = {5, 3, 6, 2, 4};
 
-Emulator::RequestKind RowKind(uint32_t index) {
-    static const Emulator::RequestKind kinds[] = {
-        Emulator::RequestKind::Route, Emulator::RequestKind::Redistribution,
-        Emulator::RequestKind::Interface, Emulator::RequestKind::Address};
-    return kinds[index % 4];
-}
+// The kinds of request a fault can hit: the four row kinds and walks.
+const Emulator::RequestKind kFaultKinds[] = {
+    Emulator::RequestKind::Route, Emulator::RequestKind::Redistribution,
+    Emulator::RequestKind::Interface, Emulator::RequestKind::Address, Emulator::RequestKind::Walk};
+const uint32_t kFaultKindCount = sizeof(kFaultKinds) / sizeof(kFaultKinds[0]);
 
 }  // namespace
 
@@ -72,6 +74,7 @@ SystemDriver::SystemDriver(RouterSystem& system, Choices& choices, const Setting
 
 void SystemDriver::Step() {
     Do(static_cast<Event>(m_choices.Pick(EVENT_COUNT)));
+    CollectWalks();
 }
 
 void SystemDriver::Note(const std::string& event) {
@@ -119,6 +122,9 @@ void SystemDriver::Do(Event event) {
             break;
         case UNLOAD:
             Unload();
+            break;
+        case WALK:
+            Walk();
             break;
         case STACK_FAULT:
             StackFault();
@@ -249,11 +255,75 @@ void SystemDriver::NoteVlans() {
     m_vlans.swap(now);
 }
 
+void SystemDriver::Walk() {
+    static const char* const tables[] = {"rtm route", "rtm rib",    "rtm6 route",
+                                         "rtm6 rib",  "interfaces", "interfaces6"};
+    const uint32_t table = m_choices.Pick(6);
+    std::vector<std::string> words;
+    if (m_choices.Pick(2) == 0) {
+        words = {"vrf", std::to_string(PickVlan())};
+    }
+    std::string name = tables[table];
+    for (const std::string& word : words) {
+        name += " " + word;
+    }
+    Note("walk " + name);
+    std::vector<char*> argv;
+    for (std::string& word : words) {
+        argv.push_back(&word[0]);
+    }
+    argv.push_back(nullptr);
+    auto console = std::make_unique<CapturingConsole>(1);
+    DcConsoleCommand* command = nullptr;
+    const unsigned short family = table == 2 || table == 3 ? Sms::AFI_IPV6 : Sms::AFI_IPV4;
+    if (table == 0 || table == 2) {
+        command = new RtmRouteCommand(console.get(), family);
+    } else if (table == 1 || table == 3) {
+        command = new RtmRibCommand(console.get(), family);
+    } else {
+        command = new DcInterfaceConsoleCommand(console.get(), table == 5);
+    }
+    if (!command->Parse(static_cast<int>(words.size()), argv.data())) {
+        delete command;
+        return;
+    }
+    m_walks.push_back(RunningWalk{name, std::move(console)});
+}
+
+std::string SystemDriver::WalkProblem(const CapturingConsole& console, const std::string& walk) {
+    if (console.EndCount() != 1) {
+        return "walk '" + walk + "' ended " + std::to_string(console.EndCount()) + " times";
+    }
+    const std::string& all = console.All();
+    const std::string tableEnd = "End of Table\n";
+    const bool endOfTable =
+        all.size() >= tableEnd.size() &&
+        all.compare(all.size() - tableEnd.size(), tableEnd.size(), tableEnd) == 0;
+    if (!endOfTable && console.Errors().empty()) {
+        return "walk '" + walk + "' ended without its end of table or an error";
+    }
+    return "";
+}
+
+void SystemDriver::CollectWalks() {
+    for (auto it = m_walks.begin(); it != m_walks.end();) {
+        if (it->console->EndCount() == 0) {
+            ++it;
+            continue;
+        }
+        const std::string problem = WalkProblem(*it->console, it->name);
+        if (!problem.empty()) {
+            m_walkProblems.push_back(problem);
+        }
+        it = m_walks.erase(it);
+    }
+}
+
 void SystemDriver::StackFault() {
     if (!m_settings.stackFaults) {
         return;
     }
-    const Emulator::RequestKind kind = RowKind(m_choices.Pick(4));
+    const Emulator::RequestKind kind = kFaultKinds[m_choices.Pick(kFaultKindCount)];
     const std::string kindName = Emulator::RequestKindName(kind);
     switch (m_choices.Pick(5)) {
         case 0: {
@@ -299,6 +369,11 @@ std::vector<std::string> SystemDriver::Problems() {
             item->PrintItem(&line);
             problems.push_back("stuck: New and ready, never sent: " + line.All());
         }
+    }
+    CollectWalks();
+    problems.insert(problems.end(), m_walkProblems.begin(), m_walkProblems.end());
+    for (const RunningWalk& walk : m_walks) {
+        problems.push_back("walk '" + walk.name + "' never ended");
     }
     const size_t rows = m_system.Manager().GetSerializer().PendingOidCount();
     if (rows != 0) {

@@ -2,9 +2,10 @@
 // RouterSystem, one event at a time: static routes added, removed, enabled
 // and disabled (kept in a RouteBook), interfaces coming, going and
 // flapping, addresses changing, option documents of two sources reloaded
-// (changed or unchanged) and unloaded, stack faults switched on and off, and
-// the clock running. What happens next is drawn from a Choices source: a
-// seeded sequence for the churn run, the fuzzer's bytes for the fuzzers.
+// (changed or unchanged) and unloaded, console table walks started, stack
+// faults switched on and off (failed answers, late answers, walks cut
+// short, a frozen stack), and the clock running. What happens next is drawn from a Choices source:
+// a seeded sequence for the churn run, the fuzzer's bytes for the fuzzers.
 //
 // Settle() then lets the stack behave again and the clock run on, and
 // Problems() says what the library lost, made up or left stuck.
@@ -12,12 +13,14 @@
 #define ZAVREL_TOOLS_SYSTEMDRIVER_H
 
 #include <cstdint>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "harness/RouteBook.h"
 #include "harness/RouterSystem.h"
+#include "platform/CapturingConsole.h"
 
 namespace Zavrel {
 
@@ -52,6 +55,7 @@ public:
         ADDRESS,
         RELOAD,
         UNLOAD,
+        WALK,
         STACK_FAULT,
         RUN_CLOCK,
         EVENT_COUNT
@@ -83,8 +87,12 @@ public:
     void Settle(uint64_t ms = 20000);
     // What is wrong now: routes lost or made up (RouteBook::Check), items
     // New although they could be sent, rows still queued in the serializer,
-    // and the stack's contract breaches. Empty when nothing is.
+    // walks that ended wrongly or not at all, and the stack's contract
+    // breaches. Empty when nothing is.
     std::vector<std::string> Problems();
+    // What is wrong with a console table walk that has started: empty when
+    // it ended exactly once, after its end of table or an error.
+    static std::string WalkProblem(const CapturingConsole& console, const std::string& walk);
 
     // Keeps a line per event in log from now on (null: none).
     void SetLog(std::vector<std::string>* log) { m_log = log; }
@@ -103,6 +111,9 @@ private:
     void Address();
     void Reload();
     void Unload();
+    void Walk();
+    // Checks the walks that have ended and lets go of them.
+    void CollectWalks();
     void StackFault();
     // The VLANs configured now; forgets the routes of those that went.
     void NoteVlans();
@@ -115,6 +126,13 @@ private:
     Tally m_tally;
     std::set<unsigned short> m_vlans;
     std::vector<std::string>* m_log = nullptr;
+    // Walks started and not yet seen to end, each with its console.
+    struct RunningWalk {
+        std::string name;
+        std::unique_ptr<CapturingConsole> console;
+    };
+    std::vector<RunningWalk> m_walks;
+    std::vector<std::string> m_walkProblems;
 };
 
 }  // namespace Zavrel
