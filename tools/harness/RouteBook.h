@@ -19,9 +19,9 @@
 // item of the row; when a failure has sent that one back to New, it takes
 // no answer, so a later request done by the stack leaves its own item
 // Issued for good and the earlier request goes out again after it: the
-// stack ends with the earlier request, and the later item stays parked.) Routes of a VLAN whose configuration
-// went away are no longer promised (the stack drops the instance with its
-// rows); they may stay absent or come back with the VLAN.
+// stack ends with the earlier request, and the later item stays parked.) Routes of a VLAN whose
+// configuration went away are no longer promised (the stack drops the instance with its rows); they
+// may stay absent or come back with the VLAN.
 #ifndef ZAVREL_TOOLS_ROUTEBOOK_H
 #define ZAVREL_TOOLS_ROUTEBOOK_H
 
