@@ -12,20 +12,16 @@
 // once with its end of table or an error, or the stack saw a breach.
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "cfg/CfgSched.h"
 #include "common/FuzzCheck.h"
-#include "console/DcInterfaceConsoleCommand.h"
-#include "console/RtmRTCommand.h"
 #include "emulator/Emulator.h"
 #include "harness/RouterSystem.h"
 #include "harness/SystemDriver.h"
 #include "mib/Serializer.h"
 #include "platform/CapturingConsole.h"
-#include "stackapi/SmsConstants.h"
 
 namespace {
 
@@ -116,31 +112,18 @@ void RunLine(Zavrel::RouterSystem& system, const std::string& line) {
         system.Run(3000);
         Check(console.EndCount() <= 1,
               "'" + line + "' ended " + std::to_string(console.EndCount()) + " times");
-    } else if (first == "rtm" || first == "rtm6") {
-        if (words.size() < 2 || (words[1] != "route" && words[1] != "rib")) {
+    } else if (first == "rtm" || first == "rtm6" || first == "interfaces" ||
+               first == "interfaces6") {
+        // "rtm route ..." names its table with two words, "interfaces ..."
+        // with one.
+        const size_t tableWords = first[0] == 'r' ? 2 : 1;
+        if (words.size() < tableWords) {
             return;
         }
-        const unsigned short family =
-            first == "rtm" ? Zavrel::Sms::AFI_IPV4 : Zavrel::Sms::AFI_IPV6;
-        Zavrel::DcConsoleCommand* command = nullptr;
-        if (words[1] == "route") {
-            command = new Zavrel::RtmRouteCommand(&console, family);
-        } else {
-            command = new Zavrel::RtmRibCommand(&console, family);
-        }
-        Argv argv(words, 2);
-        if (!command->Parse(argv.Argc(), argv.Get())) {
-            delete command;
-            Check(console.EndCount() <= 1, "'" + line + "' not started, ended twice");
-            return;
-        }
-        system.Run(3000);
-        CheckWalk(console, line);
-    } else if (first == "interfaces" || first == "interfaces6") {
-        auto* command = new Zavrel::DcInterfaceConsoleCommand(&console, first == "interfaces6");
-        Argv argv(words, 1);
-        if (!command->Parse(argv.Argc(), argv.Get())) {
-            delete command;
+        const std::string table = tableWords == 2 ? first + " " + words[1] : first;
+        if (!Zavrel::SystemDriver::StartWalk(
+                console, table,
+                std::vector<std::string>(words.begin() + tableWords, words.end()))) {
             Check(console.EndCount() <= 1, "'" + line + "' not started, ended twice");
             return;
         }

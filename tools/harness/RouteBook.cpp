@@ -74,31 +74,25 @@ bool RouteBook::Add(const Route& route, unsigned int metric) {
     return true;
 }
 
-bool RouteBook::Enable(const Route& route) {
-    if (!EnableRoute(route.vlan, route.destination, Netmask(route.prefixLength), route.gateway,
-                     route.ifIndex)) {
+bool RouteBook::Ask(RouteCall call, const Route& route, Wish wish) {
+    if (!call(route.vlan, route.destination, Netmask(route.prefixLength), route.gateway,
+              route.ifIndex)) {
         return false;
     }
-    Record(route, Wish::Up);
+    Record(route, wish);
     return true;
+}
+
+bool RouteBook::Enable(const Route& route) {
+    return Ask(static_cast<RouteCall>(&EnableRoute), route, Wish::Up);
 }
 
 bool RouteBook::Disable(const Route& route) {
-    if (!DisableRoute(route.vlan, route.destination, Netmask(route.prefixLength), route.gateway,
-                      route.ifIndex)) {
-        return false;
-    }
-    Record(route, Wish::Down);
-    return true;
+    return Ask(static_cast<RouteCall>(&DisableRoute), route, Wish::Down);
 }
 
 bool RouteBook::Remove(const Route& route) {
-    if (!RemoveRoute(route.vlan, route.destination, Netmask(route.prefixLength), route.gateway,
-                     route.ifIndex)) {
-        return false;
-    }
-    Record(route, Wish::Absent);
-    return true;
+    return Ask(static_cast<RouteCall>(&RemoveRoute), route, Wish::Absent);
 }
 
 void RouteBook::ForgetVlan(unsigned short vlan) {

@@ -74,6 +74,11 @@ private:
     static Ip4Addr Netmask(unsigned int prefixLength);
     static bool Matches(const StaticRouteItem& item, const Route& route);
     void Record(const Route& route, Wish wish);
+    // EnableRoute, DisableRoute or RemoveRoute for IPv4; records the wish
+    // when the library took the request.
+    using RouteCall = bool (*)(unsigned short, const Ip4Addr&, const Ip4Addr&, const Ip4Addr&,
+                               unsigned int);
+    bool Ask(RouteCall call, const Route& route, Wish wish);
 
     std::map<Route, Entry> m_routes;
 };

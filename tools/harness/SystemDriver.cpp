@@ -93,24 +93,15 @@ void SystemDriver::Do(Event event) {
             m_book.Add(route, metric);
             break;
         }
-        case REMOVE_ROUTE: {
-            const RouteBook::Route route = PickRoute();
-            Note("remove route " + route.ToString());
-            m_book.Remove(route);
+        case REMOVE_ROUTE:
+            RouteRequest("remove", &RouteBook::Remove);
             break;
-        }
-        case ENABLE_ROUTE: {
-            const RouteBook::Route route = PickRoute();
-            Note("enable route " + route.ToString());
-            m_book.Enable(route);
+        case ENABLE_ROUTE:
+            RouteRequest("enable", &RouteBook::Enable);
             break;
-        }
-        case DISABLE_ROUTE: {
-            const RouteBook::Route route = PickRoute();
-            Note("disable route " + route.ToString());
-            m_book.Disable(route);
+        case DISABLE_ROUTE:
+            RouteRequest("disable", &RouteBook::Disable);
             break;
-        }
         case INTERFACE:
             Interface();
             break;
@@ -139,6 +130,12 @@ void SystemDriver::Do(Event event) {
         case EVENT_COUNT:
             break;
     }
+}
+
+void SystemDriver::RouteRequest(const char* verb, bool (RouteBook::*request)(const Route&)) {
+    const RouteBook::Route route = PickRoute();
+    Note(std::string(verb) + " route " + route.ToString());
+    (m_book.*request)(route);
 }
 
 unsigned short SystemDriver::PickVlan() {
@@ -255,39 +252,56 @@ void SystemDriver::NoteVlans() {
     m_vlans.swap(now);
 }
 
-void SystemDriver::Walk() {
-    static const char* const tables[] = {"rtm route", "rtm rib",    "rtm6 route",
-                                         "rtm6 rib",  "interfaces", "interfaces6"};
-    const uint32_t table = m_choices.Pick(6);
-    std::vector<std::string> words;
-    if (m_choices.Pick(2) == 0) {
-        words = {"vrf", std::to_string(PickVlan())};
+const char* const SystemDriver::WALK_TABLES[WALK_TABLE_COUNT] = {
+    "rtm route", "rtm rib", "rtm6 route", "rtm6 rib", "interfaces", "interfaces6"};
+
+bool SystemDriver::StartWalk(CapturingConsole& console, const std::string& table,
+                             std::vector<std::string> words) {
+    unsigned int index = 0;
+    while (index < WALK_TABLE_COUNT && table != WALK_TABLES[index]) {
+        ++index;
     }
-    std::string name = tables[table];
-    for (const std::string& word : words) {
-        name += " " + word;
+    if (index == WALK_TABLE_COUNT) {
+        return false;
     }
-    Note("walk " + name);
     std::vector<char*> argv;
     for (std::string& word : words) {
         argv.push_back(&word[0]);
     }
     argv.push_back(nullptr);
-    auto console = std::make_unique<CapturingConsole>(1);
+    const unsigned short family = index == 2 || index == 3 ? Sms::AFI_IPV6 : Sms::AFI_IPV4;
     DcConsoleCommand* command = nullptr;
-    const unsigned short family = table == 2 || table == 3 ? Sms::AFI_IPV6 : Sms::AFI_IPV4;
-    if (table == 0 || table == 2) {
-        command = new RtmRouteCommand(console.get(), family);
-    } else if (table == 1 || table == 3) {
-        command = new RtmRibCommand(console.get(), family);
+    if (index == 0 || index == 2) {
+        command = new RtmRouteCommand(&console, family);
+    } else if (index == 1 || index == 3) {
+        command = new RtmRibCommand(&console, family);
     } else {
-        command = new DcInterfaceConsoleCommand(console.get(), table == 5);
+        command = new DcInterfaceConsoleCommand(&console, index == 5);
     }
+    // From a successful Parse on, the command owns itself until its walk
+    // ends.
     if (!command->Parse(static_cast<int>(words.size()), argv.data())) {
         delete command;
-        return;
+        return false;
     }
-    m_walks.push_back(RunningWalk{name, std::move(console)});
+    return true;
+}
+
+void SystemDriver::Walk() {
+    const char* table = WALK_TABLES[m_choices.Pick(WALK_TABLE_COUNT)];
+    std::vector<std::string> words;
+    if (m_choices.Pick(2) == 0) {
+        words = {"vrf", std::to_string(PickVlan())};
+    }
+    std::string name = table;
+    for (const std::string& word : words) {
+        name += " " + word;
+    }
+    Note("walk " + name);
+    auto console = std::make_unique<CapturingConsole>(1);
+    if (StartWalk(*console, table, words)) {
+        m_walks.push_back(RunningWalk{name, std::move(console)});
+    }
 }
 
 std::string SystemDriver::WalkProblem(const CapturingConsole& console, const std::string& walk) {

@@ -90,6 +90,15 @@ public:
     // walks that ended wrongly or not at all, and the stack's contract
     // breaches. Empty when nothing is.
     std::vector<std::string> Problems();
+    // The console table walks: "rtm route", "rtm rib", "rtm6 route",
+    // "rtm6 rib", "interfaces", "interfaces6".
+    static constexpr unsigned int WALK_TABLE_COUNT = 6;
+    static const char* const WALK_TABLES[WALK_TABLE_COUNT];
+    // Starts the walk of table with the command's words, printing on
+    // console (which must outlive the walk); false when the table is not
+    // one of WALK_TABLES or the command did not start.
+    static bool StartWalk(CapturingConsole& console, const std::string& table,
+                          std::vector<std::string> words);
     // What is wrong with a console table walk that has started: empty when
     // it ended exactly once, after its end of table or an error.
     static std::string WalkProblem(const CapturingConsole& console, const std::string& walk);
@@ -105,7 +114,10 @@ public:
     static constexpr unsigned int VARIANTS = 6;
 
 private:
+    using Route = RouteBook::Route;
     RouteBook::Route PickRoute();
+    // One request of the application on a route drawn from the choices.
+    void RouteRequest(const char* verb, bool (RouteBook::*request)(const Route&));
     unsigned short PickVlan();
     void Interface();
     void Address();
