@@ -29,6 +29,10 @@ void ClearFaults() {
     Instance().Faults().Clear();
 }
 
+void ObserveRouteAnswers(std::function<void(const RouteAnswer&)> observer) {
+    Instance().SetRouteObserver(std::move(observer));
+}
+
 void Freeze(bool frozen) {
     Instance().Freeze(frozen);
 }

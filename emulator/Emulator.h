@@ -6,6 +6,7 @@
 #define ZAVREL_EMULATOR_EMULATOR_H
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ void SetFailureRate(RequestKind kind, double rate, unsigned long result, uint64_
 void ClearFaults();
 // Freezes the stack: requests are accepted but nothing is done until thawed.
 void Freeze(bool frozen);
+
+// Calls observer with every static-route request the stack answers (an
+// empty function: nobody); Reset forgets it.
+void ObserveRouteAnswers(std::function<void(const RouteAnswer&)> observer);
 
 // ---- counters
 uint64_t RequestCount(RequestKind kind);

@@ -4,6 +4,7 @@
 #define ZAVREL_EMULATOR_EMULATORTYPES_H
 
 #include <cstddef>
+#include <string>
 
 #include "stackapi/SmsConstants.h"
 
@@ -29,6 +30,19 @@ using Sms::RESULT_WRONG_VALUE;
 using Sms::ROW_ACTIVE;
 using Sms::ROW_CREATE_AND_GO;
 using Sms::ROW_DESTROY;
+
+// One static-route request the stack has answered, as a program that
+// follows the stack's work sees it: the row as asked and the result.
+struct RouteAnswer {
+    unsigned long instance = 0;
+    std::string destination;  // the address in text
+    unsigned long prefixLength = 0;
+    std::string nextHop;
+    unsigned long ifIndex = 0;
+    long rowStatus = 0;
+    long adminStatus = 0;
+    unsigned long result = 0;
+};
 
 // Breaches of the library's side of the contract, counted by the stack.
 enum class BreachKind {

@@ -56,6 +56,7 @@ void Stack::Reset() {
     m_startRun = 0;
     m_i3ReadyAfterRuns = 2;
     m_walkRowsPerRun = 0;
+    m_routeObserver = nullptr;
     m_frozen = false;
     m_sequence = 0;
     m_queue.clear();

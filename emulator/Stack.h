@@ -15,6 +15,7 @@
 #define ZAVREL_EMULATOR_STACK_H
 
 #include <cstdint>
+#include <functional>
 #include <list>
 #include <map>
 #include <memory>
@@ -104,6 +105,11 @@ public:
     // Whether smsi_init opens the management channel (default true). A
     // stack without it registers no descriptor with the application.
     void SetChannelEnabled(bool enabled) { m_channelEnabled = enabled; }
+    // Called with every static-route request the stack answers, before the
+    // library hears the answer (empty: nobody).
+    void SetRouteObserver(std::function<void(const RouteAnswer&)> observer) {
+        m_routeObserver = std::move(observer);
+    }
     // Rows a walk delivers per run (0, the default: the whole table at once).
     void SetWalkRowsPerRun(unsigned int rows) { m_walkRowsPerRun = rows; }
     // A frozen stack accepts requests but does no work; its channel is
@@ -267,6 +273,7 @@ private:
     uint64_t m_startRun = 0;  // the run count when smsi_init came
     unsigned int m_i3ReadyAfterRuns = 2;
     unsigned int m_walkRowsPerRun = 0;
+    std::function<void(const RouteAnswer&)> m_routeObserver;
     bool m_frozen = false;
 
     uint64_t m_sequence = 0;

@@ -194,6 +194,19 @@ void Stack::ProcessRoute(Work& work) {
                                                 work.ifIndex, work.metric, work.pathType, NowMs());
         }
     }
+    if (m_routeObserver) {
+        const int family = work.family == 1 ? IpAddress::IPV4 : IpAddress::IPV6;
+        RouteAnswer answer;
+        answer.instance = work.instance;
+        answer.destination = IpAddress(family, work.destination).ToString();
+        answer.prefixLength = work.prefixLength;
+        answer.nextHop = IpAddress(family, work.nextHop).ToString();
+        answer.ifIndex = work.ifIndex;
+        answer.rowStatus = work.rowStatus;
+        answer.adminStatus = work.adminStatus;
+        answer.result = result;
+        m_routeObserver(answer);
+    }
     CallLibrary([&] {
         cSetRouteState(work.instance, static_cast<int>(work.family), work.destination,
                        static_cast<unsigned int>(work.prefixLength), work.nextHop,

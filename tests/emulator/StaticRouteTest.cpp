@@ -56,6 +56,32 @@ TEST_F(StaticRouteTest, ACreateIsAnsweredDoneWithTheRowsValuesThenEnded) {
               Stack().DumpStaticRoutes());
 }
 
+TEST_F(StaticRouteTest, TheRouteObserverSeesEveryAnswerBeforeTheLibraryDoes) {
+    std::vector<std::string> seen;
+    Emulator::ObserveRouteAnswers([&seen](const Emulator::RouteAnswer& a) {
+        seen.push_back(std::to_string(a.instance) + " " + a.destination + "/" +
+                       std::to_string(a.prefixLength) + " via " + a.nextHop + " if " +
+                       std::to_string(a.ifIndex) + " row " + std::to_string(a.rowStatus) +
+                       " admin " + std::to_string(a.adminStatus) + " result " +
+                       std::to_string(a.result) + " after " +
+                       std::to_string(Side().routeStates.size()) + " answers");
+    });
+    Emulator::FailNext(RequestKind::Route, 1, 3);
+    Route(1, 1, 5, "10.0.0.0", 24, "192.168.1.1", 0, 7);
+    Side().RunScheduler();
+    Route(1, 2, 5, "10.0.1.0", 24, "192.168.1.1", 2, 7);
+    Side().RunScheduler();
+    EXPECT_EQ(
+        Strings({"5 10.0.0.0/24 via 192.168.1.1 if 0 row 1 admin 1 result 3 after 0 answers",
+                 "5 10.0.1.0/24 via 192.168.1.1 if 2 row 1 admin 2 result 1 after 1 answers"}),
+        seen);
+    // An empty function stops the observing.
+    Emulator::ObserveRouteAnswers(nullptr);
+    Route(1, 1, 5, "10.0.2.0", 24, "192.168.1.1", 0, 7);
+    Side().RunScheduler();
+    EXPECT_EQ(2u, seen.size());
+}
+
 TEST_F(StaticRouteTest, AnIpv6CreateIsAnsweredWithTheIpv6Instance) {
     Route(4, 1, 0x8005, "2001:db8::", 32, "fe80::1", 7, 2);
     Side().ClearCalls();

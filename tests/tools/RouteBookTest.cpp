@@ -64,8 +64,9 @@ TEST_F(RouteBookTest, RouteRemovedBehindTheBooksBackIsLost) {
                             Ip4Addr(10, 0, 0, 254), 0));
     system.Run(1000);
     EXPECT_EQ(book.Check(system.Manager()),
-              std::vector<std::string>{"lost: 10 172.16.1.0/24 via 10.0.0.254 ifIndex 0: wanted "
-                                       "admin up, stack has none, no item says why"});
+              std::vector<std::string>{
+                  "lost: 10 172.16.1.0/24 via 10.0.0.254 ifIndex 0: wanted "
+                  "admin up, stack has none, not done since asked, no item says why"});
 }
 
 TEST_F(RouteBookTest, RouteNobodyAskedForIsMadeUp) {
@@ -90,8 +91,8 @@ TEST_F(RouteBookTest, RoutesOfAVlanThatWentAwayAreNoLongerPromised) {
 
 // Deliberate: an item that replaces an equal held one is linked before the
 // held one's predecessor, so a route enabled again while its removal waits
-// behind it ends removed; the book expects what the scheduler will send
-// last, not the last request.
+// behind it ends removed. The book keeps the route: the stack did the last
+// request (the enable) after it was made, and then the earlier remove.
 TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSchedulerOrders) {
     RouteBook::Route other = Route10();
     other.destination = Ip4Addr(172, 16, 9, 0);
@@ -99,7 +100,7 @@ TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSc
     ASSERT_TRUE(book.Enable(Route10()));
     ASSERT_TRUE(book.Remove(Route10()));
     ASSERT_TRUE(book.Enable(Route10()));
-    EXPECT_EQ(book.Wanted(), 1u);
+    EXPECT_EQ(book.Wanted(), 2u);
     system.Run(2000);
     EXPECT_TRUE(book.Check(system.Manager()).empty());
     EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
@@ -110,8 +111,9 @@ TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSc
 // the row, and one that a failure sent back to New takes none. A route
 // added and removed in one tick, whose add fails once, ends installed: the
 // remove is done (its answer reaches the add, which is New and stays), the
-// add goes out again, and the remove's item stays Issued for good, which
-// is what explains the route.
+// add goes out again, and the remove's item stays Issued for good. The
+// book keeps the route: the remove, the last request, was done after it
+// was made.
 TEST_F(RouteBookTest, RemoveDoneWhileItsAddWaitsForARetryLeavesTheAddInstalledAndTheRemoveParked) {
     Emulator::FailNext(Emulator::RequestKind::Route, 1, 5);
     ASSERT_TRUE(book.Add(Route10(), 3));

@@ -8,19 +8,11 @@
 #include "cfg/CfgSched.h"
 #include "cfg/StaticRouteItem.h"
 #include "emulator/Emulator.h"
-#include "mib/Serializer.h"
 #include "routing/DcRouterMgr.h"
 #include "rtm/DcRtmMgr.h"
 #include "stackapi/SmsConstants.h"
 
 namespace Zavrel {
-
-bool RouteBook::Route::operator<(const Route& other) const {
-    return std::make_tuple(vlan, destination.HostOrder(), prefixLength, gateway.HostOrder(),
-                           ifIndex) < std::make_tuple(other.vlan, other.destination.HostOrder(),
-                                                      other.prefixLength, other.gateway.HostOrder(),
-                                                      other.ifIndex);
-}
 
 std::string RouteBook::Route::ToString() const {
     return std::to_string(vlan) + " " + destination.ToString().c_str() + "/" +
@@ -35,34 +27,51 @@ Ip4Addr RouteBook::Netmask(unsigned int prefixLength) {
     return Ip4Addr::FromHostOrder(mask);
 }
 
-bool RouteBook::Matches(const StaticRouteItem& item, const Route& route) {
-    return item.Family() == Sms::RECORD_IPV4 && item.Vlan() == route.vlan &&
-           Ip4Addr(item.Destination()) == route.destination &&
-           item.PrefixLength() == static_cast<long>(route.prefixLength) &&
-           Ip4Addr(item.NextHop()) == route.gateway && item.IfIndex() == route.ifIndex;
+RouteBook::RouteBook() {
+    Emulator::ObserveRouteAnswers(
+        [this](const Emulator::RouteAnswer& answer) { Answered(answer); });
+}
+
+RouteBook::~RouteBook() {
+    Emulator::ObserveRouteAnswers(nullptr);
 }
 
 void RouteBook::Record(const Route& route, Wish wish) {
-    // Items already sent go out before any New one, and the scheduler sends
-    // a route's New items in their list order, so the stack ends with the
-    // last New one. Replacing a held item links the new one a place before
-    // the old one's predecessor (or at the tail), so the request just made
-    // need not be the last: read the list.
-    if (DcRouterMgr* manager = DcRouterMgr::GetInstance()) {
-        const CfgKey key(route.vlan, DcRtmMgr::CFG_KEY_STATIC_ROUTE);
-        for (CfgItem* item : manager->GetCfgSched().Items(key)) {
-            auto* held = dynamic_cast<StaticRouteItem*>(item);
-            if (held == nullptr || held->IsIssued() || !Matches(*held, route)) {
-                continue;
-            }
-            wish = held->RowStatus() == static_cast<long>(Sms::ROW_DESTROY) ? Wish::Absent
-                   : held->AdminStatus() == Sms::STATUS_UP                  ? Wish::Up
-                                                                            : Wish::Down;
-        }
-    }
-    Entry& entry = m_routes[route];
+    Entry& entry = m_routes[route.ToString()];
+    entry.vlan = route.vlan;
     entry.wish = wish;
+    entry.asked |= Bit(wish);
     entry.promised = true;
+    entry.done = false;
+}
+
+void RouteBook::Answered(const Emulator::RouteAnswer& answer) {
+    if ((answer.instance & Emulator::IP6_INSTANCE_BIT) != 0) {
+        return;
+    }
+    auto found = m_routes.find(std::to_string(answer.instance) + " " + answer.destination + "/" +
+                               std::to_string(answer.prefixLength) + " via " + answer.nextHop +
+                               " ifIndex " + std::to_string(answer.ifIndex));
+    if (found == m_routes.end()) {
+        return;
+    }
+    const bool destroy = answer.rowStatus == Sms::ROW_DESTROY;
+    const bool done =
+        answer.result == Sms::RESULT_DONE || (destroy && answer.result == Sms::RESULT_NO_ROW);
+    const Wish asked = destroy                                ? Wish::Absent
+                       : answer.adminStatus == Sms::STATUS_UP ? Wish::Up
+                                                              : Wish::Down;
+    if (!done) {
+        return;
+    }
+    Entry& entry = found->second;
+    if (asked == entry.wish) {
+        entry.done = true;
+    } else if ((entry.asked & Bit(asked)) == 0) {
+        // A request the application never made for the route: what it did
+        // no longer counts as done.
+        entry.done = false;
+    }
 }
 
 bool RouteBook::Add(const Route& route, unsigned int metric) {
@@ -97,7 +106,7 @@ bool RouteBook::Remove(const Route& route) {
 
 void RouteBook::ForgetVlan(unsigned short vlan) {
     for (auto& entry : m_routes) {
-        if (entry.first.vlan == vlan) {
+        if (entry.second.vlan == vlan) {
             entry.second.promised = false;
         }
     }
@@ -128,12 +137,7 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
         }
     }
     // Routes the scheduler holds an item for that says why the route is
-    // not (yet) as asked: refused with a reason; waiting for its instance;
-    // or sent, with no request left on its row, and never to be sent again
-    // (the answer went to an earlier item of the row, one that a failure
-    // had sent back to New: the scheduler gives a row's answer to its first
-    // held item, and a New one takes none, so the earlier request is sent
-    // again after the later one was done).
+    // not as asked: refused with a reason, or waiting for its instance.
     std::set<std::string> explained;
     for (CfgItem* item : manager.GetCfgSched().AllItems()) {
         auto* route = dynamic_cast<StaticRouteItem*>(item);
@@ -141,9 +145,7 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
             continue;
         }
         const bool refused = route->IsIssued() && route->GetReasonCode() != 0;
-        const bool stale = route->IsIssued() && route->GetReasonCode() == 0 &&
-                           manager.GetSerializer().PendingActionCount(route->GetOid()) == 0;
-        if (!refused && !stale && route->CfgListReady()) {
+        if (!refused && route->CfgListReady()) {
             continue;
         }
         Ip4Addr destination(route->Destination());
@@ -155,10 +157,8 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
     }
 
     std::vector<std::string> problems;
-    std::set<std::string> known;
     for (const auto& entry : m_routes) {
-        const std::string name = entry.first.ToString();
-        known.insert(name);
+        const std::string& name = entry.first;
         if (!entry.second.promised) {
             continue;
         }
@@ -169,7 +169,7 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
                 ? held == stack.end()
                 : held != stack.end() &&
                       (held->second == static_cast<long>(Sms::STATUS_UP)) == (wish == Wish::Up);
-        if (asAsked || explained.count(name) != 0) {
+        if (asAsked || entry.second.done || explained.count(name) != 0) {
             continue;
         }
         const char* wanted = wish == Wish::Up     ? "admin up"
@@ -179,10 +179,10 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
                                 : held->second == static_cast<long>(Sms::STATUS_UP) ? "admin up"
                                                                                     : "admin down";
         problems.push_back("lost: " + name + ": wanted " + wanted + ", stack has " + has +
-                           ", no item says why");
+                           ", not done since asked, no item says why");
     }
     for (const auto& row : stack) {
-        if (known.count(row.first) == 0) {
+        if (m_routes.count(row.first) == 0) {
             problems.push_back("made up: " + row.first + ": in the stack, never asked for");
         }
     }

@@ -1,41 +1,42 @@
 // RouteBook: the application's IPv4 static routes, as it last asked for
-// each of them (add, enable, disable, remove), and the check that nothing
-// it asked for was lost or made up once the system is quiet.
+// each of them (add, enable, disable, remove), the stack's answers on them,
+// and the check that nothing it asked for was lost or made up once the
+// system is quiet.
 //
-// What the stack ends with is what the configuration scheduler sends last
-// for the route: items already sent go first, then the New ones in list
-// order, and an item that replaces an equal held one is linked in a place
-// before the held one's predecessor (by design), which can put it ahead of
-// a later request for the same route. So the wish recorded for a request
-// is the one of the route's last New item in the scheduler's list right
-// after the request.
+// A route is kept when
+//  - the stack holds it as last asked (present with the admin status asked
+//    for, or absent after a remove); or
+//  - the stack did the last request after it was made (a done answer on the
+//    row as asked), and no request the application never made for the
+//    route was done since. The stack may still end with an earlier request: the
+//    configuration scheduler can send an earlier request of the same route
+//    again after the last one, by design. An item that replaces an equal
+//    held one is linked in before the held one's predecessor, which can put
+//    it ahead of a later request; and a failure sends an item back to New
+//    where it stands, ahead of or behind requests made since; or
+//  - the scheduler still holds an item for it that says why it is not so:
+//    one refused with a reason code, or one waiting for its routing table
+//    instance.
+// Routes of a VLAN whose configuration went away are no longer promised
+// (the stack drops the instance with its rows); they may stay absent or
+// come back with the VLAN.
 //
-// A route is kept when the stack holds it as last asked (present with the
-// admin status asked for, or absent after a remove), or when the
-// configuration scheduler still holds an item for it that says why it is
-// not so: an item sent and refused with a reason code; one waiting for its
-// routing table instance; or one sent whose answer went to an earlier item
-// of the same row. (The scheduler hands a row's answer to the first held
-// item of the row; when a failure has sent that one back to New, it takes
-// no answer, so a later request done by the stack leaves its own item
-// Issued for good and the earlier request goes out again after it: the
-// stack ends with the earlier request, and the later item stays parked.) Routes of a VLAN whose
-// configuration went away are no longer promised (the stack drops the instance with its rows); they
-// may stay absent or come back with the VLAN.
+// A book follows the stack's answers from its construction to its end
+// (Emulator::ObserveRouteAnswers), so one book at a time, made after the
+// system it watches.
 #ifndef ZAVREL_TOOLS_ROUTEBOOK_H
 #define ZAVREL_TOOLS_ROUTEBOOK_H
 
 #include <map>
 #include <string>
-#include <tuple>
 #include <vector>
 
+#include "emulator/EmulatorTypes.h"
 #include "platform/Ip4Addr.h"
 
 namespace Zavrel {
 
 class DcRouterMgr;
-class StaticRouteItem;
 
 class RouteBook {
 public:
@@ -45,10 +46,14 @@ public:
         unsigned int prefixLength = 0;
         Ip4Addr gateway;
         unsigned int ifIndex = 0;
-        bool operator<(const Route& other) const;
         // "5 172.16.0.0/16 via 10.0.0.254 ifIndex 0"
         std::string ToString() const;
     };
+
+    RouteBook();
+    ~RouteBook();
+    RouteBook(const RouteBook&) = delete;
+    RouteBook& operator=(const RouteBook&) = delete;
 
     // Each asks the library (AddRoute, EnableRoute, DisableRoute,
     // RemoveRoute) and records the wish when the library took the request.
@@ -68,19 +73,24 @@ public:
 private:
     enum class Wish { Up, Down, Absent };
     struct Entry {
+        unsigned short vlan = 0;
         Wish wish = Wish::Absent;
         bool promised = true;
+        bool done = false;       // the stack did the last request after it was made
+        unsigned int asked = 0;  // every wish ever asked for the route, as Bit()s
     };
+    static unsigned int Bit(Wish wish) { return 1u << static_cast<unsigned int>(wish); }
     static Ip4Addr Netmask(unsigned int prefixLength);
-    static bool Matches(const StaticRouteItem& item, const Route& route);
     void Record(const Route& route, Wish wish);
+    void Answered(const Emulator::RouteAnswer& answer);
     // EnableRoute, DisableRoute or RemoveRoute for IPv4; records the wish
     // when the library took the request.
     using RouteCall = bool (*)(unsigned short, const Ip4Addr&, const Ip4Addr&, const Ip4Addr&,
                                unsigned int);
     bool Ask(RouteCall call, const Route& route, Wish wish);
 
-    std::map<Route, Entry> m_routes;
+    // By Route::ToString, which is also how the stack's rows are named.
+    std::map<std::string, Entry> m_routes;
 };
 
 }  // namespace Zavrel
