@@ -42,8 +42,10 @@ const char* const kDocuments[2][SystemDriver::VARIANTS] = {
 };
 
 // Results a faulty stack answers with: a temporary failure (retried), a
-// bad value (given up), no such row, and two others.
-const unsigned long kFaultResults[] = {5, 3, 6, 2, 4};
+// wrong value (given up), no such row, and two results the library has no
+// name for (general error and inconsistent value in the walk codes).
+const unsigned long kFaultResults[] = {Sms::RESULT_TEMPORARY, Sms::RESULT_WRONG_VALUE,
+                                       Sms::RESULT_NO_ROW, 2, 4};
 
 // The kinds of request a fault can hit: the four row kinds and walks.
 const Emulator::RequestKind kFaultKinds[] = {
