@@ -2,7 +2,6 @@
 // of the stack's and the scheduler's tables against them.
 #include "harness/RouteBook.h"
 
-#include <cstring>
 #include <set>
 
 #include "cfg/CfgSched.h"
