@@ -5,8 +5,8 @@
 //  - a refused document has no error text, or changed what the library holds;
 //  - the second reload of the unchanged document made a stack request (for
 //    a document that lists every VLAN once: one that lists a VLAN twice
-//    applies both entries in order on every reload, as the reload is
-//    described, so the VLAN's settings change twice each time);
+//    applies both entries in order on every reload, by design, so the VLAN's settings change twice
+//    each time);
 //  - after the delete the library still holds a VLAN of the source, or its
 //    counters (VLANs, items, queued rows, interfaces, RTM settings) are not
 //    back where they were before the first reload. The one exception is
