@@ -66,7 +66,7 @@ TEST_F(RouteBookTest, RouteRemovedBehindTheBooksBackIsLost) {
     EXPECT_EQ(book.Check(system.Manager()),
               std::vector<std::string>{
                   "lost: 10 172.16.1.0/24 via 10.0.0.254 ifIndex 0: wanted "
-                  "admin up, stack has none, not done since asked, no item says why"});
+                  "admin up, stack has none, not answered since asked, no item says why"});
 }
 
 TEST_F(RouteBookTest, RouteNobodyAskedForIsMadeUp) {
@@ -105,6 +105,33 @@ TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSc
     EXPECT_TRUE(book.Check(system.Manager()).empty());
     EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
               "10 172.16.9.0/24 via 10.0.0.254 ifIndex 0 admin up metric 1\n");
+}
+
+// Deliberate: a route whose last request the stack refused without a retry
+// loses the refused item when the stack confirms a later request of the
+// same row (the confirmation goes to the first held item of the row, and
+// destroys it when it is Issued). Here the last enable replaces the first
+// and moves ahead of the remove, is refused, and the remove's confirmation
+// destroys it. The book keeps the route: the stack answered the last
+// request.
+TEST_F(RouteBookTest, ARefusedEnableIsDestroyedByTheConfirmationOfTheRemoveSentAfterIt) {
+    RouteBook::Route other = Route10();
+    other.destination = Ip4Addr(172, 16, 9, 0);
+    ASSERT_TRUE(book.Add(other, 1));
+    ASSERT_TRUE(book.Enable(Route10()));
+    ASSERT_TRUE(book.Remove(Route10()));
+    ASSERT_TRUE(book.Enable(Route10()));
+    Emulator::FailNext(Emulator::RequestKind::Route, 1, 4);
+    system.Run(2000);
+    EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
+              "10 172.16.9.0/24 via 10.0.0.254 ifIndex 0 admin up metric 1\n");
+    const std::vector<CfgItem*> held = system.Manager().GetCfgSched().AllItems();
+    ASSERT_EQ(held.size(), 1u);
+    auto* remove = dynamic_cast<StaticRouteItem*>(held[0]);
+    ASSERT_NE(remove, nullptr);
+    EXPECT_EQ(remove->RowStatus(), Sms::ROW_DESTROY);
+    EXPECT_EQ(book.Wanted(), 2u);
+    EXPECT_TRUE(book.Check(system.Manager()).empty());
 }
 
 // Deliberate: the stack's answer on a row goes to the first held item of

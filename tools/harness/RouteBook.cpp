@@ -41,7 +41,7 @@ void RouteBook::Record(const Route& route, Wish wish) {
     entry.wish = wish;
     entry.asked |= Bit(wish);
     entry.promised = true;
-    entry.done = false;
+    entry.answered = false;
 }
 
 void RouteBook::Answered(const Emulator::RouteAnswer& answer) {
@@ -60,16 +60,13 @@ void RouteBook::Answered(const Emulator::RouteAnswer& answer) {
     const Wish asked = destroy                                ? Wish::Absent
                        : answer.adminStatus == Sms::STATUS_UP ? Wish::Up
                                                               : Wish::Down;
-    if (!done) {
-        return;
-    }
     Entry& entry = found->second;
     if (asked == entry.wish) {
-        entry.done = true;
-    } else if ((entry.asked & Bit(asked)) == 0) {
-        // A request the application never made for the route: what it did
-        // no longer counts as done.
-        entry.done = false;
+        entry.answered = true;
+    } else if (done && (entry.asked & Bit(asked)) == 0) {
+        // A request the application never made for the route was done: the
+        // answer to the last request no longer stands.
+        entry.answered = false;
     }
 }
 
@@ -168,7 +165,7 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
                 ? held == stack.end()
                 : held != stack.end() &&
                       (held->second == static_cast<long>(Sms::STATUS_UP)) == (wish == Wish::Up);
-        if (asAsked || entry.second.done || explained.count(name) != 0) {
+        if (asAsked || entry.second.answered || explained.count(name) != 0) {
             continue;
         }
         const char* wanted = wish == Wish::Up     ? "admin up"
@@ -178,7 +175,7 @@ std::vector<std::string> RouteBook::Check(DcRouterMgr& manager) const {
                                 : held->second == static_cast<long>(Sms::STATUS_UP) ? "admin up"
                                                                                     : "admin down";
         problems.push_back("lost: " + name + ": wanted " + wanted + ", stack has " + has +
-                           ", not done since asked, no item says why");
+                           ", not answered since asked, no item says why");
     }
     for (const auto& row : stack) {
         if (m_routes.count(row.first) == 0) {

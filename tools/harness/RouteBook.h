@@ -6,14 +6,16 @@
 // A route is kept when
 //  - the stack holds it as last asked (present with the admin status asked
 //    for, or absent after a remove); or
-//  - the stack did the last request after it was made (a done answer on the
-//    row as asked), and no request the application never made for the
-//    route was done since. The stack may still end with an earlier request: the
-//    configuration scheduler can send an earlier request of the same route
-//    again after the last one, by design. An item that replaces an equal
-//    held one is linked in before the held one's predecessor, which can put
-//    it ahead of a later request; and a failure sends an item back to New
-//    where it stands, ahead of or behind requests made since; or
+//  - the stack answered the last request after it was made, and did no
+//    request the application never made for the route since. The answer
+//    may be a refusal: an item refused without a retry is destroyed when
+//    the stack confirms a later request of the same row, by design. And the
+//    stack may end with an earlier request: the configuration scheduler can
+//    send an earlier request of the same route again after the last one,
+//    by design. An item that replaces an equal held one is linked in before
+//    the held one's predecessor, which can put it ahead of a later request;
+//    and a failure sends an item back to New where it stands, ahead of or
+//    behind requests made since; or
 //  - the scheduler still holds an item for it that says why it is not so:
 //    one refused with a reason code, or one waiting for its routing table
 //    instance.
@@ -76,7 +78,7 @@ private:
         unsigned short vlan = 0;
         Wish wish = Wish::Absent;
         bool promised = true;
-        bool done = false;       // the stack did the last request after it was made
+        bool answered = false;   // the stack answered the last request since it was made
         unsigned int asked = 0;  // every wish ever asked for the route, as Bit()s
     };
     static unsigned int Bit(Wish wish) { return 1u << static_cast<unsigned int>(wish); }
