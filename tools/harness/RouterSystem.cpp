@@ -13,33 +13,6 @@
 
 namespace Zavrel {
 
-void CountingTraceSink::Write(int level, const char*) {
-    ++m_lines;
-    if (level <= 1) {
-        ++m_errors;
-    }
-}
-
-void LoopSockets::RegisterSocket(int fd, int kind, int) {
-    m_loop.WatchFd(fd, Events(kind), [](int ready, int events) {
-        if (DcRouterMgr* manager = DcRouterMgr::GetInstance()) {
-            manager->SocketCallback(ready, events);
-        }
-    });
-}
-
-void LoopSockets::UnregisterSocket(int fd, int) {
-    m_loop.UnwatchFd(fd);
-}
-
-void LoopSockets::ChangeSocketMask(int fd, int kind) {
-    m_loop.ChangeFd(fd, Events(kind));
-}
-
-int LoopSockets::Events(int kind) {
-    return kind == 1 ? EventLoop::READABLE : kind == 2 ? EventLoop::WRITABLE : 0;
-}
-
 bool RouterSystem::Counters::operator==(const Counters& other) const {
     return vlans == other.vlans && cfgItems == other.cfgItems && parkedItems == other.parkedItems &&
            waitingItems == other.waitingItems && pendingRows == other.pendingRows &&
@@ -54,7 +27,8 @@ std::string RouterSystem::Counters::ToString() const {
 }
 
 RouterSystem::RouterSystem(int traceLevel) : m_trace(traceLevel) {
-    // The registry is filled once per process; a second call changes nothing.
+    // The protocol routers enter the library's registry once per process,
+    // with the first system.
     static const bool registered = [] {
         RegisterProtocols();
         return true;

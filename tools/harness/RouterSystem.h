@@ -14,42 +14,14 @@
 #include <cstdint>
 #include <string>
 
+#include "harness/CountingTraceSink.h"
+#include "harness/LoopSockets.h"
 #include "platform/EventLoop.h"
-#include "platform/Trace.h"
 #include "platform/VirtualEventLoop.h"
 #include "routing/DcRouterBase.h"
 #include "routing/DcRouterMgr.h"
 
 namespace Zavrel {
-
-// Counts trace lines up to a level and keeps none of them.
-class CountingTraceSink : public TraceSink {
-public:
-    explicit CountingTraceSink(int level) : m_level(level) {}
-    bool Wants(int level) const override { return level <= m_level; }
-    void Write(int level, const char* text) override;
-    uint64_t Lines() const { return m_lines; }
-    // Lines at level 0 and 1: the errors and allocation failures.
-    uint64_t ErrorLines() const { return m_errors; }
-
-private:
-    int m_level;
-    uint64_t m_lines = 0;
-    uint64_t m_errors = 0;
-};
-
-// The application's socket registry over an event loop's descriptor watches.
-class LoopSockets : public DcSckInterface {
-public:
-    explicit LoopSockets(EventLoop& loop) : m_loop(loop) {}
-    void RegisterSocket(int fd, int kind, int arg) override;
-    void UnregisterSocket(int fd, int arg) override;
-    void ChangeSocketMask(int fd, int kind) override;
-
-private:
-    static int Events(int kind);
-    EventLoop& m_loop;
-};
 
 class RouterSystem {
 public:

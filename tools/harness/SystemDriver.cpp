@@ -57,15 +57,6 @@ const uint32_t kFaultKindCount = sizeof(kFaultKinds) / sizeof(kFaultKinds[0]);
 
 const char* const SystemDriver::SOURCES[2] = {"a.json", "b.json"};
 
-uint32_t SeededChoices::Pick(uint32_t count) {
-    m_state += 0x9e3779b97f4a7c15ull;
-    uint64_t z = m_state;
-    z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9ull;
-    z = (z ^ (z >> 27)) * 0x94d049bb133111ebull;
-    z ^= z >> 31;
-    return static_cast<uint32_t>(z % count);
-}
-
 std::string SystemDriver::Document(unsigned int source, unsigned int variant) {
     return std::string("{\"VLAN_CONFIGURATIONS\": [") + kDocuments[source % 2][variant % VARIANTS] +
            "]}";

@@ -18,30 +18,12 @@
 #include <string>
 #include <vector>
 
+#include "harness/Choices.h"
 #include "harness/RouteBook.h"
 #include "harness/RouterSystem.h"
 #include "platform/CapturingConsole.h"
 
 namespace Zavrel {
-
-// Where the driver's decisions come from.
-class Choices {
-public:
-    virtual ~Choices() = default;
-    // A value below count (count > 0).
-    virtual uint32_t Pick(uint32_t count) = 0;
-};
-
-// A seeded 64-bit sequence (splitmix64): the same seed gives the same run
-// on every machine.
-class SeededChoices : public Choices {
-public:
-    explicit SeededChoices(uint64_t seed) : m_state(seed) {}
-    uint32_t Pick(uint32_t count) override;
-
-private:
-    uint64_t m_state;
-};
 
 class SystemDriver {
 public:
