@@ -32,6 +32,14 @@ protected:
         return route;
     }
 
+    // The one item the scheduler still holds, a static route; null (and a
+    // failure) otherwise.
+    StaticRouteItem* OnlyHeldItem() {
+        const std::vector<CfgItem*> held = system.Manager().GetCfgSched().AllItems();
+        EXPECT_EQ(held.size(), 1u);
+        return held.size() == 1 ? dynamic_cast<StaticRouteItem*>(held[0]) : nullptr;
+    }
+
     RouterSystem system;
     RouteBook book;
 };
@@ -125,9 +133,7 @@ TEST_F(RouteBookTest, ARefusedEnableIsDestroyedByTheConfirmationOfTheRemoveSentA
     system.Run(2000);
     EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
               "10 172.16.9.0/24 via 10.0.0.254 ifIndex 0 admin up metric 1\n");
-    const std::vector<CfgItem*> held = system.Manager().GetCfgSched().AllItems();
-    ASSERT_EQ(held.size(), 1u);
-    auto* remove = dynamic_cast<StaticRouteItem*>(held[0]);
+    StaticRouteItem* remove = OnlyHeldItem();
     ASSERT_NE(remove, nullptr);
     EXPECT_EQ(remove->RowStatus(), Sms::ROW_DESTROY);
     EXPECT_EQ(book.Wanted(), 2u);
@@ -148,9 +154,7 @@ TEST_F(RouteBookTest, RemoveDoneWhileItsAddWaitsForARetryLeavesTheAddInstalledAn
     system.Run(2000);
     EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
               "10 172.16.1.0/24 via 10.0.0.254 ifIndex 0 admin up metric 3\n");
-    const std::vector<CfgItem*> held = system.Manager().GetCfgSched().AllItems();
-    ASSERT_EQ(held.size(), 1u);
-    auto* remove = dynamic_cast<StaticRouteItem*>(held[0]);
+    StaticRouteItem* remove = OnlyHeldItem();
     ASSERT_NE(remove, nullptr);
     EXPECT_EQ(remove->RowStatus(), Sms::ROW_DESTROY);
     EXPECT_TRUE(remove->IsIssued());
