@@ -31,5 +31,5 @@ while IFS= read -r file; do
   fi
 done < <(git ls-files -- 'lib/*.cpp' 'lib/*.h' 'platform/*.cpp' 'platform/*.h' 'protocols/*.cpp' \
            'protocols/*.h' 'emulator/*.cpp' 'emulator/*.h' 'stackapi/*.h' 'app/*.cpp' 'bench/*.cpp' \
-           'fuzz/*.cpp' 'tools/*.cpp' 'tools/*.h' 'tests/*.cpp' | grep -v '^tests/packaging/consumer/')
+           'fuzz/*.cpp' 'fuzz/*.h' 'tools/*.cpp' 'tools/*.h' 'tests/*.cpp' | grep -v '^tests/packaging/consumer/')
 exit $status
