@@ -90,6 +90,22 @@ TEST_F(CfgSchedTest, InsertingAgainWhileRunningDoesNotRestartTheTimer) {
     EXPECT_EQ(Sent(), (std::vector<std::string>{"a", "b"}));
 }
 
+TEST_F(CfgSchedTest, AllItemsListsTheBucketsInKeyOrderEachInListOrder) {
+    EXPECT_TRUE(sched.AllItems().empty());
+    EXPECT_EQ(sched.ItemCount(), 0u);
+    Add(kOther, "c", 3);
+    Add(kRoutes, "a", 1);
+    Add(kRedist, "r", 9);
+    Add(kRoutes, "b", 2);
+    std::vector<std::string> names;
+    for (CfgItem* item : sched.AllItems()) {
+        names.push_back(static_cast<FakeCfgItem*>(item)->Name());
+    }
+    // (5, redistribution) < (5, static routes) < (7, static routes)
+    EXPECT_EQ(names, (std::vector<std::string>{"r", "a", "b", "c"}));
+    EXPECT_EQ(sched.ItemCount(), 4u);
+}
+
 TEST_F(CfgSchedTest, NullItemIsIgnored) {
     sched.Insert(kRoutes, nullptr);
     EXPECT_EQ(sched.BucketCount(), 0u);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "harness/SystemDriver.h"
+#include "interfaces/DcInterfaceMgr.h"
 
 namespace Zavrel {
 namespace {
@@ -47,6 +48,16 @@ TEST_F(RouterSystemTest, ReloadAndUnloadShowInTheCounters) {
     // the delete took away.
     EXPECT_GT(unloaded.waitingItems, 0u);
     EXPECT_EQ(unloaded.cfgItems, unloaded.waitingItems);
+}
+
+TEST_F(RouterSystemTest, InterfacesShowInTheCounters) {
+    DcInterfaceMgr* interfaces = DcInterfaceMgr::GetInstance();
+    ASSERT_NE(interfaces, nullptr);
+    interfaces->AddInterface(10, 100, "e10-100", DcInterfaceMgr::INTF_TYPE_ETHERNET, 0x18, 0, 1);
+    interfaces->AddInterface(20, 100, "e20-100", DcInterfaceMgr::INTF_TYPE_ETHERNET, 0x18, 0, 1);
+    EXPECT_EQ(system.Count().interfaces, 2u);
+    interfaces->RemoveInterface(10, 100, "e10-100");
+    EXPECT_EQ(system.Count().interfaces, 1u);
 }
 
 TEST_F(RouterSystemTest, ASecondReloadOfAnUnchangedDocumentAsksTheStackForNothing) {
