@@ -32,6 +32,17 @@ protected:
         return route;
     }
 
+    // Another route of the VLAN (172.16.9.0/24) added, then Route10()
+    // enabled, removed and enabled again, all held New: the second enable
+    // replaces the first and is linked in ahead of the other route, so
+    // before the remove.
+    bool EnableRemoveEnableBehindAnotherRoute() {
+        RouteBook::Route other = Route10();
+        other.destination = Ip4Addr(172, 16, 9, 0);
+        return book.Add(other, 1) && book.Enable(Route10()) && book.Remove(Route10()) &&
+               book.Enable(Route10());
+    }
+
     // The one item the scheduler still holds, a static route; null (and a
     // failure) otherwise.
     StaticRouteItem* OnlyHeldItem() {
@@ -62,6 +73,11 @@ TEST_F(RouteBookTest, RouteRefusedWithAReasonIsExplainedByItsItem) {
     Emulator::FailNext(Emulator::RequestKind::Route, 1, 3);
     ASSERT_TRUE(book.Add(Route10(), 3));
     system.Run(3000);
+    // Not in the stack: only the refused item keeps the route.
+    EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(), "");
+    StaticRouteItem* refused = OnlyHeldItem();
+    ASSERT_NE(refused, nullptr);
+    EXPECT_EQ(refused->GetReasonCode(), 3u);
     EXPECT_TRUE(book.Check(system.Manager()).empty());
 }
 
@@ -102,12 +118,7 @@ TEST_F(RouteBookTest, RoutesOfAVlanThatWentAwayAreNoLongerPromised) {
 // behind it ends removed. The book keeps the route: the stack did the last
 // request (the enable) after it was made, and then the earlier remove.
 TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSchedulerOrders) {
-    RouteBook::Route other = Route10();
-    other.destination = Ip4Addr(172, 16, 9, 0);
-    ASSERT_TRUE(book.Add(other, 1));
-    ASSERT_TRUE(book.Enable(Route10()));
-    ASSERT_TRUE(book.Remove(Route10()));
-    ASSERT_TRUE(book.Enable(Route10()));
+    ASSERT_TRUE(EnableRemoveEnableBehindAnotherRoute());
     EXPECT_EQ(book.Wanted(), 2u);
     system.Run(2000);
     EXPECT_TRUE(book.Check(system.Manager()).empty());
@@ -123,12 +134,7 @@ TEST_F(RouteBookTest, EnableReplacingAHeldEnableAheadOfARemoveEndsRemovedAsTheSc
 // destroys it. The book keeps the route: the stack answered the last
 // request.
 TEST_F(RouteBookTest, ARefusedEnableIsDestroyedByTheConfirmationOfTheRemoveSentAfterIt) {
-    RouteBook::Route other = Route10();
-    other.destination = Ip4Addr(172, 16, 9, 0);
-    ASSERT_TRUE(book.Add(other, 1));
-    ASSERT_TRUE(book.Enable(Route10()));
-    ASSERT_TRUE(book.Remove(Route10()));
-    ASSERT_TRUE(book.Enable(Route10()));
+    ASSERT_TRUE(EnableRemoveEnableBehindAnotherRoute());
     Emulator::FailNext(Emulator::RequestKind::Route, 1, 4);
     system.Run(2000);
     EXPECT_EQ(Emulator::Instance().DumpStaticRoutes(),
