@@ -7,23 +7,17 @@
 
 namespace Zavrel {
 
-CfgBucket::CfgBucket() {
-    // Half-full buckets: a lookup mostly meets its record first in its
-    // bucket's chain.
-    m_records.max_load_factor(0.5f);
-}
-
 CfgBucket::~CfgBucket() {
     m_groups.clear();
     m_ungrouped.Clear();
     m_new.clear();
+    m_by_oid.Clear();
     // The items in list order.
-    for (Record* record : m_list) {
-        record->item.reset();
+    while (!m_list.Empty()) {
+        CfgItem* item = m_list.Front();
+        m_list.Erase(*item);
+        delete item;
     }
-    m_list.Clear();
-    m_records.clear();
-    m_further_records.clear();
 }
 
 size_t CfgBucket::HashOid(const MibOid& oid) {
@@ -37,12 +31,17 @@ size_t CfgBucket::HashOid(const MibOid& oid) {
 
 // ---- indexes
 
-CfgBucket::Group& CfgBucket::GroupOf(const Record& record) {
-    return record.grouped ? m_groups[record.groupKey] : m_ungrouped;
+CfgBucket::Group& CfgBucket::GroupOf(const CfgItem& item) {
+    return item.m_bucket_grouped ? m_groups[item.m_bucket_group_key] : m_ungrouped;
 }
 
-CfgBucket::Entry CfgBucket::NextInGroup(const Record& record) {
-    return Group::Next(record);
+CfgBucket::Entry CfgBucket::NextInGroup(const CfgItem& item) {
+    return Group::Next(item);
+}
+
+bool CfgBucket::SameGroup(const CfgItem& a, const CfgItem& b) {
+    return a.m_bucket_grouped == b.m_bucket_grouped &&
+           (!a.m_bucket_grouped || a.m_bucket_group_key == b.m_bucket_group_key);
 }
 
 void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors) {
@@ -50,8 +49,7 @@ void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors)
     Entry before = nullptr;  // the end of the group
     bool placed = false;
     for (Entry successor : successors) {
-        if (successor != nullptr && successor->grouped == entry->grouped &&
-            (!entry->grouped || successor->groupKey == entry->groupKey)) {
+        if (successor != nullptr && SameGroup(*successor, *entry)) {
             before = successor;
             placed = true;
             break;
@@ -59,7 +57,7 @@ void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors)
     }
     if (!placed) {
         for (Entry previous = group.Back();
-             previous != nullptr && previous->position > entry->position;
+             previous != nullptr && PositionOf(previous) > PositionOf(entry);
              previous = Group::Prev(*previous)) {
             before = previous;
         }
@@ -69,14 +67,14 @@ void CfgBucket::IndexPlace(Entry entry, std::initializer_list<Entry> successors)
 }
 
 void CfgBucket::IndexState(Entry entry) {
-    if (!entry->item->IsIssued()) {
-        m_new.emplace_hint(m_new.end(), entry->position, entry);
+    if (!entry->IsIssued()) {
+        m_new.emplace_hint(m_new.end(), PositionOf(entry), entry);
     }
 }
 
 void CfgBucket::UnindexPlace(Entry entry) {
-    if (entry->grouped) {
-        auto group = m_groups.find(entry->groupKey);
+    if (entry->m_bucket_grouped) {
+        auto group = m_groups.find(entry->m_bucket_group_key);
         group->second.Erase(*entry);
         if (group->second.Empty()) {
             m_groups.erase(group);
@@ -85,7 +83,7 @@ void CfgBucket::UnindexPlace(Entry entry) {
         m_ungrouped.Erase(*entry);
     }
     if (!m_new.empty()) {
-        m_new.erase(entry->position);
+        m_new.erase(PositionOf(entry));
     }
 }
 
@@ -93,33 +91,22 @@ void CfgBucket::UnindexPlace(Entry entry) {
 
 template <typename Test>
 CfgBucket::Entry CfgBucket::FindFirstWhere(const MibOid& oid, Test test) {
-    const size_t hash = HashOid(oid);
     Entry first = nullptr;
-    auto consider = [&](Record& record) {
-        if (*record.oid == oid && test(record) &&
-            (first == nullptr || record.position < first->position)) {
-            first = &record;
+    m_by_oid.ForEach(HashOid(oid), [&](CfgItem* item) {
+        if (item->m_oid == oid && test(*item) &&
+            (first == nullptr || PositionOf(item) < PositionOf(first))) {
+            first = item;
         }
-    };
-    const auto found = m_records.find(hash);
-    if (found != m_records.end()) {
-        consider(found->second);
-    }
-    if (!m_further_records.empty()) {
-        const auto range = m_further_records.equal_range(hash);
-        for (auto it = range.first; it != range.second; ++it) {
-            consider(it->second);
-        }
-    }
+    });
     return first;
 }
 
 CfgBucket::Entry CfgBucket::FindFirst(const MibOid& oid) {
-    return FindFirstWhere(oid, [](const Record&) { return true; });
+    return FindFirstWhere(oid, [](const CfgItem&) { return true; });
 }
 
 CfgBucket::Entry CfgBucket::FindFirstIssued(const MibOid& oid) {
-    return FindFirstWhere(oid, [](const Record& record) { return record.item->IsIssued(); });
+    return FindFirstWhere(oid, [](const CfgItem& item) { return item.IsIssued(); });
 }
 
 CfgBucket::Position CfgBucket::FirstNotReady() {
@@ -128,14 +115,14 @@ CfgBucket::Position CfgBucket::FirstNotReady() {
     // first item stands for all of them.
     for (auto& group : m_groups) {
         const Entry first = group.second.Front();
-        if (first->position < stop && !first->item->CfgListReady()) {
-            stop = first->position;
+        if (PositionOf(first) < stop && !first->CfgListReady()) {
+            stop = PositionOf(first);
         }
     }
-    for (Entry record = m_ungrouped.Front(); record != nullptr && record->position < stop;
-         record = Group::Next(*record)) {
-        if (!record->item->CfgListReady()) {
-            stop = record->position;
+    for (Entry item = m_ungrouped.Front(); item != nullptr && PositionOf(item) < stop;
+         item = Group::Next(*item)) {
+        if (!item->CfgListReady()) {
+            stop = PositionOf(item);
             break;
         }
     }
@@ -160,33 +147,23 @@ std::vector<CfgItem*> CfgBucket::Items() const {
 
 // ---- changes
 
-CfgBucket::Entry CfgBucket::Add(Record&& record, Entry before,
-                                std::initializer_list<Entry> successors) {
-    const size_t hash = HashOid(*record.oid);
-    record.grouped = record.item->GetListReadyKey(record.groupKey);
-    record.further = false;
-    Entry entry = nullptr;
-    auto first = m_records.try_emplace(hash, std::move(record));
-    if (first.second) {
-        entry = &first.first->second;
-    } else {
-        // try_emplace left the record alone.
-        record.further = true;
-        entry = &m_further_records.emplace(hash, std::move(record))->second;
-    }
-    m_list.InsertBefore(before, *entry);
-    IndexPlace(entry, successors);
-    return entry;
+void CfgBucket::Add(CfgItem* item, Position position, Entry before,
+                    std::initializer_list<Entry> successors) {
+    item->m_bucket_position = position;
+    item->m_bucket_hash = HashOid(item->m_oid);
+    item->m_bucket_grouped = item->GetListReadyKey(item->m_bucket_group_key);
+    m_by_oid.Insert(item->m_bucket_hash, item);
+    m_list.InsertBefore(before, *item);
+    IndexPlace(item, successors);
 }
 
-void CfgBucket::Append(CfgItem* item, const MibOid& oid) {
-    Record record{std::unique_ptr<CfgItem>(item), &oid, m_next_position++, false, false, 0, {}, {}};
-    Add(std::move(record), nullptr);
+void CfgBucket::Append(CfgItem* item) {
+    Add(item, m_next_position++, nullptr);
 }
 
-void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid) {
+void CfgBucket::ReplaceShifted(Entry held, CfgItem* item) {
     if (held == m_list.Front()) {
-        Append(item, oid);
+        Append(item);
         Destroy(held);
         return;
     }
@@ -194,50 +171,39 @@ void CfgBucket::ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid) {
     // P keeps its place in its readiness group: nothing of that group lay
     // between P and H. N goes just before P, or where H was, in its group.
     const Entry predecessor = List::Prev(*held);
-    const Position heldPosition = held->position;
+    const Position heldPosition = PositionOf(held);
     const Entry afterHeld = NextInGroup(*held);
     Destroy(held);
-    const Position newPosition = predecessor->position;
+    const Position newPosition = PositionOf(predecessor);
     if (!m_new.empty()) {
         m_new.erase(newPosition);
     }
-    predecessor->position = heldPosition;
+    predecessor->m_bucket_position = heldPosition;
     IndexState(predecessor);
-    Record record{std::unique_ptr<CfgItem>(item), &oid, newPosition, false, false, 0, {}, {}};
-    Add(std::move(record), predecessor, {predecessor, afterHeld});
+    Add(item, newPosition, predecessor, {predecessor, afterHeld});
 }
 
 void CfgBucket::Destroy(Entry entry) {
     UnindexPlace(entry);
     m_list.Erase(*entry);
-    const size_t hash = HashOid(*entry->oid);
-    if (!entry->further) {
-        m_records.erase(hash);
-        return;
-    }
-    auto range = m_further_records.equal_range(hash);
-    for (auto it = range.first; it != range.second; ++it) {
-        if (&it->second == entry) {
-            m_further_records.erase(it);
-            return;
-        }
-    }
+    m_by_oid.Erase(entry->m_bucket_hash, entry);
+    delete entry;
 }
 
 void CfgBucket::SyncState(Entry entry) {
-    if (entry->item->IsIssued()) {
-        m_new.erase(entry->position);
+    if (entry->IsIssued()) {
+        m_new.erase(PositionOf(entry));
     } else {
-        m_new.emplace(entry->position, entry);
+        m_new.emplace(PositionOf(entry), entry);
     }
 }
 
 void CfgBucket::ResetAll() {
     m_new.clear();
     for (Entry entry : m_list) {
-        entry->item->SetReasonCode(0);
-        entry->item->SetActionState(CfgItem::ACTION_ITEM_NEW);
-        entry->item->SetRetryCount(0);
+        entry->SetReasonCode(0);
+        entry->SetActionState(CfgItem::ACTION_ITEM_NEW);
+        entry->SetRetryCount(0);
         IndexState(entry);
     }
 }

@@ -5,12 +5,9 @@
 // Each of the scheduler's operations reaches the few items it needs without
 // walking the others:
 //  - Insert and Remove want the first item of an OID, Update the first
-//    Issued item of an OID: the records are kept in hash tables by OID,
-//    which are the one place a record lives in. An OID rarely has more
-//    than one item held at once, so the first record of a hash goes into a
-//    table of one record per hash, where a lookup stops at the record it
-//    finds, and any further records of the hash into a second table,
-//    which is mostly empty;
+//    Issued item of an OID: the items are filed in a HashIndex under the
+//    hash of their OID, so that a lookup reads a slot array and then only
+//    the items of that hash (whose OIDs it compares);
 //  - a tick wants the New items in list order: an ordered index of them by
 //    position (an item sent back to New may stand anywhere);
 //  - a tick also wants the place of the first item that is not list-ready:
@@ -18,16 +15,21 @@
 //    list in list order, so that the first item of a group answers for all
 //    of it;
 //  - the list order itself, for the predecessor of a replaced item and for
-//    walks over every item: a list of the records.
-// Both lists are linked through the records themselves (IntrusiveList), so
-// that a record costs no list nodes of its own and unlinking it touches
-// only its neighbours.
+//    walks over every item.
+// What the bucket knows of an item (its position, its OID's hash, its
+// readiness key, its links in the list and in its group) is kept in the
+// item itself, in fields only the bucket touches, next to the OID the item
+// stored (CfgItem::m_oid): a lookup reads a hash slot and then one item,
+// whose fields all lie at known places, and unlinking an item touches only
+// the item and its neighbours. A record beside the item would cost one
+// more read of memory on every lookup, and at a hundred thousand items
+// every read is a miss in the caches.
 // Places are compared by position, a number that grows along the list. An
 // appended item takes the next unused number. A replacement needs no number
 // of its own: the list ... X P H Y becomes ... X N P Y, so the new item N
 // takes the number of P, and P the number of the replaced H; P keeps its
 // place in its group (no item of it lay between P and H), and N goes just
-// before P or where H was in their groups. A record keeps where it stands
+// before P or where H was in their groups. An item keeps where it stands
 // in the list and in its group, so that unlinking it searches nothing.
 #ifndef ZAVREL_CFG_CFGBUCKET_H
 #define ZAVREL_CFG_CFGBUCKET_H
@@ -36,11 +38,10 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
-#include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "cfg/CfgItem.h"
+#include "platform/HashIndex.h"
 #include "platform/IntrusiveList.h"
 
 namespace Zavrel {
@@ -54,29 +55,18 @@ public:
     // Past every item.
     static constexpr Position NONE = UINT64_MAX;
 
-    struct Record;
-    using Entry = Record*;
-
-    struct Record {
-        std::unique_ptr<CfgItem> item;
-        const MibOid* oid;  // the item's stored OID (what its GetOid returned)
-        Position position;
-        bool grouped;
-        bool further;                       // in m_further_records (not the first of its hash)
-        unsigned long groupKey;             // when grouped: the item's readiness key
-        IntrusiveListHook<Record> inList;   // in m_list
-        IntrusiveListHook<Record> inGroup;  // in its readiness group
-    };
+    // An item held by the bucket.
+    using Entry = CfgItem*;
 
 private:
-    // Records by position.
-    using PositionIndex = std::map<Position, Record*>;
-    // The records in list order, and those of a readiness group.
-    using List = IntrusiveList<Record, &Record::inList>;
-    using Group = IntrusiveList<Record, &Record::inGroup>;
+    // Items by position.
+    using PositionIndex = std::map<Position, Entry>;
+    // The items in list order, and those of a readiness group.
+    using List = IntrusiveList<CfgItem, &CfgItem::m_in_bucket>;
+    using Group = IntrusiveList<CfgItem, &CfgItem::m_in_bucket_group>;
 
 public:
-    CfgBucket();
+    CfgBucket() = default;
     ~CfgBucket();  // destroys the items still held, in list order
     CfgBucket(const CfgBucket&) = delete;
     CfgBucket& operator=(const CfgBucket&) = delete;
@@ -85,18 +75,20 @@ public:
     size_t Size() const { return m_list.Size(); }
     // What the lookups return when they find nothing.
     Entry End() const { return nullptr; }
+    // Where a held item stands.
+    static Position PositionOf(const CfgItem* entry) { return entry->m_bucket_position; }
 
     // The first item, in list order, with this OID (and Issued).
     Entry FindFirst(const MibOid& oid);
     Entry FindFirstIssued(const MibOid& oid);
 
-    // Takes the item and links it at the tail. oid is the item's stored OID
-    // (the value its GetOid() returned).
-    void Append(CfgItem* item, const MibOid& oid);
+    // Takes the item, whose OID GetOid() has stored, and links it at the
+    // tail.
+    void Append(CfgItem* item);
     // Destroys the held entry's item, unlinks it, and links item (of the
-    // same OID) just before the held entry's former predecessor; at the tail
-    // when the held entry was the first of the bucket.
-    void ReplaceShifted(Entry held, CfgItem* item, const MibOid& oid);
+    // same OID, stored) just before the held entry's former predecessor; at
+    // the tail when the held entry was the first of the bucket.
+    void ReplaceShifted(Entry held, CfgItem* item);
     // Unlinks the entry and destroys its item.
     void Destroy(Entry entry);
     // Brings the New index in step with the entry's item's action state
@@ -118,40 +110,40 @@ public:
     std::vector<CfgItem*> Items() const;
     template <typename F>
     void ForEachItem(F f) const {
-        for (const Record* record : m_list) {
-            f(record->item.get());
+        for (CfgItem* item : m_list) {
+            f(item);
         }
     }
 
 private:
     static size_t HashOid(const MibOid& oid);
-    // The first record, in list order, of the OID that passes the test.
+    // The first item, in list order, of the OID that passes the test.
     template <typename Test>
     Entry FindFirstWhere(const MibOid& oid, Test test);
-    // Files a new record (its item, OID and position set) in a table and
-    // the indexes, and links it into the list before `before` (at the tail
-    // when null).
-    Entry Add(Record&& record, Entry before, std::initializer_list<Entry> successors = {});
-    // Links the record into its readiness group and, when New, into the New
-    // index; and unlinks it from both. successors are records that may
-    // follow the record in its group (null or of another group otherwise):
-    // the first of its group is where the record goes. Without one it goes
+    // Files the item at the position in the hash index and the indexes,
+    // and links it into the list before `before` (at the tail when null).
+    void Add(CfgItem* item, Position position, Entry before,
+             std::initializer_list<Entry> successors = {});
+    // Links the item into its readiness group and, when New, into the New
+    // index; and unlinks it from both. successors are items that may
+    // follow the item in its group (null or of another group otherwise):
+    // the first of its group is where the item goes. Without one it goes
     // to the end of its group when its position is past the group's last,
     // and is placed by a search otherwise (only a replacement whose
     // readiness key is neither its predecessor's nor the replaced item's).
     void IndexPlace(Entry entry, std::initializer_list<Entry> successors = {});
     void UnindexPlace(Entry entry);
-    // The readiness group of the record, and the next record of it (null
-    // for the last).
-    Group& GroupOf(const Record& record);
-    Entry NextInGroup(const Record& record);
-    // Into the New index when its item is New.
+    // The readiness group of the item, and the next item of it (null for
+    // the last).
+    Group& GroupOf(const CfgItem& item);
+    static Entry NextInGroup(const CfgItem& item);
+    static bool SameGroup(const CfgItem& a, const CfgItem& b);
+    // Into the New index when the item is New.
     void IndexState(Entry entry);
 
-    // The records, by the hash of their OID (the OIDs themselves are
+    // The items by the hash of their OID (the OIDs themselves are
     // compared), and in list order.
-    std::unordered_map<size_t, Record> m_records;
-    std::unordered_multimap<size_t, Record> m_further_records;
+    HashIndex<CfgItem> m_by_oid;
     List m_list;
     // Readiness groups by key (none empty), and the items without a key.
     std::map<unsigned long, Group> m_groups;

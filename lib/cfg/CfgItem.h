@@ -3,7 +3,11 @@
 #ifndef ZAVREL_CFG_CFGITEM_H
 #define ZAVREL_CFG_CFGITEM_H
 
+#include <cstddef>
+#include <cstdint>
+
 #include "mib/MibOid.h"
+#include "platform/IntrusiveList.h"
 
 namespace Zavrel {
 
@@ -63,8 +67,8 @@ public:
     // Builds the item's MIB action, queues it in the serializer under the
     // item's OID and marks the item Issued.
     virtual void Send() = 0;
-    // Computes the row's OID, stores it in the item and returns the stored
-    // value.
+    // Computes the row's OID, stores it in the item (m_oid) and returns
+    // the stored value.
     virtual MibOid& GetOid() = 0;
     virtual void SetInMib(bool inMib, unsigned int reason);
     // other is another CfgItem of the same kind (passed as CfgItem*).
@@ -95,6 +99,23 @@ private:
     unsigned int m_reason_code;
     ACTION_ITEM_STATE m_action_state;
     unsigned int m_retry_count;
+
+    // Where the item stands in the scheduler bucket that holds it, kept by
+    // that bucket alone (see CfgBucket.h). They live in the item so that a
+    // lookup by OID reads the bucket's hash slots and then the item itself.
+    friend class CfgBucket;
+    uint64_t m_bucket_position = 0;
+    size_t m_bucket_hash = 0;              // of m_oid when filed
+    unsigned long m_bucket_group_key = 0;  // when grouped: the readiness key
+    bool m_bucket_grouped = false;
+    IntrusiveListHook<CfgItem> m_in_bucket;        // the bucket's list order
+    IntrusiveListHook<CfgItem> m_in_bucket_group;  // its readiness group
+
+protected:
+    // The row's OID as GetOid last computed it. The scheduler's bucket
+    // compares it when it looks an item up, so it lives at the same place
+    // in every item, next to the fields the bucket reads with it.
+    MibOid m_oid;
 };
 
 }  // namespace Zavrel

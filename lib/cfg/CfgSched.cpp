@@ -49,11 +49,11 @@ void CfgSched::Insert(CfgKey key, CfgItem* item) {
     }
     const MibOid& oid = item->GetOid();
     CfgBucket::Entry held = bucket->FindFirst(oid);
-    if (held != bucket->End() && item->Replace(static_cast<void*>(held->item.get()))) {
+    if (held != bucket->End() && item->Replace(static_cast<void*>(held))) {
         TRACE(5, "REPLACED ------- 1 item.............\n");
-        bucket->ReplaceShifted(held, item, oid);
+        bucket->ReplaceShifted(held, item);
     } else {
-        bucket->Append(item, oid);
+        bucket->Append(item);
     }
     if (!IsRunning()) {
         Start(TIMER_INTERVAL);
@@ -73,7 +73,7 @@ void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry
     if (entry == bucket.End()) {
         return;
     }
-    CfgItem& held = *entry->item;
+    CfgItem& held = *entry;
     held.SetReasonCode(reason);
     if (reason != REASON_NOT_COUNTED) {
         held.SetRetryCount(held.GetRetryCount() + 1);
@@ -95,8 +95,8 @@ void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason) {
     if (item != nullptr && !bucket.Empty()) {
         CfgBucket::Entry entry = bucket.FindFirst(item->GetOid());
         if (entry != bucket.End()) {
-            entry->item->SetInMib(true, reason);
-            if (entry->item->IsIssued()) {
+            entry->SetInMib(true, reason);
+            if (entry->IsIssued()) {
                 TRACE(5, "Removing the handle\n");
                 bucket.Destroy(entry);
             }
@@ -136,9 +136,9 @@ void CfgSched::Reset() {
 bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count) {
     const CfgBucket::Position stop = bucket.FirstNotReady();
     CfgBucket::Entry entry = bucket.FirstNew();
-    while (entry != bucket.End() && entry->position < stop) {
-        const CfgBucket::Position position = entry->position;
-        CfgItem* item = entry->item.get();
+    while (entry != bucket.End() && CfgBucket::PositionOf(entry) < stop) {
+        const CfgBucket::Position position = CfgBucket::PositionOf(entry);
+        CfgItem* item = entry;
         if (!item->CfgListReady()) {
             break;
         }

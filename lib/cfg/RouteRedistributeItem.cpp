@@ -28,8 +28,7 @@ RouteRedistributeItem::RouteRedistributeItem()
       m_destination(0),
       m_priority(0),
       m_instance(1),
-      m_extra(0),
-      m_oid() {}
+      m_extra(0) {}
 
 RouteRedistributeItem::RouteRedistributeItem(long rowStatus, long adminStatus, long source,
                                              long destination, long priority,
@@ -41,8 +40,7 @@ RouteRedistributeItem::RouteRedistributeItem(long rowStatus, long adminStatus, l
       m_destination(destination),
       m_priority(priority),
       m_instance(instance),
-      m_extra(extra),
-      m_oid() {}
+      m_extra(extra) {}
 
 RouteRedistributeItem::~RouteRedistributeItem() = default;
 

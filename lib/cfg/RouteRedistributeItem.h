@@ -56,7 +56,6 @@ private:
     long m_priority;
     unsigned long m_instance;
     unsigned long m_extra;
-    MibOid m_oid;
 };
 
 }  // namespace Zavrel

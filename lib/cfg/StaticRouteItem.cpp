@@ -38,8 +38,7 @@ StaticRouteItem::StaticRouteItem(unsigned long vlan, long family, long rowStatus
       m_next_hop(),
       m_if_index(ifIndex),
       m_metric(metric),
-      m_route_type(routeType),
-      m_oid() {
+      m_route_type(routeType) {
     const size_t width = family == 1 ? 4 : 16;
     if (destination != nullptr) {
         std::memcpy(m_destination, destination, width);

@@ -56,7 +56,6 @@ private:
     unsigned long m_if_index;
     unsigned long m_metric;
     unsigned long m_route_type;
-    MibOid m_oid;
 };
 
 }  // namespace Zavrel

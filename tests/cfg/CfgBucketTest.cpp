@@ -405,20 +405,20 @@ protected:
     }
     void Append(const std::string& name, unsigned long oid, long group) {
         FakeCfgItem* item = Make(name, oid, group);
-        bucket.Append(item, item->GetOid());
+        item->GetOid();
+        bucket.Append(item);
     }
     // Replaces the first item of the OID by a new one of the same OID.
     void Replace(const std::string& name, unsigned long oid, long group) {
         FakeCfgItem* item = Make(name, oid, group);
-        const MibOid& stored = item->GetOid();
-        CfgBucket::Entry held = bucket.FindFirst(stored);
+        CfgBucket::Entry held = bucket.FindFirst(item->GetOid());
         ASSERT_TRUE(held != bucket.End()) << name;
-        bucket.ReplaceShifted(held, item, stored);
+        bucket.ReplaceShifted(held, item);
     }
     void Send(unsigned long oid) {
         FakeCfgItem probe(scratch, "probe", oid);
         CfgBucket::Entry entry = bucket.FindFirst(probe.GetOid());
-        entry->item->SetActionState(CfgItem::ACTION_ITEM_ISSUED);
+        entry->SetActionState(CfgItem::ACTION_ITEM_ISSUED);
         bucket.SyncState(entry);
     }
     std::vector<std::string> Names() const {
@@ -434,8 +434,8 @@ protected:
         for (CfgItem* item : bucket.Items()) {
             CfgBucket::Entry entry = bucket.FindFirst(item->GetOid());
             ASSERT_TRUE(entry != bucket.End());
-            ASSERT_EQ(entry->item.get(), item);
-            positions.push_back(entry->position);
+            ASSERT_EQ(entry, item);
+            positions.push_back(CfgBucket::PositionOf(entry));
             if (!item->IsIssued()) {
                 newInList.push_back(static_cast<FakeCfgItem*>(item)->Name());
             }
@@ -445,8 +445,8 @@ protected:
         }
         std::vector<std::string> newWalk;
         for (CfgBucket::Entry entry = bucket.FirstNew(); entry != bucket.End();
-             entry = bucket.NextNew(entry->position)) {
-            newWalk.push_back(static_cast<FakeCfgItem*>(entry->item.get())->Name());
+             entry = bucket.NextNew(CfgBucket::PositionOf(entry))) {
+            newWalk.push_back(static_cast<FakeCfgItem*>(entry)->Name());
         }
         EXPECT_EQ(newWalk, newInList);
     }
@@ -480,12 +480,12 @@ TEST_F(CfgBucketPlacesTest, AReplacementTakesItsPredecessorsPlaceAndThePredecess
     Append("P", 2, 0);
     Append("H", 3, 0);
     Append("Y", 4, 0);
-    const CfgBucket::Position p = bucket.FindFirst(MibOidOf(2))->position;
-    const CfgBucket::Position h = bucket.FindFirst(MibOidOf(3))->position;
+    const CfgBucket::Position p = CfgBucket::PositionOf(bucket.FindFirst(MibOidOf(2)));
+    const CfgBucket::Position h = CfgBucket::PositionOf(bucket.FindFirst(MibOidOf(3)));
     Replace("N", 3, 1);
     EXPECT_EQ(Names(), (std::vector<std::string>{"X", "N", "P", "Y"}));
-    EXPECT_EQ(p, bucket.FindFirst(MibOidOf(3))->position);
-    EXPECT_EQ(h, bucket.FindFirst(MibOidOf(2))->position);
+    EXPECT_EQ(p, CfgBucket::PositionOf(bucket.FindFirst(MibOidOf(3))));
+    EXPECT_EQ(h, CfgBucket::PositionOf(bucket.FindFirst(MibOidOf(2))));
     EXPECT_EQ(world.Take(), std::vector<std::string>{"delete H"});
 }
 
@@ -497,11 +497,11 @@ TEST_F(CfgBucketPlacesTest, TheFirstNotReadyItemIsFoundFromOneItemPerGroup) {
     EXPECT_EQ(CfgBucket::NONE, bucket.FirstNotReady());
     world.groupReady[1] = false;
     world.listReadyCalls = 0;
-    EXPECT_EQ(bucket.FindFirst(MibOidOf(2))->position, bucket.FirstNotReady());
+    EXPECT_EQ(CfgBucket::PositionOf(bucket.FindFirst(MibOidOf(2))), bucket.FirstNotReady());
     EXPECT_EQ(2, world.listReadyCalls) << "one item of each group, none without a key";
     world.groupReady[1] = true;
     world.ownListReady["c"] = false;
-    EXPECT_EQ(bucket.FindFirst(MibOidOf(3))->position, bucket.FirstNotReady());
+    EXPECT_EQ(CfgBucket::PositionOf(bucket.FindFirst(MibOidOf(3))), bucket.FirstNotReady());
 }
 
 }  // namespace

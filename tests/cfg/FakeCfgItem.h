@@ -99,7 +99,6 @@ private:
     unsigned long m_oid_value;
     int m_status;
     long m_group;
-    MibOid m_oid;
 };
 
 }  // namespace Zavrel::test

@@ -15,9 +15,6 @@ public:
     void PrintItem(DcConsole*) const override {}
     void Send() override {}
     MibOid& GetOid() override { return m_oid; }
-
-private:
-    MibOid m_oid;
 };
 
 }  // namespace Zavrel::test
