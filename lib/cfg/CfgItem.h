@@ -57,6 +57,9 @@ public:
 
     CfgItem();
     virtual ~CfgItem();
+    // An item is filed in one bucket at a time, by address: no copies.
+    CfgItem(const CfgItem&) = delete;
+    CfgItem& operator=(const CfgItem&) = delete;
 
     // True when the stack's routing table instance of the item is ready.
     virtual bool CfgListReady() = 0;
