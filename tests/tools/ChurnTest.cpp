@@ -6,6 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+#include <vector>
+
 namespace Zavrel {
 namespace {
 
@@ -43,6 +47,59 @@ TEST(ChurnTest, HourLineNamesEveryFigure) {
     EXPECT_EQ(hour.ToString(),
               "hour 3 rss 10240 kB heap 812345 B vlans 2 items 5 parked 0 waiting 0 rows 0 "
               "interfaces 0 rtm 0 requests 900 confirmed 800 failed 90 wanted 12 breaches 0");
+}
+
+// Hours with these resident sets (kB) and heaps (bytes).
+Churn::Result RunOf(const std::vector<uint64_t>& residentKb, const std::vector<uint64_t>& heap) {
+    Churn::Result result;
+    result.started = true;
+    result.events = 14400 * residentKb.size();
+    for (size_t i = 0; i < residentKb.size(); ++i) {
+        Churn::Hour hour;
+        hour.hour = static_cast<unsigned int>(i + 1);
+        hour.residentKb = residentKb[i];
+        hour.heapBytes = heap[i];
+        result.hours.push_back(hour);
+    }
+    return result;
+}
+
+TEST(ChurnTest, TheFirstHourWarmsUpAndTheLaterOnesStayWithinOnePercent) {
+    const Churn::Summary summary =
+        Churn::Summarize(RunOf({5136, 5264, 5272, 5268}, {190000, 220000, 189000, 200000}));
+    EXPECT_TRUE(summary.flat);
+    EXPECT_TRUE(summary.Passed());
+    EXPECT_EQ(summary.ToString(),
+              "churn: 57600 events, 0 problems, resident set after hour 1: 5264 to 5272 kB "
+              "(0.15%, flat), heap in use 189000 to 220000 B");
+}
+
+TEST(ChurnTest, AResidentSetGrowingPastOnePercentFailsTheRun) {
+    const Churn::Summary summary = Churn::Summarize(RunOf({5000, 5200, 5300}, {1, 2, 3}));
+    EXPECT_FALSE(summary.flat);
+    EXPECT_FALSE(summary.Passed());
+    EXPECT_EQ(summary.ToString(),
+              "churn: 43200 events, 0 problems, resident set after hour 1: 5200 to 5300 kB "
+              "(1.92%, grew), heap in use 1 to 3 B");
+}
+
+TEST(ChurnTest, AProblemFailsAFlatRun) {
+    Churn::Result result = RunOf({5000, 5200, 5200}, {7, 7, 7});
+    result.problems.push_back("lost: a route");
+    const Churn::Summary summary = Churn::Summarize(result);
+    EXPECT_TRUE(summary.flat);
+    EXPECT_FALSE(summary.Passed());
+    EXPECT_EQ(summary.ToString(),
+              "churn: 43200 events, 1 problems, resident set after hour 1: 5200 to 5200 kB "
+              "(0.00%, flat), heap in use 7 to 7 B");
+}
+
+TEST(ChurnTest, OneHourHasNoLaterHourToJudge) {
+    const Churn::Summary summary = Churn::Summarize(RunOf({5136}, {190000}));
+    EXPECT_TRUE(summary.Passed());
+    EXPECT_EQ(summary.ToString(),
+              "churn: 14400 events, 0 problems, resident set after hour 1: 0 to 0 kB "
+              "(0.00%, flat), heap in use 190000 to 190000 B");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 
 #include "emulator/Emulator.h"
@@ -33,6 +34,50 @@ std::string Churn::Hour::ToString() const {
                   static_cast<unsigned long long>(requests),
                   static_cast<unsigned long long>(confirmed),
                   static_cast<unsigned long long>(failed), wanted, breaches);
+    return line;
+}
+
+Churn::Summary Churn::Summarize(const Result& result) {
+    Summary summary;
+    summary.events = result.events;
+    summary.problems = result.problems.size();
+    if (result.hours.empty()) {
+        return summary;
+    }
+    summary.heapLow = result.hours.front().heapBytes;
+    summary.heapHigh = summary.heapLow;
+    for (size_t i = 0; i < result.hours.size(); ++i) {
+        const Hour& hour = result.hours[i];
+        summary.heapLow = std::min(summary.heapLow, hour.heapBytes);
+        summary.heapHigh = std::max(summary.heapHigh, hour.heapBytes);
+        if (i == 0) {
+            continue;
+        }
+        summary.residentLowKb = summary.residentLowKb == 0
+                                    ? hour.residentKb
+                                    : std::min(summary.residentLowKb, hour.residentKb);
+        summary.residentHighKb = std::max(summary.residentHighKb, hour.residentKb);
+    }
+    if (result.hours.size() >= 2) {
+        const uint64_t low = summary.residentLowKb;
+        summary.spread =
+            low == 0 ? 0.0
+                     : static_cast<double>(summary.residentHighKb - low) / static_cast<double>(low);
+        summary.flat = low != 0 && summary.spread <= 0.01;
+    }
+    return summary;
+}
+
+std::string Churn::Summary::ToString() const {
+    char line[320];
+    std::snprintf(line, sizeof line,
+                  "churn: %llu events, %zu problems, resident set after hour 1: %llu to %llu kB "
+                  "(%.2f%%, %s), heap in use %llu to %llu B",
+                  static_cast<unsigned long long>(events), problems,
+                  static_cast<unsigned long long>(residentLowKb),
+                  static_cast<unsigned long long>(residentHighKb), spread * 100.0,
+                  flat ? "flat" : "grew", static_cast<unsigned long long>(heapLow),
+                  static_cast<unsigned long long>(heapHigh));
     return line;
 }
 

@@ -64,36 +64,10 @@ int main(int argc, char** argv) {
         std::printf("churn: the system did not start\n");
         return 1;
     }
-    bool ok = result.problems.empty();
     for (const std::string& problem : result.problems) {
         std::printf("problem: %s\n", problem.c_str());
     }
-    // Flat: the first hour warms up (the allocator reaches the size the
-    // configurations' state space needs); the resident sets read at the
-    // ends of the hours after it stay within 1% of each other.
-    uint64_t low = 0;
-    uint64_t high = 0;
-    uint64_t heapLow = result.hours.front().heapBytes;
-    uint64_t heapHigh = heapLow;
-    for (size_t i = 0; i < result.hours.size(); ++i) {
-        const Zavrel::Churn::Hour& hour = result.hours[i];
-        heapLow = hour.heapBytes < heapLow ? hour.heapBytes : heapLow;
-        heapHigh = hour.heapBytes > heapHigh ? hour.heapBytes : heapHigh;
-        if (i == 0) {
-            continue;
-        }
-        low = (low == 0 || hour.residentKb < low) ? hour.residentKb : low;
-        high = hour.residentKb > high ? hour.residentKb : high;
-    }
-    const double spread =
-        low == 0 ? 0.0 : static_cast<double>(high - low) / static_cast<double>(low);
-    const bool flat = result.hours.size() < 2 || (low != 0 && spread <= 0.01);
-    std::printf(
-        "churn: %llu events, %zu problems, resident set after hour 1: %llu to %llu kB "
-        "(%.2f%%, %s), heap in use %llu to %llu B\n",
-        static_cast<unsigned long long>(result.events), result.problems.size(),
-        static_cast<unsigned long long>(low), static_cast<unsigned long long>(high), spread * 100.0,
-        flat ? "flat" : "grew", static_cast<unsigned long long>(heapLow),
-        static_cast<unsigned long long>(heapHigh));
-    return ok && flat ? 0 : 1;
+    const Zavrel::Churn::Summary summary = Zavrel::Churn::Summarize(result);
+    std::printf("%s\n", summary.ToString().c_str());
+    return summary.Passed() ? 0 : 1;
 }
