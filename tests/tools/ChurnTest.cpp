@@ -64,42 +64,38 @@ Churn::Result RunOf(const std::vector<uint64_t>& residentKb, const std::vector<u
     return result;
 }
 
+// The verdict on the run and its closing line.
+void ExpectSummary(const Churn::Result& result, bool flat, bool passed, const std::string& line) {
+    const Churn::Summary summary = Churn::Summarize(result);
+    EXPECT_EQ(summary.flat, flat);
+    EXPECT_EQ(summary.Passed(), passed);
+    EXPECT_EQ(summary.ToString(), line);
+}
+
 TEST(ChurnTest, TheFirstHourWarmsUpAndTheLaterOnesStayWithinOnePercent) {
-    const Churn::Summary summary =
-        Churn::Summarize(RunOf({5136, 5264, 5272, 5268}, {190000, 220000, 189000, 200000}));
-    EXPECT_TRUE(summary.flat);
-    EXPECT_TRUE(summary.Passed());
-    EXPECT_EQ(summary.ToString(),
-              "churn: 57600 events, 0 problems, resident set after hour 1: 5264 to 5272 kB "
-              "(0.15%, flat), heap in use 189000 to 220000 B");
+    ExpectSummary(RunOf({5136, 5264, 5272, 5268}, {190000, 220000, 189000, 200000}), true, true,
+                  "churn: 57600 events, 0 problems, resident set after hour 1: 5264 to 5272 kB "
+                  "(0.15%, flat), heap in use 189000 to 220000 B");
 }
 
 TEST(ChurnTest, AResidentSetGrowingPastOnePercentFailsTheRun) {
-    const Churn::Summary summary = Churn::Summarize(RunOf({5000, 5200, 5300}, {1, 2, 3}));
-    EXPECT_FALSE(summary.flat);
-    EXPECT_FALSE(summary.Passed());
-    EXPECT_EQ(summary.ToString(),
-              "churn: 43200 events, 0 problems, resident set after hour 1: 5200 to 5300 kB "
-              "(1.92%, grew), heap in use 1 to 3 B");
+    ExpectSummary(RunOf({5000, 5200, 5300}, {1, 2, 3}), false, false,
+                  "churn: 43200 events, 0 problems, resident set after hour 1: 5200 to 5300 kB "
+                  "(1.92%, grew), heap in use 1 to 3 B");
 }
 
 TEST(ChurnTest, AProblemFailsAFlatRun) {
     Churn::Result result = RunOf({5000, 5200, 5200}, {7, 7, 7});
     result.problems.push_back("lost: a route");
-    const Churn::Summary summary = Churn::Summarize(result);
-    EXPECT_TRUE(summary.flat);
-    EXPECT_FALSE(summary.Passed());
-    EXPECT_EQ(summary.ToString(),
-              "churn: 43200 events, 1 problems, resident set after hour 1: 5200 to 5200 kB "
-              "(0.00%, flat), heap in use 7 to 7 B");
+    ExpectSummary(result, true, false,
+                  "churn: 43200 events, 1 problems, resident set after hour 1: 5200 to 5200 kB "
+                  "(0.00%, flat), heap in use 7 to 7 B");
 }
 
 TEST(ChurnTest, OneHourHasNoLaterHourToJudge) {
-    const Churn::Summary summary = Churn::Summarize(RunOf({5136}, {190000}));
-    EXPECT_TRUE(summary.Passed());
-    EXPECT_EQ(summary.ToString(),
-              "churn: 14400 events, 0 problems, resident set after hour 1: 0 to 0 kB "
-              "(0.00%, flat), heap in use 190000 to 190000 B");
+    ExpectSummary(RunOf({5136}, {190000}), true, true,
+                  "churn: 14400 events, 0 problems, resident set after hour 1: 0 to 0 kB "
+                  "(0.00%, flat), heap in use 190000 to 190000 B");
 }
 
 }  // namespace
