@@ -48,7 +48,7 @@ void CfgSched::Insert(CfgKey key, CfgItem* item) {
         }
     }
     const MibOid& oid = item->GetOid();
-    CfgBucket::Entry held = bucket->FindFirst(oid);
+    CfgItem* held = bucket->FindFirst(oid);
     if (held != bucket->End() && item->Replace(static_cast<void*>(held))) {
         TRACE(5, "REPLACED ------- 1 item.............\n");
         bucket->ReplaceShifted(held, item);
@@ -69,21 +69,20 @@ void CfgSched::Update(CfgKey key, CfgItem* item, unsigned int reason, bool retry
         return;
     }
     CfgBucket& bucket = *found->second;
-    CfgBucket::Entry entry = bucket.FindFirstIssued(item->GetOid());
-    if (entry == bucket.End()) {
+    CfgItem* held = bucket.FindFirstIssued(item->GetOid());
+    if (held == bucket.End()) {
         return;
     }
-    CfgItem& held = *entry;
-    held.SetReasonCode(reason);
+    held->SetReasonCode(reason);
     if (reason != REASON_NOT_COUNTED) {
-        held.SetRetryCount(held.GetRetryCount() + 1);
+        held->SetRetryCount(held->GetRetryCount() + 1);
     }
-    if (held.IsParked() || !retry) {
+    if (held->IsParked() || !retry) {
         // Stays Issued: not sent again unless a later report allows it.
         return;
     }
-    held.SetActionState(CfgItem::ACTION_ITEM_NEW);
-    bucket.SyncState(entry);
+    held->SetActionState(CfgItem::ACTION_ITEM_NEW);
+    bucket.SyncState(held);
 }
 
 void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason) {
@@ -93,12 +92,12 @@ void CfgSched::Remove(CfgKey key, CfgItem* item, unsigned int reason) {
     }
     CfgBucket& bucket = *found->second;
     if (item != nullptr && !bucket.Empty()) {
-        CfgBucket::Entry entry = bucket.FindFirst(item->GetOid());
-        if (entry != bucket.End()) {
-            entry->SetInMib(true, reason);
-            if (entry->IsIssued()) {
+        CfgItem* held = bucket.FindFirst(item->GetOid());
+        if (held != bucket.End()) {
+            held->SetInMib(true, reason);
+            if (held->IsIssued()) {
                 TRACE(5, "Removing the handle\n");
-                bucket.Destroy(entry);
+                bucket.Destroy(held);
             }
         }
     }
@@ -135,10 +134,9 @@ void CfgSched::Reset() {
 // dropped or left waiting.
 bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count) {
     const CfgBucket::Position stop = bucket.FirstNotReady();
-    CfgBucket::Entry entry = bucket.FirstNew();
-    while (entry != bucket.End() && CfgBucket::PositionOf(entry) < stop) {
-        const CfgBucket::Position position = CfgBucket::PositionOf(entry);
-        CfgItem* item = entry;
+    CfgItem* item = bucket.FirstNew();
+    while (item != bucket.End() && CfgBucket::PositionOf(item) < stop) {
+        const CfgBucket::Position position = CfgBucket::PositionOf(item);
         if (!item->CfgListReady()) {
             break;
         }
@@ -146,14 +144,14 @@ bool CfgSched::VisitBucket(CfgBucket& bucket, unsigned int& count) {
         if (item->CfgItemReady()) {
             TRACE(5, "OnTIMEOUT Sending MIB ACTION\n");
             item->Send();
-            bucket.SyncState(entry);
+            bucket.SyncState(item);
         } else if (item->RemoveOnNotReady()) {
-            bucket.Destroy(entry);
+            bucket.Destroy(item);
         }
         if (count > MAX_NEW_COUNT) {
             return true;
         }
-        entry = bucket.NextNew(position);
+        item = bucket.NextNew(position);
     }
     return false;
 }
