@@ -243,8 +243,12 @@ void BM_InsertReplace(benchmark::State& state) {
         });
 }
 
-// Reports failures worth a retry: the sent route goes back to New.
-void BM_Update(benchmark::State& state) {
+// Reports failures worth a retry: the sent route goes back to New. With
+// pick Spread the routes are spread over the held ones; with InSendOrder
+// they are the oldest, as when the stack answers in the order the requests
+// went out.
+void UpdateBatches(benchmark::State& state,
+                   std::vector<uint32_t> (*pick)(uint32_t, uint32_t, size_t)) {
     SpreadBatches(
         state, [](CfgSched& sched, StaticRouteItem* probe) { sched.Update(kKey, probe, 1, true); },
         [](CfgSched& sched, const std::vector<uint32_t>& numbers,
@@ -252,7 +256,16 @@ void BM_Update(benchmark::State& state) {
             DeleteAll(probes);
             SendAll(sched, kBatch);
             Complete(numbers);
-        });
+        },
+        pick);
+}
+
+void BM_Update(benchmark::State& state) {
+    UpdateBatches(state, Spread);
+}
+
+void BM_UpdateInSendOrder(benchmark::State& state) {
+    UpdateBatches(state, InSendOrder);
 }
 
 // What Update and Remove spend outside the scheduler: the OID of the
@@ -408,6 +421,7 @@ BENCHMARK(BM_MemoryPerQueuedRoute)->Arg(100000)->Iterations(1);
 BENCHMARK(BM_InsertNew)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_InsertReplace)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_Update)->UseManualTime()->Iterations(400);
+BENCHMARK(BM_UpdateInSendOrder)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_ReportOidOnly)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_Remove)->UseManualTime()->Iterations(400);
 BENCHMARK(BM_RemoveInSendOrder)->UseManualTime()->Iterations(400);
