@@ -10,6 +10,7 @@
 #   ZAVREL_FUZZ_ONLY=<name>   run only this harness
 set -euo pipefail
 cd "$(dirname "$0")/.."
+source scripts/fuzz-report.sh
 
 seconds=${ZAVREL_FUZZ_SECONDS:-60}
 harnesses=(options_fuzzer reload_fuzzer console_fuzzer stack_fuzzer)
@@ -40,23 +41,10 @@ run_one() {
 status=0
 pids=()
 names=()
+# The run's lines for one harness (scripts/fuzz-report.sh); a finding fails
+# the whole run.
 report() {
-  local name=$1 rc=$2 log=$out/logs/$1.log
-  local execs cov
-  execs=$(sed -nE 's/^stat::number_of_executed_units: *([0-9]+).*/\1/p' "$log" | tail -n 1)
-  cov=$(grep -oE 'cov: [0-9]+' "$log" | tail -n 1 || true)
-  if [ "$rc" -eq 0 ]; then
-    echo "fuzz: $name: ${execs:-?} executions, ${cov:-cov: ?}, no finding" >&2
-    return
-  fi
-  status=1
-  echo "fuzz: $name: FINDING (exit $rc); the end of its log ($log):" >&2
-  tail -n 40 "$log" >&2
-  local artifact
-  for artifact in "$out/findings/$name"/*; do
-    [ -e "$artifact" ] || continue
-    echo "fuzz: $name: reproducer $artifact; replay: $out/fuzz/$name $artifact" >&2
-  done
+  fuzz_report "$1" "$2" "$out" || status=1
 }
 for name in "${harnesses[@]}"; do
   run_one "$name" &
