@@ -241,5 +241,33 @@ TEST_F(RecordingStackCallTest, TestsMayRecordTheirOwnLines) {
     EXPECT_EQ(stack.Calls(), (Lines{"marker", "nbb_scheduler()"}));
 }
 
+TEST_F(RecordingStackCallTest, WithRecordingOffCallsAreAnsweredButNotRecorded) {
+    int hookRuns = 0;
+    stack.OnNextCall("sms_get_route_oid", [&] { ++hookRuns; });
+    stack.SetResult("sms_update_route", 7);
+    stack.SetRecording(false);
+    EXPECT_FALSE(stack.IsRecording());
+    unsigned long oid[SMS_MAX_OID_LEN] = {};
+    const unsigned long length = sms_get_route_oid(oid, 5, 1, kNet10, 24, kGw, 3);
+    const std::vector<unsigned long> expected = RecordingStack::RouteOid(5, 1, kNet10, 24, kGw, 3);
+    EXPECT_EQ(std::vector<unsigned long>(oid, oid + length), expected);
+    EXPECT_EQ(hookRuns, 1);
+    EXPECT_EQ(sms_update_route(1, 1, 1, 1, kNet10, 24, kGw, 196608, 0, 5, 1), 7ul);
+    EXPECT_EQ(stack.Calls(), Lines{});
+
+    stack.SetRecording(true);
+    sms_update_route(1, 1, 1, 1, kNet10, 24, kGw, 196608, 0, 5, 1);
+    EXPECT_EQ(stack.Calls(),
+              (Lines{"sms_update_route(1, 1, 1, 1, 10.0.0.0, 24, 192.168.1.1, 196608, 0, 5, 1)"}));
+}
+
+TEST_F(RecordingStackCallTest, ResetTurnsRecordingBackOn) {
+    stack.SetRecording(false);
+    stack.Reset();
+    EXPECT_TRUE(stack.IsRecording());
+    nbb_scheduler();
+    EXPECT_EQ(stack.Calls(), (Lines{"nbb_scheduler()"}));
+}
+
 }  // namespace
 }  // namespace Zavrel::test

@@ -5,8 +5,11 @@
 
 namespace Zavrel::test {
 
-CallLine::CallLine(const char* function) : m_text(function) {
-    m_text += "(";
+CallLine::CallLine(const char* function, bool render) : m_render(render) {
+    if (m_render) {
+        m_text = function;
+        m_text += "(";
+    }
 }
 
 CallLine& CallLine::Raw(const std::string& text) {
@@ -19,14 +22,23 @@ CallLine& CallLine::Raw(const std::string& text) {
 }
 
 CallLine& CallLine::Signed(long value) {
+    if (!m_render) {
+        return *this;
+    }
     return Raw(std::to_string(value));
 }
 
 CallLine& CallLine::Unsigned(unsigned long value) {
+    if (!m_render) {
+        return *this;
+    }
     return Raw(std::to_string(value));
 }
 
 CallLine& CallLine::Text(const char* text) {
+    if (!m_render) {
+        return *this;
+    }
     if (text == nullptr) {
         return Raw("null");
     }
@@ -34,6 +46,9 @@ CallLine& CallLine::Text(const char* text) {
 }
 
 CallLine& CallLine::Ip4(const unsigned char* bytes) {
+    if (!m_render) {
+        return *this;
+    }
     if (bytes == nullptr) {
         return Raw("null");
     }
@@ -45,6 +60,9 @@ CallLine& CallLine::Ip4(const unsigned char* bytes) {
 }
 
 CallLine& CallLine::Ip6(const unsigned char* bytes) {
+    if (!m_render) {
+        return *this;
+    }
     if (bytes == nullptr) {
         return Raw("null");
     }
@@ -64,6 +82,9 @@ CallLine& CallLine::AddressByType(const unsigned char* bytes, unsigned long addr
 }
 
 CallLine& CallLine::Entity(const amb_cipr_rtm_entity* e) {
+    if (!m_render) {
+        return *this;
+    }
     if (e == nullptr) {
         return Raw("null");
     }

@@ -11,7 +11,9 @@ namespace Zavrel::test {
 
 class CallLine {
 public:
-    explicit CallLine(const char* function);
+    // With render false the line stays empty and every argument is
+    // skipped: for calls that are not recorded.
+    explicit CallLine(const char* function, bool render = true);
 
     CallLine& Signed(long value);
     CallLine& Unsigned(unsigned long value);
@@ -29,13 +31,14 @@ public:
     CallLine& Entity(const amb_cipr_rtm_entity* entity);
 
     // The finished line.
-    std::string Str() const { return m_text + ")"; }
+    std::string Str() const { return m_render ? m_text + ")" : std::string(); }
 
 private:
     CallLine& Raw(const std::string& text);
 
     std::string m_text;
     bool m_first = true;
+    bool m_render;
 };
 
 }  // namespace Zavrel::test

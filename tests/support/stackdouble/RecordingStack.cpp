@@ -45,6 +45,7 @@ void RecordingStack::Reset() {
     ipsTracing = 0;
     ipsFilters.clear();
     nbb_os_failures = 0;
+    m_recording = true;
 }
 
 std::vector<std::string> RecordingStack::Calls(const std::string& function) const {

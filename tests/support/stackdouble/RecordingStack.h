@@ -62,7 +62,18 @@ public:
     // pure OID builders (sms_*_oid), nbb_scheduler and nbb_get_ips_tracing.
     std::vector<std::string> Requests() const;
     void ClearCalls() { m_calls.clear(); }
-    void Record(std::string line) { m_calls.push_back(std::move(line)); }
+    // Recording is on by default and after Reset. Off, every call is still
+    // answered as described here (hooks, scripted results, OIDs, walks) but
+    // neither recorded nor rendered as text: a benchmark turns it off so that
+    // rendering the double's lines, which costs several times what the stack
+    // itself spends on an OID, does not weigh on the library's figures.
+    void SetRecording(bool on) { m_recording = on; }
+    bool IsRecording() const { return m_recording; }
+    void Record(std::string line) {
+        if (m_recording) {
+            m_calls.push_back(std::move(line));
+        }
+    }
 
     // ---- scripted answers
     // Result of every later call of the function (default 0 for every call,
@@ -136,6 +147,7 @@ private:
     std::function<void()> m_schedulerHook;
     std::map<std::string, std::function<void()>> m_callHooks;
     std::deque<Walk> m_walks;
+    bool m_recording = true;
 };
 
 }  // namespace Zavrel::test

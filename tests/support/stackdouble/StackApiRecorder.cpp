@@ -20,6 +20,11 @@ RecordingStack& Stack() {
     return RecordingStack::Instance();
 }
 
+// The line of a call, rendered only while the double records.
+CallLine Line(const char* function) {
+    return CallLine(function, Stack().IsRecording());
+}
+
 // Records the line, runs the call hook, and returns the scripted result
 // (read after the hook, which may script it).
 template <typename R>
@@ -55,7 +60,7 @@ unsigned long FinishOid(const char* function, const CallLine& line, unsigned lon
 
 unsigned long StartWalk(const char* function, const char* table, unsigned long instance,
                         sms_walk_callback callback, void* context) {
-    Stack().Record(CallLine(function).Unsigned(instance).Str());
+    Stack().Record(Line(function).Unsigned(instance).Str());
     Stack().AddWalk(RecordingStack::Walk{table, instance, callback, context});
     Stack().RunCallHook(function);
     return static_cast<unsigned long>(Stack().Result(function));
@@ -64,7 +69,7 @@ unsigned long StartWalk(const char* function, const char* table, unsigned long i
 CallLine InterfaceLine(const char* function, long row_status, unsigned long oper_status,
                        unsigned long instance, unsigned long if_index, const char* if_name,
                        unsigned long reserved, long flags, unsigned long extra) {
-    CallLine line(function);
+    CallLine line = Line(function);
     line.Signed(row_status)
         .Unsigned(oper_status)
         .Unsigned(instance)
@@ -83,18 +88,18 @@ extern "C" {
 // ---- N-BASE runtime
 
 int smsi_init(char* components) {
-    return Finish<int>("smsi_init", CallLine("smsi_init").Text(components));
+    return Finish<int>("smsi_init", Line("smsi_init").Text(components));
 }
 
 int nbb_scheduler(void) {
-    Stack().Record(CallLine("nbb_scheduler").Str());
+    Stack().Record(Line("nbb_scheduler").Str());
     Stack().RunCallHook("nbb_scheduler");
     Stack().RunSchedulerHook();
     return Stack().NextSchedulerResult();
 }
 
 int nbb_get_ips_tracing(void) {
-    Stack().Record(CallLine("nbb_get_ips_tracing").Str());
+    Stack().Record(Line("nbb_get_ips_tracing").Str());
     Stack().RunCallHook("nbb_get_ips_tracing");
     if (Stack().HasResult("nbb_get_ips_tracing")) {
         return static_cast<int>(Stack().Result("nbb_get_ips_tracing"));
@@ -105,13 +110,12 @@ int nbb_get_ips_tracing(void) {
 void nbb_set_ips_filter(char* filter, unsigned short filter_type) {
     Stack().ipsFilters.push_back(std::string(filter != nullptr ? filter : "null") + "/" +
                                  std::to_string(filter_type));
-    FinishVoid("nbb_set_ips_filter",
-               CallLine("nbb_set_ips_filter").Text(filter).Unsigned(filter_type));
+    FinishVoid("nbb_set_ips_filter", Line("nbb_set_ips_filter").Text(filter).Unsigned(filter_type));
 }
 
 void nbb_trips_control(int on) {
     Stack().ipsTracing = on;
-    FinishVoid("nbb_trips_control", CallLine("nbb_trips_control").Signed(on));
+    FinishVoid("nbb_trips_control", Line("nbb_trips_control").Signed(on));
 }
 
 // ---- routes
@@ -121,7 +125,7 @@ unsigned long sms_update_route(int not_shared, long row_status, long admin_statu
                                const unsigned char* next_hop, long path_type,
                                unsigned long if_index, unsigned long instance,
                                unsigned long metric) {
-    return Finish<unsigned long>("sms_update_route", CallLine("sms_update_route")
+    return Finish<unsigned long>("sms_update_route", Line("sms_update_route")
                                                          .Signed(not_shared)
                                                          .Signed(row_status)
                                                          .Signed(admin_status)
@@ -140,7 +144,7 @@ unsigned long sms_get_route_oid(unsigned long* oid, unsigned long instance, long
                                 const unsigned char* next_hop, unsigned long if_index) {
     return FinishOid(
         "sms_get_route_oid",
-        CallLine("sms_get_route_oid")
+        Line("sms_get_route_oid")
             .Unsigned(instance)
             .Signed(family)
             .AddressByFamily(dest, family)
@@ -172,7 +176,7 @@ unsigned long sms_bld_amb_test_i3_ei(long row_status, unsigned long oper_status,
 unsigned long sms_act_ipaddr(long row_status, unsigned long vlan_or_instance,
                              unsigned long addr_type, unsigned long if_index,
                              const unsigned char* address, unsigned long prefix_len) {
-    return Finish<unsigned long>("sms_act_ipaddr", CallLine("sms_act_ipaddr")
+    return Finish<unsigned long>("sms_act_ipaddr", Line("sms_act_ipaddr")
                                                        .Signed(row_status)
                                                        .Unsigned(vlan_or_instance)
                                                        .Unsigned(addr_type)
@@ -184,14 +188,14 @@ unsigned long sms_act_ipaddr(long row_status, unsigned long vlan_or_instance,
 unsigned long sms_set_i3_ei_oid(unsigned long* oid, unsigned long instance,
                                 unsigned long if_index) {
     return FinishOid("sms_set_i3_ei_oid",
-                     CallLine("sms_set_i3_ei_oid").Unsigned(instance).Unsigned(if_index), oid,
+                     Line("sms_set_i3_ei_oid").Unsigned(instance).Unsigned(if_index), oid,
                      RecordingStack::EiOid(instance, if_index));
 }
 
 unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance, unsigned long if_index,
                                 const unsigned char* address, unsigned long addr_type) {
     return FinishOid("sms_set_i3_ea_oid",
-                     CallLine("sms_set_i3_ea_oid")
+                     Line("sms_set_i3_ea_oid")
                          .Unsigned(instance)
                          .Unsigned(if_index)
                          .AddressByType(address, addr_type)
@@ -203,7 +207,7 @@ unsigned long sms_set_i3_ea_oid(unsigned long* oid, unsigned long instance, unsi
 
 unsigned long sms_act_cipr_redist(long row_status, long admin_status, long source, long dest,
                                   unsigned long instance, unsigned long reserved) {
-    return Finish<unsigned long>("sms_act_cipr_redist", CallLine("sms_act_cipr_redist")
+    return Finish<unsigned long>("sms_act_cipr_redist", Line("sms_act_cipr_redist")
                                                             .Signed(row_status)
                                                             .Signed(admin_status)
                                                             .Signed(source)
@@ -216,7 +220,7 @@ unsigned long sms_bld_amb_test_cipr_redist(unsigned long instance, long row_stat
                                            long admin_status, long dest, long source,
                                            unsigned long reserved) {
     return Finish<unsigned long>("sms_bld_amb_test_cipr_redist",
-                                 CallLine("sms_bld_amb_test_cipr_redist")
+                                 Line("sms_bld_amb_test_cipr_redist")
                                      .Unsigned(instance)
                                      .Signed(row_status)
                                      .Signed(admin_status)
@@ -227,22 +231,21 @@ unsigned long sms_bld_amb_test_cipr_redist(unsigned long instance, long row_stat
 
 unsigned long sms_set_cipr_redist_oid(unsigned long* oid, unsigned long instance, long source,
                                       long dest) {
-    return FinishOid(
-        "sms_set_cipr_redist_oid",
-        CallLine("sms_set_cipr_redist_oid").Unsigned(instance).Signed(source).Signed(dest), oid,
-        RecordingStack::RedistOid(instance, source, dest));
+    return FinishOid("sms_set_cipr_redist_oid",
+                     Line("sms_set_cipr_redist_oid").Unsigned(instance).Signed(source).Signed(dest),
+                     oid, RecordingStack::RedistOid(instance, source, dest));
 }
 
 // ---- RTM instances
 
 unsigned long sms_cipr_start(unsigned long instance, amb_cipr_rtm_entity* entity) {
     return Finish<unsigned long>("sms_cipr_start",
-                                 CallLine("sms_cipr_start").Unsigned(instance).Entity(entity));
+                                 Line("sms_cipr_start").Unsigned(instance).Entity(entity));
 }
 
 unsigned long sms_cipr_action(unsigned long instance, unsigned long action) {
     return Finish<unsigned long>("sms_cipr_action",
-                                 CallLine("sms_cipr_action").Unsigned(instance).Unsigned(action));
+                                 Line("sms_cipr_action").Unsigned(instance).Unsigned(action));
 }
 
 // ---- table walks
