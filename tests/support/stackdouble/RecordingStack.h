@@ -1,10 +1,11 @@
 // RecordingStack: a test double of the routing stack behind stackapi/.
 //
-// Every call the library makes on the stack is recorded, in order, as one
-// line of text "function(arg, arg, ...)" (see the rendering rules below), and
-// answered with a scripted value. A test acts as the stack by calling the
-// library's c* entry points itself, directly or from inside nbb_scheduler()
-// through a hook, and answers table walks with rows and a closing code.
+// Every call the library makes on the stack is recorded, in order, as one line
+// of text "function(arg, arg, ...)" (see the rendering rules below), unless
+// recording is turned off, and answered with a scripted value. A test acts as
+// the stack by calling the library's c* entry points itself, directly or from
+// inside nbb_scheduler() through a hook, and answers table walks with rows and
+// a closing code.
 #ifndef ZAVREL_TESTS_RECORDINGSTACK_H
 #define ZAVREL_TESTS_RECORDINGSTACK_H
 
