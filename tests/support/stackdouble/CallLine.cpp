@@ -5,88 +5,27 @@
 
 namespace Zavrel::test {
 
-CallLine::CallLine(const char* function, bool render) : m_render(render) {
-    if (m_render) {
-        m_text = function;
-        m_text += "(";
-    }
+namespace {
+
+std::string Quoted(const char* text) {
+    return text == nullptr ? std::string("null") : std::string("\"") + text + "\"";
 }
 
-CallLine& CallLine::Raw(const std::string& text) {
-    if (!m_first) {
-        m_text += ", ";
-    }
-    m_first = false;
-    m_text += text;
-    return *this;
-}
-
-CallLine& CallLine::Signed(long value) {
-    if (!m_render) {
-        return *this;
-    }
-    return Raw(std::to_string(value));
-}
-
-CallLine& CallLine::Unsigned(unsigned long value) {
-    if (!m_render) {
-        return *this;
-    }
-    return Raw(std::to_string(value));
-}
-
-CallLine& CallLine::Text(const char* text) {
-    if (!m_render) {
-        return *this;
-    }
-    if (text == nullptr) {
-        return Raw("null");
-    }
-    return Raw(std::string("\"") + text + "\"");
-}
-
-CallLine& CallLine::Ip4(const unsigned char* bytes) {
-    if (!m_render) {
-        return *this;
-    }
+// Address text of family af (AF_INET, 4 bytes; AF_INET6, 16), or null.
+std::string AddressText(int af, const unsigned char* bytes) {
     if (bytes == nullptr) {
-        return Raw("null");
-    }
-    char text[INET_ADDRSTRLEN];
-    if (inet_ntop(AF_INET, bytes, text, sizeof text) == nullptr) {
-        return Raw("?");
-    }
-    return Raw(text);
-}
-
-CallLine& CallLine::Ip6(const unsigned char* bytes) {
-    if (!m_render) {
-        return *this;
-    }
-    if (bytes == nullptr) {
-        return Raw("null");
+        return "null";
     }
     char text[INET6_ADDRSTRLEN];
-    if (inet_ntop(AF_INET6, bytes, text, sizeof text) == nullptr) {
-        return Raw("?");
+    if (inet_ntop(af, bytes, text, sizeof text) == nullptr) {
+        return "?";
     }
-    return Raw(text);
+    return text;
 }
 
-CallLine& CallLine::AddressByFamily(const unsigned char* bytes, long family) {
-    return family == 1 ? Ip4(bytes) : Ip6(bytes);
-}
-
-CallLine& CallLine::AddressByType(const unsigned char* bytes, unsigned long addrType) {
-    return addrType == SMS_ADDR_TYPE_IPV6 ? Ip6(bytes) : Ip4(bytes);
-}
-
-CallLine& CallLine::Entity(const amb_cipr_rtm_entity* e) {
-    if (!m_render) {
-        return *this;
-    }
+std::string EntityText(const amb_cipr_rtm_entity* e) {
     if (e == nullptr) {
-        return Raw("null");
+        return "null";
     }
     std::string text = "{inst=" + std::to_string(e->instance_index);
     text += " rs=" + std::to_string(e->row_status);
@@ -98,7 +37,56 @@ CallLine& CallLine::Entity(const amb_cipr_rtm_entity* e) {
     text += " rip=" + std::to_string(e->rip_distance);
     text += " dead=" + std::to_string(e->dead_rpm_timer);
     text += " af=" + std::to_string(e->addr_family) + "}";
-    return Raw(text);
+    return text;
+}
+
+}  // namespace
+
+CallLine::CallLine(const char* function, bool render) : m_render(render) {
+    if (m_render) {
+        m_text = function;
+        m_text += "(";
+    }
+}
+
+void CallLine::Raw(const std::string& text) {
+    if (!m_first) {
+        m_text += ", ";
+    }
+    m_first = false;
+    m_text += text;
+}
+
+CallLine& CallLine::Signed(long value) {
+    return Add([value] { return std::to_string(value); });
+}
+
+CallLine& CallLine::Unsigned(unsigned long value) {
+    return Add([value] { return std::to_string(value); });
+}
+
+CallLine& CallLine::Text(const char* text) {
+    return Add([text] { return Quoted(text); });
+}
+
+CallLine& CallLine::Ip4(const unsigned char* bytes) {
+    return Add([bytes] { return AddressText(AF_INET, bytes); });
+}
+
+CallLine& CallLine::Ip6(const unsigned char* bytes) {
+    return Add([bytes] { return AddressText(AF_INET6, bytes); });
+}
+
+CallLine& CallLine::AddressByFamily(const unsigned char* bytes, long family) {
+    return family == 1 ? Ip4(bytes) : Ip6(bytes);
+}
+
+CallLine& CallLine::AddressByType(const unsigned char* bytes, unsigned long addrType) {
+    return addrType == SMS_ADDR_TYPE_IPV6 ? Ip6(bytes) : Ip4(bytes);
+}
+
+CallLine& CallLine::Entity(const amb_cipr_rtm_entity* entity) {
+    return Add([entity] { return EntityText(entity); });
 }
 
 }  // namespace Zavrel::test

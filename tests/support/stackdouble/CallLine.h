@@ -34,7 +34,16 @@ public:
     std::string Str() const { return m_render ? m_text + ")" : std::string(); }
 
 private:
-    CallLine& Raw(const std::string& text);
+    // Appends the text format() gives; format is not called when the line
+    // is not rendered, so a call that is not recorded formats nothing.
+    template <typename Format>
+    CallLine& Add(Format format) {
+        if (m_render) {
+            Raw(format());
+        }
+        return *this;
+    }
+    void Raw(const std::string& text);
 
     std::string m_text;
     bool m_first = true;
